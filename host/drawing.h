@@ -1,0 +1,65 @@
+#pragma once
+// Access to the open drawing: entity records by id, blocks, the named-object
+// dictionary, current layer and colour, persistent reactors.
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/codes.h"
+#include "host/entity.h"
+#include "host/resbuf.h"
+
+namespace host {
+
+// A non-graphical object kept in the drawing (dictionary entry value): its DXF
+// type name and its data as group-code/value pairs after the common header.
+struct DbObject {
+  ObjectId id;
+  ObjectId owner;
+  std::string dxfName;   // "XRECORD", "DICTIONARY", or a custom class name
+  ResBufList data;       // type = DXF group code
+};
+
+class Drawing {
+ public:
+  virtual ~Drawing() = default;
+
+  // A copy of the entity's record; nothing when the id is unknown or erased.
+  virtual std::optional<Entity> read(ObjectId id) const = 0;
+  // Replaces the record of an existing entity (id taken from the record).
+  virtual ErrorStatus write(const Entity& entity) = 0;
+  virtual ErrorStatus erase(ObjectId id) = 0;
+  // Appends to the given block table record (model space, a layout or a block)
+  // and returns the new id; a null owner appends to the current space.
+  virtual ErrorStatus append(Entity& entity, ObjectId owner = kNullId) = 0;
+
+  virtual ObjectId currentSpace() const = 0;
+  virtual ObjectId modelSpace() const = 0;
+  // The owner of an object; null for the root dictionary or an unknown id.
+  virtual ObjectId ownerOf(ObjectId id) const = 0;
+  virtual bool isBlockRecord(ObjectId id) const = 0;
+  virtual std::optional<ObjectId> findBlock(const std::string& name) const = 0;
+  // Entities of a block table record in drawing order.
+  virtual std::vector<ObjectId> entitiesOf(ObjectId blockRecord) const = 0;
+
+  // Properties the host gives new entities (setDatabaseDefaults).
+  virtual std::string currentLayer() const = 0;
+  virtual Color currentColor() const = 0;
+  virtual EntityProps defaultProps() const = 0;
+
+  // Named-object dictionary and the objects it owns.
+  virtual ObjectId namedObjectsDictionary() const = 0;
+  virtual std::optional<ObjectId> dictionaryLookup(ObjectId dictionary, const std::string& key) const = 0;
+  virtual ErrorStatus dictionarySet(ObjectId dictionary, const std::string& key, ObjectId object) = 0;
+  virtual ErrorStatus dictionaryRemove(ObjectId dictionary, const std::string& key) = 0;
+  virtual std::optional<DbObject> readObject(ObjectId id) const = 0;
+  // Adds or replaces a non-graphical object; a null id adds a new one.
+  virtual ErrorStatus writeObject(DbObject& object) = 0;
+
+  // Persistent reactors: objects notified when an entity changes.
+  virtual std::vector<ObjectId> reactorsOf(ObjectId id) const = 0;
+  virtual ErrorStatus addReactor(ObjectId id, ObjectId reactor) = 0;
+  virtual ErrorStatus removeReactor(ObjectId id, ObjectId reactor) = 0;
+};
+
+}  // namespace host

@@ -41,6 +41,18 @@ class Drawing {
   virtual std::optional<ObjectId> findBlock(const std::string& name) const = 0;
   // Entities of a block table record in drawing order.
   virtual std::vector<ObjectId> entitiesOf(ObjectId blockRecord) const = 0;
+  // Base point of a block definition (DXF BLOCK group 10, WCS of the block);
+  // the origin when the drawing does not keep one.
+  virtual ge::Point3d blockBasePoint(ObjectId blockRecord) const {
+    (void)blockRecord;
+    return {};
+  }
+  // Colour of a layer; a negative index means the layer is off. Nothing for an
+  // unknown layer or when the drawing keeps no layer table.
+  virtual std::optional<Color> layerColor(const std::string& layer) const {
+    (void)layer;
+    return std::nullopt;
+  }
 
   // Properties the host gives new entities (setDatabaseDefaults).
   virtual std::string currentLayer() const = 0;

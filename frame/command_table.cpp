@@ -1,0 +1,110 @@
+#include "frame/command_table.h"
+
+#include <array>
+#include <cassert>
+
+#include "frame/builtin_commands.h"
+
+#if CORVANE_WITH_FORMULA
+#include "formula/formula_command.h"
+#endif
+
+namespace frame {
+
+namespace {
+
+#if CORVANE_WITH_FORMULA
+constexpr CommandFunction kFormula = &formula::formulaCommand;
+#else
+constexpr CommandFunction kFormula = nullptr;
+#endif
+
+constexpr std::array<CommandEntry, 53> kTable{{
+    {"ZORL_PLYH", "PLYH", "plineThin"},
+    {"ZORL_PLYH2", "PLYH2", "plineDeleteDuplicates"},
+    {"ZORL_PLYH3", "PLYH3", "plineThinToSpline"},
+    {"ZORL_QXTY", "QXTY", "ZORL_QXTY"},
+    {"ZORL_PLLIST", "PLLIST", "ZORL_PLLIST"},
+    {"ZORL_CircleLIST", "CLIST", "ZORL_Clist"},
+    {"ZORL_EllipseLIST", "ELLLIST", "outputEllipseToExcel"},
+    {"ZORL_ARCLIST", "ARCLIST", "outputArcToExcel"},
+    {"ZORL_spline2pline", "s2p", "spline2pline"},
+    {"ZORL_pline2spline", "p2s", "pline2spline"},
+    {"ZORL_PLBH", "PLBH", "plineVertexBH"},
+    {"ZORL_PLReverse", "PLDD", "plineReverse"},
+    {"ZORL_PLDevide", "PLDF", "plineDevide"},
+    {"ZORL_plineDevideByDist", "PLDJDF", "plineDevideByDist"},
+    {"ZORL_HatchBound", "CHBJ", "restoreHatchBoundary"},
+    {"ZORL_Text2PL", "txt2PL", "txt2pline"},
+    {"ZORL_PLGXK", "PLGXK", "plBatchChangeW"},
+    {"ZORL_PLCLOSE", "PLCLOSE", "plBatchClose"},
+    {"ZORL_PLOPEN", "PLOPEN", "plBatchOpen"},
+    {"ZORL_PLOFFSET", "PLOFFSET", "plBatchOffset"},
+    {"ZORL_PLRNDArray", "PLRNDArray", "randomArray"},
+    {"ZORL_PLINT", "PLINT", "plineInterpolate"},
+    {"ZORL_PLARRAY", "PLARR", "plineInterArray"},
+    {"ZORL_PLBLENDS", "PLBLENDS", "plineBlends"},
+    {"ZORL_PLMAP4", "PLMAP4", "plineMapInto4"},
+    {"ZORL_PLINTERSECT", "PLJD", "plBatchIntersect"},
+    {"ZORL_PLINTERSECT1", "PLJD1", "plBatchIntersect1"},
+    {"ZORL_PLAFFECT", "PLAFFECT", "plAffect"},
+    {"ZORL_plAffectMoveX", "plAffectMoveX", "plAffectMoveX"},
+    {"ZORL_plAffClick", "plAffClick", "plAffClick"},
+    {"ZORL_TXTZB2PL", "ZB2PL", "drawPolylineByTxtFile"},
+    {"ZORL_PL2OLD", "PL2OLD", "lwPL2pline2D"},
+    {"ZORL_OLDPL2LW", "OLDPL2LW", "oldPL2lw"},
+    {"ZORL_linkLine00", "linkLine00", "linkLine00"},
+    {"ZORL_linkLine90", "linkLine90", "linkLine90"},
+    {"ZORL_linkLineAuto", "linkLineAuto", "linkLineAuto"},
+    {"ZORL_INOFFSET", "INOFFSET", "makeInnerOffsets"},
+    {"ZORL_makeOutline", "makeOutline", "makeOutline"},
+    {"ZORL_VECTORIZE", "R2V", "bitmapVectorize"},
+    {"ZORL_ImageHoleNet", "txwk", "imageHoleNet"},
+    {"ZORL_ABOUT", "ABOUT_CORVANE", "aboutCorvane", &aboutCommand},
+    {"ZORL_FORMULA", "FORMULA", "formulaCurves", kFormula},
+    {"ZORL_DEMO1", "ZORL_DEMO1", "openDemoPage1", &demoCommand<1>},
+    {"ZORL_DEMO2", "ZORL_DEMO2", "openDemoPage2", &demoCommand<2>},
+    {"ZORL_DEMO3", "ZORL_DEMO3", "openDemoPage3", &demoCommand<3>},
+    {"ZORL_DEMO4", "ZORL_DEMO4", "openDemoPage4", &demoCommand<4>},
+    {"ZORL_DEMO5", "ZORL_DEMO5", "openDemoPage5", &demoCommand<5>},
+    {"ZORL_DEMO6", "ZORL_DEMO6", "openDemoPage6", &demoCommand<6>},
+    {"ZORL_DEMO7", "ZORL_DEMO7", "openDemoPage7", &demoCommand<7>},
+    {"ZORL_DEMO8", "ZORL_DEMO8", "openDemoPage8", &demoCommand<8>},
+    {"ZORL_DEMO9", "ZORL_DEMO9", "openDemoPage9", &demoCommand<9>},
+    {"ZORL_DEMO10", "ZORL_DEMO10", "openDemoPage10", &demoCommand<10>},
+    {"ZORL_DEMO11", "ZORL_DEMO11", "openDemoPage11", &demoCommand<11>},
+}};
+
+// Local names in the order of the demand-load entries (the demonstration
+// commands follow, in table order).
+constexpr std::array<std::string_view, 42> kDemandLoadOrder{
+    "PLYH",     "PLYH2",      "PLYH3",    "QXTY",     "R2V",        "PLLIST",        "CLIST",
+    "ELLLIST",  "ARCLIST",    "s2p",      "p2s",      "PLBH",       "PLDD",          "PLDF",
+    "PLDJDF",   "CHBJ",       "txt2PL",   "PLGXK",    "PLCLOSE",    "PLOPEN",        "PLOFFSET",
+    "PLRNDArray", "PLINT",    "PLARR",    "PLBLENDS", "PLMAP4",     "PLJD",          "PLJD1",
+    "PLAFFECT", "plAffectMoveX", "plAffClick", "txwk", "ZB2PL",     "PL2OLD",        "OLDPL2LW",
+    "linkLine00", "linkLine90", "linkLineAuto", "INOFFSET", "makeOutline", "ABOUT_CORVANE", "FORMULA"};
+
+}  // namespace
+
+std::span<const CommandEntry> commandTable() { return kTable; }
+
+const CommandEntry* findByLocalName(std::string_view localName) {
+  for (const CommandEntry& e : kTable)
+    if (e.localName == localName) return &e;
+  return nullptr;
+}
+
+std::vector<std::pair<std::string_view, std::string_view>> demandLoadCommands() {
+  std::vector<std::pair<std::string_view, std::string_view>> pairs;
+  for (std::string_view local : kDemandLoadOrder) {
+    const CommandEntry* e = findByLocalName(local);
+    assert(e && "every demand-load name is in the table");
+    pairs.emplace_back(e->globalName, e->localName);
+  }
+  for (const CommandEntry& e : kTable)
+    if (e.globalName.starts_with("ZORL_DEMO")) pairs.emplace_back(e.globalName, e.globalName);
+  return pairs;
+}
+
+}  // namespace frame

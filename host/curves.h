@@ -44,6 +44,18 @@ class CurveServices {
   virtual ErrorStatus getArea(const EntityData& c, double& area) const = 0;
   // Geometric extents of any entity kind with geometry.
   virtual ErrorStatus getGeomExtents(const EntityData& e, ge::Extents3d& ext) const = 0;
+  // Points at ascending distances along the curve (getPointAtDist for many
+  // distances at once; a host may answer it in one walk along the curve).
+  virtual ErrorStatus getPointsAtDists(const EntityData& c, const std::vector<double>& dists,
+                                       std::vector<ge::Point3d>& points) const {
+    points.clear();
+    for (double d : dists) {
+      ge::Point3d p;
+      if (ErrorStatus es = getPointAtDist(c, d, p); es != ErrorStatus::eOk) return es;
+      points.push_back(p);
+    }
+    return ErrorStatus::eOk;
+  }
 
   // Arcs and circles stay arcs and circles under similarity transforms.
   virtual ErrorStatus transformBy(EntityData& e, const ge::Matrix3d& m) const = 0;

@@ -1,0 +1,165 @@
+// Curve queries of the kernel: parameters, points, distances, closest
+// points, derivatives, area and extents.
+#include "standalone/kernel/curve_kernel.h"
+
+#include <cmath>
+
+#include "standalone/kernel/path_query.h"
+#include "standalone/kernel/tolerance.h"
+
+namespace standalone {
+
+using host::ErrorStatus;
+using namespace kernel;
+
+namespace {
+
+// True when p lies on the path within the path's point tolerance.
+std::optional<ClosestPoint> onPath(const Path& path, const ge::Point3d& p) {
+  ClosestPoint c = closestPoint(path, p);
+  ge::Extents3d e = pathExtents(path);
+  e.add(p);
+  if (c.distance > pointTolerance(geometryScale(e))) return std::nullopt;
+  return c;
+}
+
+}  // namespace
+
+ErrorStatus CurveKernel::getStartParam(const EntityData& c, double& param) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  param = path->startParam();
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getEndParam(const EntityData& c, double& param) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  param = path->endParam();
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getStartPoint(const EntityData& c, ge::Point3d& p) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  p = pointAtParam(*path, path->startParam());
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getEndPoint(const EntityData& c, ge::Point3d& p) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  p = pointAtParam(*path, path->endParam());
+  return ErrorStatus::eOk;
+}
+
+bool CurveKernel::isClosed(const EntityData& c) const {
+  auto path = pathOf(c);
+  return path && path->closed;
+}
+
+ErrorStatus CurveKernel::getPointAtParam(const EntityData& c, double param, ge::Point3d& p) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  if (!paramInRange(*path, param)) return ErrorStatus::eInvalidInput;
+  p = pointAtParam(*path, param);
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getParamAtPoint(const EntityData& c, const ge::Point3d& p, double& param) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  auto on = onPath(*path, p);
+  if (!on) return ErrorStatus::ePointNotOnEntity;
+  param = on->param;
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getDistAtParam(const EntityData& c, double param, double& dist) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  if (!paramInRange(*path, param)) return ErrorStatus::eInvalidInput;
+  dist = distAtParam(*path, param);
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getParamAtDist(const EntityData& c, double dist, double& param) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  auto u = paramAtDist(*path, dist);
+  if (!u) return ErrorStatus::eInvalidInput;
+  param = *u;
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getPointAtDist(const EntityData& c, double dist, ge::Point3d& p) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  auto u = paramAtDist(*path, dist);
+  if (!u) return ErrorStatus::eInvalidInput;
+  p = pointAtParam(*path, *u);
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getPointsAtDists(const EntityData& c, const std::vector<double>& dists,
+                                          std::vector<ge::Point3d>& points) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  double total = pathLength(*path);
+  double slack = 1e-12 * std::max(total, 1e-300);
+  for (size_t i = 0; i < dists.size(); ++i)
+    if (dists[i] < -slack || dists[i] > total + slack || (i > 0 && dists[i] < dists[i - 1]))
+      return ErrorStatus::eInvalidInput;
+  points = pointsAtDists(*path, dists);
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getDistAtPoint(const EntityData& c, const ge::Point3d& p, double& dist) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  auto on = onPath(*path, p);
+  if (!on) return ErrorStatus::ePointNotOnEntity;
+  dist = distAtParam(*path, on->param);
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getClosestPointTo(const EntityData& c, const ge::Point3d& p, ge::Point3d& onCurve) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  onCurve = closestPoint(*path, p).point;
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getFirstDeriv(const EntityData& c, double param, ge::Vector3d& d) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  if (!paramInRange(*path, param)) return ErrorStatus::eInvalidInput;
+  d = derivAtParam(*path, param);
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getArea(const EntityData& c, double& area) const {
+  auto path = pathOf(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  auto normal = pathPlaneNormal(*path);
+  // A curve that leaves its plane, or a straight one, encloses nothing.
+  area = normal ? std::abs(signedArea(*path, *normal)) : 0.0;
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getGeomExtents(const EntityData& e, ge::Extents3d& ext) const {
+  if (auto path = pathOf(e)) {
+    ext = pathExtents(*path);
+    return ErrorStatus::eOk;
+  }
+  if (auto* pt = std::get_if<host::PointEntity>(&e)) {
+    ext = {};
+    ext.add(pt->position);
+    return ErrorStatus::eOk;
+  }
+  // Texts, inserts, hatches and images need data the kernel does not hold
+  // (fonts, block contents); not built yet.
+  return ErrorStatus::eNotImplementedYet;
+}
+
+}  // namespace standalone

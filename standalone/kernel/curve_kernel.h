@@ -1,0 +1,48 @@
+#pragma once
+// The embedded host's curve services over entity records: every curve kind
+// of host/entity.h with the host's parameter conventions and directions.
+#include "host/curves.h"
+
+namespace standalone {
+
+class CurveKernel final : public host::CurveServices {
+ public:
+  using ErrorStatus = host::ErrorStatus;
+  using EntityData = host::EntityData;
+
+  ErrorStatus getStartParam(const EntityData& c, double& param) const override;
+  ErrorStatus getEndParam(const EntityData& c, double& param) const override;
+  ErrorStatus getStartPoint(const EntityData& c, ge::Point3d& p) const override;
+  ErrorStatus getEndPoint(const EntityData& c, ge::Point3d& p) const override;
+  bool isClosed(const EntityData& c) const override;
+  ErrorStatus getPointAtParam(const EntityData& c, double param, ge::Point3d& p) const override;
+  ErrorStatus getParamAtPoint(const EntityData& c, const ge::Point3d& p, double& param) const override;
+  ErrorStatus getDistAtParam(const EntityData& c, double param, double& dist) const override;
+  ErrorStatus getParamAtDist(const EntityData& c, double dist, double& param) const override;
+  ErrorStatus getPointAtDist(const EntityData& c, double dist, ge::Point3d& p) const override;
+  ErrorStatus getDistAtPoint(const EntityData& c, const ge::Point3d& p, double& dist) const override;
+  ErrorStatus getClosestPointTo(const EntityData& c, const ge::Point3d& p, ge::Point3d& onCurve) const override;
+  ErrorStatus getFirstDeriv(const EntityData& c, double param, ge::Vector3d& d) const override;
+  ErrorStatus getArea(const EntityData& c, double& area) const override;
+  ErrorStatus getGeomExtents(const EntityData& e, ge::Extents3d& ext) const override;
+  ErrorStatus getPointsAtDists(const EntityData& c, const std::vector<double>& dists,
+                               std::vector<ge::Point3d>& points) const override;
+
+  ErrorStatus transformBy(EntityData& e, const ge::Matrix3d& m) const override;
+  ErrorStatus reverseCurve(EntityData& c) const override;
+  ErrorStatus intersectWith(const EntityData& a, const EntityData& b, host::Intersect mode,
+                            std::vector<ge::Point3d>& points) const override;
+  ErrorStatus getOffsetCurves(const EntityData& c, double distance, std::vector<EntityData>& results) const override;
+  ErrorStatus getOrthoProjectedCurve(const EntityData& c, const host::Plane& plane, EntityData& result) const override;
+  ErrorStatus getProjectedCurve(const EntityData& c, const host::Plane& plane, const ge::Vector3d& dir,
+                                EntityData& result) const override;
+  ErrorStatus getSpline(const EntityData& c, host::Spline& result) const override;
+  ErrorStatus splineToPolyline(const host::Spline& s, int precision, EntityData& result) const override;
+  ErrorStatus convertLwTo2d(const host::LwPolyline& lw, host::Polyline2d& result) const override;
+  ErrorStatus convert2dToLw(const host::Polyline2d& pl, host::LwPolyline& result) const override;
+  ErrorStatus fitSpline(const std::vector<ge::Point3d>& fitPoints, const ge::Vector3d* startTangent,
+                        const ge::Vector3d* endTangent, host::Spline& result) const override;
+  ErrorStatus fitPolyline2d(host::Polyline2d& pl, int splineType, int splineSegs) const override;
+};
+
+}  // namespace standalone

@@ -1,0 +1,221 @@
+// Cairo back end of the canvas: one class for all file kinds, since cairo
+// draws the same way on image, SVG and PDF surfaces.
+#include <cairo-pdf.h>
+#include <cairo-svg.h>
+#include <cairo.h>
+
+#include <cmath>
+#include <fstream>
+#include <numbers>
+
+#include "standalone/render/file_canvas.h"
+#include "standalone/render/render_error.h"
+
+namespace standalone {
+
+namespace {
+
+// Font used for all text; fontconfig picks the nearest installed face.
+constexpr const char* kFontFamily = "DejaVu Sans";
+// Largest page we agree to allocate (pixels per side): 32768 is cairo's limit.
+constexpr int kMaxPagePx = 32767;
+
+std::string describe(const std::filesystem::path& file, const char* why) {
+  return "Cannot write \"" + file.string() + "\": " + why;
+}
+
+class CairoCanvas : public FileCanvas {
+ public:
+  CairoCanvas(FileFormat format, std::filesystem::path file, int widthPx, int heightPx)
+      : format_(format), file_(std::move(file)) {
+    if (widthPx <= 0 || heightPx <= 0 || widthPx > kMaxPagePx || heightPx > kMaxPagePx)
+      throw RenderError(describe(file_, "the picture size must be 1 to 32767 pixels per side"));
+    checkWritable();
+    switch (format_) {
+      case FileFormat::kPng: surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, widthPx, heightPx); break;
+      case FileFormat::kSvg: surface_ = cairo_svg_surface_create(partFile_.c_str(), widthPx, heightPx); break;
+      case FileFormat::kPdf: surface_ = cairo_pdf_surface_create(partFile_.c_str(), widthPx, heightPx); break;
+    }
+    if (cairo_surface_status(surface_) != CAIRO_STATUS_SUCCESS) {
+      std::string why = cairo_status_to_string(cairo_surface_status(surface_));
+      cairo_surface_destroy(surface_);
+      removePart();
+      throw RenderError(describe(file_, why.c_str()));
+    }
+    cr_ = cairo_create(surface_);
+    cairo_set_line_cap(cr_, CAIRO_LINE_CAP_ROUND);
+    cairo_set_line_join(cr_, CAIRO_LINE_JOIN_ROUND);
+    cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_EVEN_ODD);
+    cairo_select_font_face(cr_, kFontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    paintBackground(kWhite);
+  }
+  ~CairoCanvas() override {
+    cairo_destroy(cr_);
+    cairo_surface_destroy(surface_);
+    if (!finished_) removePart();
+  }
+  CairoCanvas(const CairoCanvas&) = delete;
+  CairoCanvas& operator=(const CairoCanvas&) = delete;
+
+  void setView(const ViewTransform& view) override {
+    // y up in the drawing, y down on the page: the view flips y.
+    cairo_matrix_t m;
+    cairo_matrix_init(&m, view.scale, 0, 0, -view.scale, view.pageCenter.x - view.center.x * view.scale,
+                      view.pageCenter.y + view.center.y * view.scale);
+    cairo_set_matrix(cr_, &m);
+  }
+  void setColor(const Rgb& c) override { cairo_set_source_rgb(cr_, c.r, c.g, c.b); }
+  void setLineWidth(double px) override { lineWidthPx_ = px; }
+  void moveTo(const ge::Point2d& p) override { cairo_move_to(cr_, p.x, p.y); }
+  void lineTo(const ge::Point2d& p) override { cairo_line_to(cr_, p.x, p.y); }
+  void arc(const ge::Point2d& c, double r, double a0, double a1, bool ccw) override {
+    // The user space has y up, so cairo's increasing-angle arc runs counter-clockwise on the page.
+    if (ccw)
+      cairo_arc(cr_, c.x, c.y, r, a0, a1);
+    else
+      cairo_arc_negative(cr_, c.x, c.y, r, a0, a1);
+  }
+  void closePath() override { cairo_close_path(cr_); }
+  void stroke() override {
+    // Widths are page pixels: stroke with the identity matrix, the path stays where it is.
+    cairo_save(cr_);
+    cairo_identity_matrix(cr_);
+    cairo_set_line_width(cr_, lineWidthPx_);
+    cairo_stroke(cr_);
+    cairo_restore(cr_);
+  }
+  void fill() override { cairo_fill(cr_); }
+  void paintBackground(const Rgb& c) override {
+    cairo_save(cr_);
+    setColor(c);
+    cairo_paint(cr_);
+    cairo_restore(cr_);
+  }
+  void text(const TextRun& run) override;
+  void pageText(const std::string& utf8, const ge::Point2d& topLeftPx, double sizePx) override {
+    cairo_save(cr_);
+    cairo_identity_matrix(cr_);
+    cairo_set_font_size(cr_, sizePx);
+    cairo_font_extents_t fe;
+    cairo_font_extents(cr_, &fe);
+    cairo_move_to(cr_, topLeftPx.x, topLeftPx.y + fe.ascent);
+    cairo_show_text(cr_, utf8.c_str());
+    cairo_new_path(cr_);
+    cairo_restore(cr_);
+  }
+
+  void finish() override {
+    cairo_surface_flush(surface_);
+    cairo_status_t status = CAIRO_STATUS_SUCCESS;
+    if (format_ == FileFormat::kPng)
+      status = cairo_surface_write_to_png(surface_, partFile_.c_str());
+    else {
+      cairo_surface_finish(surface_);
+      status = cairo_surface_status(surface_);
+    }
+    if (status != CAIRO_STATUS_SUCCESS) {
+      removePart();
+      throw RenderError(describe(file_, cairo_status_to_string(status)));
+    }
+    // The picture is complete: only now does it replace the named file.
+    std::error_code ec;
+    std::filesystem::rename(partFile_, file_, ec);
+    if (ec) {
+      removePart();
+      throw RenderError(describe(file_, ec.message().c_str()));
+    }
+    finished_ = true;
+  }
+
+ private:
+  // Fails early with a plain reason (missing folder, no permission) rather
+  // than cairo's generic write error after all the drawing work. The picture
+  // is written beside the file and renamed at the end, so a failure never
+  // leaves a half-written file under the user's name.
+  void checkWritable() const {
+    std::error_code ec;
+    auto dir = file_.has_parent_path() ? file_.parent_path() : std::filesystem::path(".");
+    if (!std::filesystem::is_directory(dir, ec)) throw RenderError(describe(file_, "the folder does not exist"));
+    if (std::filesystem::is_directory(file_, ec)) throw RenderError(describe(file_, "it is a folder"));
+    {
+      std::ofstream probe(partFile_, std::ios::binary | std::ios::trunc);
+      if (!probe) throw RenderError(describe(file_, "the folder is not writable"));
+    }
+    if (format_ == FileFormat::kPng) removePart();
+  }
+  void removePart() const {
+    std::error_code ec;
+    std::filesystem::remove(partFile_, ec);
+  }
+
+  // Height of a capital letter per unit of font size, measured once.
+  double capHeightRatio() {
+    if (capRatio_ <= 0) {
+      cairo_save(cr_);
+      cairo_identity_matrix(cr_);
+      cairo_set_font_size(cr_, 100);
+      cairo_text_extents_t te;
+      cairo_text_extents(cr_, "H", &te);
+      capRatio_ = te.height > 0 ? te.height / 100 : 0.73;
+      cairo_restore(cr_);
+    }
+    return capRatio_;
+  }
+
+  FileFormat format_;
+  std::filesystem::path file_;
+  std::filesystem::path partFile_ = std::filesystem::path(file_) += ".part";
+  bool finished_ = false;
+  cairo_surface_t* surface_ = nullptr;
+  cairo_t* cr_ = nullptr;
+  double lineWidthPx_ = 1;
+  double capRatio_ = 0;
+};
+
+void CairoCanvas::text(const TextRun& run) {
+  if (run.utf8.empty() || !(run.height > 0)) return;
+  double fontSize = run.height / capHeightRatio();
+  cairo_save(cr_);
+  cairo_set_font_size(cr_, 1.0);
+  cairo_text_extents_t unit;
+  cairo_text_extents(cr_, run.utf8.c_str(), &unit);
+  double width = unit.x_advance * fontSize * run.widthFactor;
+  double sx = run.widthFactor, sy = 1;
+  if (run.fitWidth > 0 && width > 0) {
+    double k = run.fitWidth / width;
+    sx *= k;
+    if (run.fitHeightToo) sy *= k;
+    width = run.fitWidth;
+  }
+  double height = run.height * sy;
+  cairo_translate(cr_, run.anchor.x, run.anchor.y);
+  cairo_rotate(cr_, run.rotation);
+  cairo_scale(cr_, run.backward ? -1 : 1, run.upsideDown ? -1 : 1);
+  // Alignment shifts in the text's own frame (y up, baseline at 0).
+  double dy = 0;
+  switch (run.vAlign) {
+    case TextVAlign::kBaseline: dy = 0; break;
+    case TextVAlign::kBottom: dy = 0.22 * height; break;  // about one descender below the baseline
+    case TextVAlign::kMiddle: dy = -height / 2; break;
+    case TextVAlign::kTop: dy = -height; break;
+  }
+  cairo_translate(cr_, -run.hAlign * width, dy);
+  // Glyphs are laid out y down: flip, stretch and slant them.
+  cairo_matrix_t glyph;
+  cairo_matrix_init(&glyph, fontSize * sx, 0, -std::tan(run.oblique) * fontSize * sy, -fontSize * sy, 0, 0);
+  cairo_transform(cr_, &glyph);
+  cairo_move_to(cr_, 0, 0);
+  cairo_set_font_size(cr_, 1.0);
+  cairo_show_text(cr_, run.utf8.c_str());
+  cairo_new_path(cr_);
+  cairo_restore(cr_);
+}
+
+}  // namespace
+
+std::unique_ptr<FileCanvas> openFileCanvas(FileFormat format, const std::filesystem::path& file, int widthPx,
+                                           int heightPx) {
+  return std::make_unique<CairoCanvas>(format, file, widthPx, heightPx);
+}
+
+}  // namespace standalone

@@ -1,0 +1,65 @@
+#include "standalone/render/projection.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace standalone {
+
+namespace {
+// The arbitrary-axis rule switches axis when the normal is this close to Z.
+constexpr double kArbitraryAxisLimit = 1.0 / 64.0;
+// Relative tolerance for "still a circle" after projection.
+constexpr double kCircularTolerance = 1e-9;
+// A bulge smaller than this is a straight segment.
+constexpr double kStraightBulge = 1e-12;
+}  // namespace
+
+ge::Matrix3d ocsToWorld(const ge::Vector3d& normal) {
+  ge::Vector3d n = normal.normalized();
+  if (n.length() == 0) n = ge::kZAxis;
+  ge::Vector3d ax = (std::abs(n.x) < kArbitraryAxisLimit && std::abs(n.y) < kArbitraryAxisLimit)
+                        ? ge::kYAxis.cross(n)
+                        : ge::kZAxis.cross(n);
+  ax = ax.normalized();
+  ge::Vector3d ay = n.cross(ax).normalized();
+  return ge::Matrix3d::fromFrame({}, ax, ay, n);
+}
+
+std::optional<PathArc> projectArc(const ge::Matrix3d& m, const ge::Point3d& center, const ge::Vector3d& xAxis,
+                                  const ge::Vector3d& yAxis, double radius, double startAngle, double endAngle,
+                                  bool ccw) {
+  ge::Vector3d u = m.apply(xAxis * radius), v = m.apply(yAxis * radius);
+  double ul = std::hypot(u.x, u.y), vl = std::hypot(v.x, v.y);
+  double cross = u.x * v.y - u.y * v.x, dot = u.x * v.x + u.y * v.y;
+  double scale = std::max(ul, vl);
+  if (scale == 0 || std::abs(ul - vl) > kCircularTolerance * scale || std::abs(dot) > kCircularTolerance * scale * scale)
+    return std::nullopt;
+  // u = r (cos phi, sin phi); v is u turned by +90 degrees (ccw) or -90 (cw).
+  double phi = std::atan2(u.y, u.x);
+  double sign = cross > 0 ? 1 : -1;
+  ge::Point3d c = m.apply(center);
+  return PathArc{{c.x, c.y}, ul, phi + sign * startAngle, phi + sign * endAngle, (cross > 0) == ccw};
+}
+
+std::optional<BulgeArc> bulgeToArc(const ge::Point2d& a, const ge::Point2d& b, double bulge) {
+  double dx = b.x - a.x, dy = b.y - a.y, chord = std::hypot(dx, dy);
+  if (std::abs(bulge) < kStraightBulge || chord == 0) return std::nullopt;
+  // Included angle 4 atan(bulge); the centre lies on the chord's bisector.
+  double theta = 4 * std::atan(bulge);
+  double radius = chord / (2 * std::sin(std::abs(theta) / 2));
+  // Signed distance from the chord midpoint to the centre, to the left of a->b for ccw arcs.
+  double h = chord * (1 - bulge * bulge) / (4 * bulge);
+  ge::Point2d mid{(a.x + b.x) / 2, (a.y + b.y) / 2};
+  ge::Point2d center{mid.x - dy / chord * h, mid.y + dx / chord * h};
+  double a0 = std::atan2(a.y - center.y, a.x - center.x);
+  return BulgeArc{center, radius, a0, a0 + theta, bulge > 0};
+}
+
+int piecesForSweep(double sweep) {
+  // One piece per 2 degrees keeps the chord error under 1e-4 of the radius.
+  constexpr double kPieceAngle = std::numbers::pi / 90;
+  return std::clamp(static_cast<int>(std::ceil(std::abs(sweep) / kPieceAngle)), 4, 720);
+}
+
+}  // namespace standalone

@@ -1,0 +1,124 @@
+#include "standalone/render/scene.h"
+
+#include <cmath>
+#include <numbers>
+
+namespace standalone {
+
+namespace {
+
+constexpr double kTwoPi = 2 * std::numbers::pi;
+
+// Angle a moved into [from, from + 2 pi).
+double angleFrom(double from, double a) {
+  double d = std::fmod(a - from, kTwoPi);
+  return from + (d < 0 ? d + kTwoPi : d);
+}
+
+void addArcExtents(const PathArc& a, Box2d& box) {
+  // A counter-clockwise sweep from lo to hi covers the same points as the arc.
+  double lo = a.ccw ? a.startAngle : a.endAngle, hi = a.ccw ? a.endAngle : a.startAngle;
+  double sweep = hi - lo;
+  if (std::abs(sweep) < kTwoPi) sweep = angleFrom(0, sweep);
+  auto addAt = [&](double t) { box.add(a.center.x + a.radius * std::cos(t), a.center.y + a.radius * std::sin(t)); };
+  addAt(lo);
+  addAt(lo + sweep);
+  for (int q = 0; q < 4; ++q) {
+    double t = angleFrom(lo, q * std::numbers::pi / 2);
+    if (t - lo <= sweep) addAt(t);
+  }
+}
+
+// Rough box of a text run: glyphs about 0.6 of the height wide.
+void addTextExtents(const TextRun& t, Box2d& box) {
+  std::size_t chars = 0;
+  for (unsigned char c : t.utf8) chars += (c & 0xC0) != 0x80;
+  double w = t.fitWidth > 0 ? t.fitWidth : 0.6 * t.height * t.widthFactor * static_cast<double>(chars);
+  double h = t.height;
+  double x0 = -t.hAlign * w, y0 = t.vAlign == TextVAlign::kTop ? -h : t.vAlign == TextVAlign::kMiddle ? -h / 2 : 0;
+  double c = std::cos(t.rotation), s = std::sin(t.rotation);
+  for (double dx : {x0, x0 + w})
+    for (double dy : {y0 - 0.25 * h, y0 + h}) box.add(t.anchor.x + c * dx - s * dy, t.anchor.y + s * dx + c * dy);
+}
+
+void tracePath(const Path& path, Canvas& canvas) {
+  for (const auto& op : path.ops) {
+    if (auto* m = std::get_if<PathMove>(&op)) canvas.moveTo(m->to);
+    else if (auto* l = std::get_if<PathLine>(&op)) canvas.lineTo(l->to);
+    else if (auto* a = std::get_if<PathArc>(&op)) canvas.arc(a->center, a->radius, a->startAngle, a->endAngle, a->ccw);
+    else canvas.closePath();
+  }
+}
+
+void paintMarker(const PointMarker& m, Canvas& canvas, double viewHeight) {
+  double size = markerSize(m, viewHeight), h = size / 2;
+  double c = std::cos(m.rotation), s = std::sin(m.rotation);
+  auto at = [&](double dx, double dy) { return ge::Point2d{m.at.x + c * dx - s * dy, m.at.y + s * dx + c * dy}; };
+  auto seg = [&](double x0, double y0, double x1, double y1) {
+    canvas.moveTo(at(x0, y0));
+    canvas.lineTo(at(x1, y1));
+  };
+  switch (m.mode & 7) {
+    case 0: seg(0, 0, 0, 0); break;  // a dot: round caps make a zero-length stroke visible
+    case 2: seg(-h, 0, h, 0), seg(0, -h, 0, h); break;
+    case 3: seg(-h, -h, h, h), seg(-h, h, h, -h); break;
+    case 4: seg(0, 0, 0, h); break;
+    default: break;  // 1: nothing at the point itself
+  }
+  if (m.mode & 32) {
+    canvas.moveTo(at(h, 0));
+    canvas.arc(m.at, h, m.rotation, m.rotation + kTwoPi, true);
+  }
+  if (m.mode & 64) {
+    canvas.moveTo(at(-h, -h));
+    canvas.lineTo(at(h, -h));
+    canvas.lineTo(at(h, h));
+    canvas.lineTo(at(-h, h));
+    canvas.closePath();
+  }
+  canvas.stroke();
+}
+
+}  // namespace
+
+double markerSize(const PointMarker& m, double viewHeight) {
+  if (m.size > 0) return m.size;
+  if (m.size < 0) return -m.size / 100 * viewHeight;
+  return 0.05 * viewHeight;
+}
+
+void addPathExtents(const Path& path, Box2d& box) {
+  for (const auto& op : path.ops) {
+    if (auto* m = std::get_if<PathMove>(&op)) box.add(m->to.x, m->to.y);
+    else if (auto* l = std::get_if<PathLine>(&op)) box.add(l->to.x, l->to.y);
+    else if (auto* a = std::get_if<PathArc>(&op)) addArcExtents(*a, box);
+  }
+}
+
+Box2d Scene::extents() const {
+  Box2d box;
+  for (const auto& item : items) {
+    if (auto* p = std::get_if<ScenePath>(&item.shape)) addPathExtents(p->path, box);
+    else if (auto* t = std::get_if<TextRun>(&item.shape)) addTextExtents(*t, box);
+    else if (auto* m = std::get_if<PointMarker>(&item.shape)) box.add(m->at.x, m->at.y);
+  }
+  return box;
+}
+
+void paintScene(const Scene& scene, Canvas& canvas, double viewHeight) {
+  for (const auto& item : scene.items) {
+    canvas.setColor(item.color);
+    canvas.setLineWidth(item.lineWidthPx);
+    if (auto* p = std::get_if<ScenePath>(&item.shape)) {
+      tracePath(p->path, canvas);
+      if (p->filled) canvas.fill();
+      else canvas.stroke();
+    } else if (auto* t = std::get_if<TextRun>(&item.shape)) {
+      canvas.text(*t);
+    } else if (auto* m = std::get_if<PointMarker>(&item.shape)) {
+      paintMarker(*m, canvas, viewHeight);
+    }
+  }
+}
+
+}  // namespace standalone

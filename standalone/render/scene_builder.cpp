@@ -1,0 +1,106 @@
+#include "standalone/render/scene_builder.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "standalone/render/emitter.h"
+#include "standalone/render/projection.h"
+
+namespace standalone {
+
+namespace {
+
+// Line width of ordinary entities on the page, in pixels.
+constexpr double kDefaultLineWidthPx = 1.0;
+// Pixels per millimetre of lineweight, as a 96 dpi screen shows them.
+constexpr double kPixelsPerMm = 96.0 / 25.4;
+
+// What a block reference passes on to the entities drawn through it.
+struct Inherited {
+  ge::Matrix3d placement;
+  Rgb byBlock = kBlack;
+  std::string layer;  // the reference's layer, for entities on layer "0"
+  int depth = 0;
+  std::vector<host::ObjectId> blockChain;  // blocks being expanded, outermost first
+};
+
+class SceneBuilder {
+ public:
+  SceneBuilder(const host::Drawing& drawing, const SceneOptions& options, Scene& scene)
+      : drawing_(drawing), options_(options), scene_(scene) {}
+
+  void drawSpace(host::ObjectId record, const Inherited& from) {
+    for (host::ObjectId id : drawing_.entitiesOf(record))
+      if (auto entity = drawing_.read(id)) drawEntity(*entity, from);
+  }
+
+ private:
+  void drawEntity(const host::Entity& e, const Inherited& from) {
+    if (e.props.invisible) return;
+    // Entities on layer 0 inside a block take the reference's layer.
+    const std::string& layer = (e.props.layer == "0" && !from.layer.empty()) ? from.layer : e.props.layer;
+    std::optional<host::Color> layerColor = drawing_.layerColor(layer);
+    if (layerColor && layerColor->index < 0) return;  // layer off
+    Rgb color = resolveColor(e.props.color, from.byBlock, layerColor);
+    if (auto* ref = std::get_if<host::BlockReference>(&e.data)) {
+      drawReference(*ref, color, layer, from);
+      return;
+    }
+    Emitter out(scene_, from.placement, color, lineWidthPx(e.props.lineweight));
+    if (!emitCurve(e.data, out)) emitAnnotation(e.data, out, options_.pointMode, options_.pointSize);
+  }
+
+  void drawReference(const host::BlockReference& ref, const Rgb& color, const std::string& layer,
+                     const Inherited& from) {
+    if (from.depth >= options_.maxBlockDepth) return;
+    auto block = drawing_.findBlock(ref.blockName);
+    // A block that contains itself (a broken drawing) is drawn once, not forever.
+    if (!block || std::find(from.blockChain.begin(), from.blockChain.end(), *block) != from.blockChain.end()) return;
+    ge::Point3d base = drawing_.blockBasePoint(*block);
+    ge::Matrix3d ocs = ocsToWorld(ref.normal);
+    int columns = std::max(1, ref.columnCount), rows = std::max(1, ref.rowCount);
+    for (int r = 0; r < rows; ++r)
+      for (int c = 0; c < columns; ++c) {
+        // Array copies are spaced along the reference's rotated OCS axes.
+        ge::Vector3d cell = ocs.apply(
+            ge::Matrix3d::rotation(ref.rotation, ge::kZAxis).apply(ge::Vector3d{c * ref.columnSpacing, r * ref.rowSpacing, 0}));
+        Inherited inner;
+        inner.placement = from.placement * ge::Matrix3d::translation(ref.position.asVector() + cell) * ocs *
+                          ge::Matrix3d::rotation(ref.rotation, ge::kZAxis) * scaling(ref.scale) *
+                          ge::Matrix3d::translation(-base.asVector());
+        inner.byBlock = color;
+        inner.layer = layer;
+        inner.depth = from.depth + 1;
+        inner.blockChain = from.blockChain;
+        inner.blockChain.push_back(*block);
+        drawSpace(*block, inner);
+      }
+  }
+
+  static ge::Matrix3d scaling(const ge::Vector3d& s) {
+    ge::Matrix3d m;
+    m(0, 0) = s.x;
+    m(1, 1) = s.y;
+    m(2, 2) = s.z;
+    return m;
+  }
+
+  static double lineWidthPx(int lineweight) {
+    // Lineweights are hundredths of a millimetre; thin ones still get one pixel.
+    return lineweight > 0 ? std::max(kDefaultLineWidthPx, lineweight / 100.0 * kPixelsPerMm) : kDefaultLineWidthPx;
+  }
+
+  const host::Drawing& drawing_;
+  const SceneOptions& options_;
+  Scene& scene_;
+};
+
+}  // namespace
+
+Scene buildScene(const host::Drawing& drawing, const SceneOptions& options) {
+  Scene scene;
+  SceneBuilder(drawing, options, scene).drawSpace(drawing.modelSpace(), Inherited{});
+  return scene;
+}
+
+}  // namespace standalone

@@ -1,0 +1,19 @@
+#pragma once
+// Flattens the model space of a drawing into a scene.
+#include "host/drawing.h"
+#include "standalone/render/scene.h"
+
+namespace standalone {
+
+struct SceneOptions {
+  int pointMode = 0;       // PDMODE of the drawing
+  double pointSize = 0;    // PDSIZE of the drawing
+  int maxBlockDepth = 16;  // nesting of block references followed; deeper ones are skipped
+};
+
+// Every visible entity of model space, block references expanded through
+// their blocks (position, scale, rotation, column/row arrays), colours
+// resolved by layer and by block.
+Scene buildScene(const host::Drawing& drawing, const SceneOptions& options);
+
+}  // namespace standalone

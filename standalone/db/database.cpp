@@ -1,0 +1,534 @@
+#include "standalone/db/database.h"
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+
+#include "standalone/db/dxf_tags.h"
+#include "standalone/db/entity_props.h"
+#include "standalone/db/minimal_drawing.h"
+#include "standalone/db/tag_record.h"
+
+namespace standalone {
+
+using host::ErrorStatus;
+using host::ObjectId;
+
+namespace {
+
+std::string headerName(std::string_view name) {
+  std::string out = name.starts_with('$') ? std::string(name) : "$" + std::string(name);
+  for (char& c : out) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return out;
+}
+
+// Handles of the vertices and end marker of an old-style polyline, given fresh
+// ones where they have none yet.
+void giveSubHandles(host::EntityData& data, DrawingDatabase& db) {
+  if (auto* p = std::get_if<host::Polyline2d>(&data)) {
+    for (auto& v : p->vertices)
+      if (v.handle == 0) v.handle = db.newHandle();
+    if (p->seqendHandle == 0) p->seqendHandle = db.newHandle();
+  } else if (auto* p3 = std::get_if<host::Polyline3d>(&data)) {
+    for (auto& v : p3->vertices)
+      if (v.handle == 0) v.handle = db.newHandle();
+    if (p3->seqendHandle == 0) p3->seqendHandle = db.newHandle();
+  }
+}
+
+// Kept tags that still fit after an entity changed kind: the common part and the tail.
+void dropKindTags(EntityExtras& x) {
+  std::erase_if(x.kept, [&](const KeptTag& k) {
+    if (k.anchor == 0 || k.anchor == kAnchorTail) return false;
+    return k.anchor > x.markers.size() || x.markers[k.anchor - 1] != "AcDbEntity";
+  });
+}
+
+}  // namespace
+
+DrawingDatabase::DrawingDatabase(DrawingContents contents) : c_(std::move(contents)) {
+  std::uint64_t maxHandle = 0;
+  for (const auto& e : c_.entities) maxHandle = std::max(maxHandle, e.entity.id.value);
+  for (const auto& r : c_.records) maxHandle = std::max(maxHandle, r.handle);
+  for (std::uint64_t id : c_.privateIds) maxHandle = std::max(maxHandle, id);
+  c_.nextHandle = std::max(c_.nextHandle, maxHandle + 1);
+
+  c_.index.clear();
+  c_.index.reserve(c_.entities.size() + c_.records.size());
+  for (std::size_t i = 0; i < c_.records.size(); ++i) {
+    TagRecord& r = c_.records[i];
+    if (r.handle == 0) continue;
+    if (!c_.index.emplace(r.handle, Slot{Slot::Kind::kRecord, i}).second) {
+      // A repeated handle: the later record gets a fresh one.
+      r.handle = c_.nextHandle++;
+      setValue(editTags(r), r.type == "DIMSTYLE" ? 105 : 5, formatHandle(r.handle));
+      c_.index.emplace(r.handle, Slot{Slot::Kind::kRecord, i});
+    }
+  }
+  for (std::size_t i = 0; i < c_.entities.size(); ++i) {
+    EntityRecord& e = c_.entities[i];
+    if (e.entity.id.isNull() || !c_.index.emplace(e.entity.id.value, Slot{Slot::Kind::kEntity, i}).second) {
+      e.entity.id = {c_.nextHandle++};
+      if (c_.hasHandles) e.raw = {};
+      c_.index.emplace(e.entity.id.value, Slot{Slot::Kind::kEntity, i});
+    }
+  }
+  for (const auto& e : c_.entities)
+    if (e.entity.owner.value == c_.modelSpace) c_.lastEntity = e.entity.id.value;
+}
+
+DrawingDatabase DrawingDatabase::createEmpty(std::string version) {
+  return DrawingDatabase(minimalContents(std::move(version)));
+}
+
+// ---- look-ups ----
+
+EntityRecord* DrawingDatabase::liveEntity(std::uint64_t handle) {
+  return const_cast<EntityRecord*>(std::as_const(*this).liveEntity(handle));
+}
+
+const EntityRecord* DrawingDatabase::liveEntity(std::uint64_t handle) const {
+  auto it = c_.index.find(handle);
+  if (it == c_.index.end() || it->second.kind != Slot::Kind::kEntity) return nullptr;
+  const EntityRecord& e = c_.entities[it->second.index];
+  return e.erased ? nullptr : &e;
+}
+
+TagRecord* DrawingDatabase::liveRecord(std::uint64_t handle) {
+  return const_cast<TagRecord*>(std::as_const(*this).liveRecord(handle));
+}
+
+const TagRecord* DrawingDatabase::liveRecord(std::uint64_t handle) const {
+  auto it = c_.index.find(handle);
+  if (it == c_.index.end() || it->second.kind != Slot::Kind::kRecord) return nullptr;
+  const TagRecord& r = c_.records[it->second.index];
+  return r.erased ? nullptr : &r;
+}
+
+const TagRecord* DrawingDatabase::findTableEntry(std::string_view table, std::string_view name) const {
+  for (const auto& t : c_.tables) {
+    if (!sameName(t.head.name, table)) continue;
+    for (std::size_t i : t.entries) {
+      const TagRecord& r = c_.records[i];
+      if (!r.erased && sameName(r.name, name)) return &r;
+    }
+  }
+  return nullptr;
+}
+
+SymbolTable* DrawingDatabase::findTable(std::string_view table) {
+  for (auto& t : c_.tables)
+    if (sameName(t.head.name, table)) return &t;
+  return nullptr;
+}
+
+BlockDefinition* DrawingDatabase::blockOf(std::uint64_t recordId) {
+  return const_cast<BlockDefinition*>(std::as_const(*this).blockOf(recordId));
+}
+
+const BlockDefinition* DrawingDatabase::blockOf(std::uint64_t recordId) const {
+  for (const auto& b : c_.blocks)
+    if (b.recordId == recordId) return &b;
+  return nullptr;
+}
+
+bool DrawingDatabase::inEntitySection(std::uint64_t owner) const {
+  return owner != 0 && (owner == c_.modelSpace || owner == c_.paperSpace);
+}
+
+HeaderVariable* DrawingDatabase::findHeader(std::string_view name) {
+  return const_cast<HeaderVariable*>(std::as_const(*this).findHeader(name));
+}
+
+const HeaderVariable* DrawingDatabase::findHeader(std::string_view name) const {
+  std::string key = headerName(name);
+  for (const auto& h : c_.header)
+    if (h.name == key) return &h;
+  return nullptr;
+}
+
+// ---- header and view ----
+
+std::optional<host::ResBufList> DrawingDatabase::headerVariable(std::string_view name) const {
+  const HeaderVariable* h = findHeader(name);
+  if (!h) return std::nullopt;
+  return toResBufs(h->tags, 0, c_.encoding());
+}
+
+void DrawingDatabase::setHeaderVariable(std::string_view name, host::ResBufList values) {
+  TagList tags;
+  for (const auto& rb : values) appendTags(tags, rb, c_.encoding());
+  if (HeaderVariable* h = findHeader(name)) {
+    h->tags = std::move(tags);
+  } else {
+    c_.header.push_back({headerName(name), std::move(tags)});
+  }
+  if (headerName(name) == "$DWGCODEPAGE" && !values.empty())
+    if (auto* s = std::get_if<std::string>(&values.front().value)) c_.codepage = *s;
+}
+
+std::optional<ActiveView> DrawingDatabase::activeView() const {
+  const TagRecord* vp = findTableEntry("VPORT", "*ACTIVE");
+  if (!vp) return std::nullopt;
+  TagList tags = tagsOf(*vp);
+  ActiveView v;
+  double d = 0;
+  auto real = [&](int code, double& out) {
+    if (auto s = findValue(tags, code) ; s && tryParseReal(*s, d)) out = d;
+  };
+  real(12, v.center.x);
+  real(22, v.center.y);
+  real(40, v.height);
+  real(41, v.aspect);
+  return v;
+}
+
+void DrawingDatabase::setActiveView(const ActiveView& view) {
+  const TagRecord* found = findTableEntry("VPORT", "*ACTIVE");
+  if (!found) {
+    SymbolTable* table = findTable("VPORT");
+    if (!table) {
+      c_.tables.insert(c_.tables.begin(), emptyTable("VPORT", c_.version, c_.hasHandles ? newHandle() : 0));
+      refreshCache(c_.tables.front().head, c_.encoding());
+      table = &c_.tables.front();
+    }
+    std::uint64_t h = c_.hasHandles ? newHandle() : 0;
+    c_.records.push_back(makeRecord(activeViewportTags(c_.version, h, table->head.handle), c_.encoding()));
+    table->entries.push_back(c_.records.size() - 1);
+    if (h) c_.index.emplace(h, Slot{Slot::Kind::kRecord, c_.records.size() - 1});
+    found = &c_.records.back();
+  }
+  TagRecord& vp = const_cast<TagRecord&>(*found);
+  TagList& tags = editTags(vp);
+  std::size_t body = bodyStart(tags);
+  setValue(tags, 12, formatReal(view.center.x), body);
+  setValue(tags, 22, formatReal(view.center.y), body);
+  setValue(tags, 40, formatReal(view.height), body);
+  setValue(tags, 41, formatReal(view.aspect), body);
+}
+
+// ---- names, layers, blocks ----
+
+std::vector<std::string> DrawingDatabase::layerNames() const {
+  std::vector<std::string> out;
+  for (const auto& t : c_.tables) {
+    if (!sameName(t.head.name, "LAYER")) continue;
+    for (std::size_t i : t.entries)
+      if (!c_.records[i].erased) out.push_back(c_.records[i].name);
+  }
+  return out;
+}
+
+std::vector<std::string> DrawingDatabase::blockNames() const {
+  std::vector<std::string> out;
+  for (const auto& b : c_.blocks) out.push_back(b.begin.name);
+  return out;
+}
+
+bool DrawingDatabase::isLayerFrozenOrLocked(const std::string& layer) const {
+  const TagRecord* r = findTableEntry("LAYER", layer);
+  if (!r) return false;
+  TagList tags = tagsOf(*r);
+  auto flags = findValue(tags, 70, bodyStart(tags));
+  double f = 0;
+  if (!flags || !tryParseReal(*flags, f)) return false;
+  return (static_cast<int>(f) & (1 | 4)) != 0;
+}
+
+std::optional<host::Color> DrawingDatabase::layerColor(const std::string& layer) const {
+  const TagRecord* r = findTableEntry("LAYER", layer);
+  if (!r) return std::nullopt;
+  TagList tags = tagsOf(*r);
+  std::size_t body = bodyStart(tags);
+  host::Color color{7, std::nullopt};
+  double d = 0;
+  if (auto s = findValue(tags, 62, body); s && tryParseReal(*s, d)) color.index = static_cast<int>(d);
+  if (auto s = findValue(tags, 420, body); s && tryParseReal(*s, d))
+    color.trueColor = static_cast<std::uint32_t>(d) & 0xFFFFFFu;
+  return color;
+}
+
+ge::Point3d DrawingDatabase::blockBasePoint(ObjectId blockRecord) const {
+  const BlockDefinition* b = blockOf(blockRecord.value);
+  if (!b) return {};
+  TagList tags = tagsOf(b->begin);
+  ge::Point3d p;
+  double d = 0;
+  std::size_t body = bodyStart(tags);
+  if (auto s = findValue(tags, 10, body); s && tryParseReal(*s, d)) p.x = d;
+  if (auto s = findValue(tags, 20, body); s && tryParseReal(*s, d)) p.y = d;
+  if (auto s = findValue(tags, 30, body); s && tryParseReal(*s, d)) p.z = d;
+  return p;
+}
+
+const host::Entity* DrawingDatabase::peek(ObjectId id) const {
+  const EntityRecord* e = liveEntity(id.value);
+  return e ? &e->entity : nullptr;
+}
+
+// ---- entities ----
+
+std::optional<host::Entity> DrawingDatabase::read(ObjectId id) const {
+  const EntityRecord* e = liveEntity(id.value);
+  if (!e) return std::nullopt;
+  return e->entity;
+}
+
+ErrorStatus DrawingDatabase::write(const host::Entity& entity) {
+  if (entity.id.isNull()) return ErrorStatus::eNullObjectId;
+  auto it = c_.index.find(entity.id.value);
+  if (it == c_.index.end() || it->second.kind != Slot::Kind::kEntity) return ErrorStatus::eInvalidInput;
+  EntityRecord& e = c_.entities[it->second.index];
+  if (e.erased) return ErrorStatus::eWasErased;
+  bool wasOther = std::holds_alternative<host::OtherEntity>(e.entity.data);
+  if (wasOther) {
+    if (!std::holds_alternative<host::OtherEntity>(entity.data)) return ErrorStatus::eNotApplicable;
+    if (entity.props == e.entity.props) return ErrorStatus::eOk;
+    if (e.extras.otherTags.empty()) e.extras.otherTags = tokenize(e.raw);
+    applyProps(e.extras.otherTags, entity.props, c_.encoding(), hasSubclassMarkers(c_.version));
+    e.entity.props = entity.props;
+    e.raw = {};
+    return ErrorStatus::eOk;
+  }
+  if (std::holds_alternative<host::OtherEntity>(entity.data)) return ErrorStatus::eNotApplicable;
+  if (entity.data.index() != e.entity.data.index()) {
+    dropKindTags(e.extras);
+    e.extras.attributeTail = {};
+  }
+  std::uint64_t owner = e.entity.owner.value;
+  e.entity = entity;
+  e.entity.owner = {owner};
+  giveSubHandles(e.entity.data, *this);
+  e.raw = {};
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus DrawingDatabase::erase(ObjectId id) {
+  if (EntityRecord* e = liveEntity(id.value)) {
+    e->erased = true;
+    return ErrorStatus::eOk;
+  }
+  if (TagRecord* r = liveRecord(id.value)) {
+    r->erased = true;
+    return ErrorStatus::eOk;
+  }
+  return id.isNull() ? ErrorStatus::eNullObjectId : ErrorStatus::eWasErased;
+}
+
+ErrorStatus DrawingDatabase::append(host::Entity& entity, ObjectId owner) {
+  if (owner.isNull()) owner = currentSpace();
+  if (!isBlockRecord(owner)) return ErrorStatus::eInvalidInput;
+  if (std::holds_alternative<host::OtherEntity>(entity.data)) return ErrorStatus::eNotApplicable;
+  BlockDefinition* block = inEntitySection(owner.value) ? nullptr : blockOf(owner.value);
+  if (!inEntitySection(owner.value) && !block) return ErrorStatus::eInvalidInput;
+  entity.id = {newHandle()};
+  entity.owner = owner;
+  EntityRecord rec;
+  rec.entity = entity;
+  giveSubHandles(rec.entity.data, *this);
+  c_.entities.push_back(std::move(rec));
+  c_.index.emplace(entity.id.value, Slot{Slot::Kind::kEntity, c_.entities.size() - 1});
+  (block ? block->entities : c_.entitySection).push_back(entity.id.value);
+  if (owner.value == c_.modelSpace) c_.lastEntity = entity.id.value;
+  return ErrorStatus::eOk;
+}
+
+ObjectId DrawingDatabase::ownerOf(ObjectId id) const {
+  if (const EntityRecord* e = liveEntity(id.value)) return e->entity.owner;
+  if (const TagRecord* r = liveRecord(id.value)) return {r->owner};
+  return host::kNullId;
+}
+
+bool DrawingDatabase::isBlockRecord(ObjectId id) const {
+  if (id.isNull()) return false;
+  if (inEntitySection(id.value) || blockOf(id.value)) return true;
+  const TagRecord* r = liveRecord(id.value);
+  return r && r->type == "BLOCK_RECORD";
+}
+
+std::optional<ObjectId> DrawingDatabase::findBlock(const std::string& name) const {
+  for (const auto& b : c_.blocks)
+    if (sameName(b.begin.name, name)) return ObjectId{b.recordId};
+  return std::nullopt;
+}
+
+std::vector<ObjectId> DrawingDatabase::entitiesOf(ObjectId blockRecord) const {
+  std::vector<ObjectId> out;
+  const std::vector<std::uint64_t>* list = nullptr;
+  if (inEntitySection(blockRecord.value)) {
+    list = &c_.entitySection;
+  } else if (const BlockDefinition* b = blockOf(blockRecord.value)) {
+    list = &b->entities;
+  } else {
+    return out;
+  }
+  out.reserve(list->size());
+  for (std::uint64_t h : *list) {
+    const EntityRecord* e = liveEntity(h);
+    if (e && e->entity.owner == blockRecord) out.push_back({h});
+  }
+  return out;
+}
+
+// ---- defaults ----
+
+std::string DrawingDatabase::currentLayer() const {
+  if (auto v = headerVariable("$CLAYER"); v && !v->empty())
+    if (auto* s = std::get_if<std::string>(&v->front().value); s && !s->empty()) return *s;
+  return "0";
+}
+
+host::Color DrawingDatabase::currentColor() const {
+  host::Color color;
+  if (auto v = headerVariable("$CECOLOR"); v && !v->empty())
+    if (auto* i = std::get_if<std::int16_t>(&v->front().value)) color.index = *i;
+  return color;
+}
+
+host::EntityProps DrawingDatabase::defaultProps() const {
+  host::EntityProps p;
+  p.layer = currentLayer();
+  p.color = currentColor();
+  if (auto v = headerVariable("$CELTYPE"); v && !v->empty())
+    if (auto* s = std::get_if<std::string>(&v->front().value); s && !sameName(*s, "BYLAYER")) p.linetype = *s;
+  if (auto v = headerVariable("$CELTSCALE"); v && !v->empty())
+    if (auto* d = std::get_if<double>(&v->front().value)) p.linetypeScale = *d;
+  return p;
+}
+
+// ---- dictionaries and objects ----
+
+std::optional<ObjectId> DrawingDatabase::dictionaryLookup(ObjectId dictionary, const std::string& key) const {
+  const TagRecord* d = liveRecord(dictionary.value);
+  if (!d) return std::nullopt;
+  for (const auto& entry : dictionaryEntries(tagsOf(*d)))
+    if (sameName(entry.key, encodeText(key, c_.encoding()))) return ObjectId{entry.handle};
+  return std::nullopt;
+}
+
+ErrorStatus DrawingDatabase::dictionarySet(ObjectId dictionary, const std::string& key, ObjectId object) {
+  TagRecord* d = liveRecord(dictionary.value);
+  if (!d) return ErrorStatus::eInvalidInput;
+  if (key.empty()) return ErrorStatus::eInvalidInput;
+  TagRecord* obj = liveRecord(object.value);
+  if (!obj) return ErrorStatus::eInvalidInput;
+  setDictionaryEntry(editTags(*d), encodeText(key, c_.encoding()), object.value);
+  // An object in a dictionary is owned by it and has it as a reactor.
+  TagList& tags = editTags(*obj);
+  if (obj->owner == 0 || obj->owner != dictionary.value) {
+    setOwner(tags, dictionary.value);
+    obj->owner = dictionary.value;
+  }
+  auto reactors = reactorsIn(tags);
+  if (std::find(reactors.begin(), reactors.end(), dictionary.value) == reactors.end()) {
+    reactors.push_back(dictionary.value);
+    setReactors(tags, reactors);
+  }
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus DrawingDatabase::dictionaryRemove(ObjectId dictionary, const std::string& key) {
+  TagRecord* d = liveRecord(dictionary.value);
+  if (!d) return ErrorStatus::eInvalidInput;
+  if (!dictionaryLookup(dictionary, key)) return ErrorStatus::eKeyNotFound;
+  removeDictionaryEntry(editTags(*d), encodeText(key, c_.encoding()));
+  return ErrorStatus::eOk;
+}
+
+std::optional<host::DbObject> DrawingDatabase::readObject(ObjectId id) const {
+  const TagRecord* r = liveRecord(id.value);
+  if (!r) return std::nullopt;
+  TagList tags = tagsOf(*r);
+  return host::DbObject{id, {r->owner}, r->type, toResBufs(tags, bodyStart(tags), c_.encoding())};
+}
+
+ErrorStatus DrawingDatabase::writeObject(host::DbObject& object) {
+  if (object.dxfName.empty()) return ErrorStatus::eInvalidInput;
+  TagList body;
+  bool hasMarker = std::any_of(object.data.begin(), object.data.end(), [](auto& rb) { return rb.type == 100; });
+  if (!hasMarker && hasSubclassMarkers(c_.version)) {
+    if (object.dxfName == "XRECORD") body.push_back({100, "AcDbXrecord"});
+    if (object.dxfName == "DICTIONARY") body.push_back({100, "AcDbDictionary"});
+  }
+  for (const auto& rb : object.data) appendTags(body, rb, c_.encoding());
+  if (object.id.isNull()) {
+    std::uint64_t h = newHandle();
+    TagList tags{{0, object.dxfName}, {5, formatHandle(h)}, {330, formatHandle(object.owner.value)}};
+    tags.insert(tags.end(), body.begin(), body.end());
+    c_.records.push_back(makeRecord(std::move(tags), c_.encoding()));
+    c_.index.emplace(h, Slot{Slot::Kind::kRecord, c_.records.size() - 1});
+    c_.objects.push_back(h);
+    object.id = {h};
+    return ErrorStatus::eOk;
+  }
+  TagRecord* r = liveRecord(object.id.value);
+  if (!r) return ErrorStatus::eInvalidInput;
+  TagList& tags = editTags(*r);
+  tags.resize(bodyStart(tags));
+  tags.insert(tags.end(), body.begin(), body.end());
+  tags.front().value = object.dxfName;
+  if (!object.owner.isNull()) setOwner(tags, object.owner.value);
+  refreshCache(*r, c_.encoding());
+  return ErrorStatus::eOk;
+}
+
+std::vector<ObjectId> DrawingDatabase::reactorsOf(ObjectId id) const {
+  std::vector<ObjectId> out;
+  if (const EntityRecord* e = liveEntity(id.value)) {
+    for (auto h : e->extras.reactors) out.push_back({h});
+  } else if (const TagRecord* r = liveRecord(id.value)) {
+    for (auto h : reactorsIn(tagsOf(*r))) out.push_back({h});
+  }
+  return out;
+}
+
+ErrorStatus DrawingDatabase::addReactor(ObjectId id, ObjectId reactor) {
+  if (reactor.isNull()) return ErrorStatus::eNullObjectId;
+  if (EntityRecord* e = liveEntity(id.value)) {
+    auto& list = e->extras.reactors;
+    if (std::find(list.begin(), list.end(), reactor.value) != list.end()) return ErrorStatus::eOk;
+    list.push_back(reactor.value);
+    if (std::holds_alternative<host::OtherEntity>(e->entity.data)) {
+      if (e->extras.otherTags.empty()) e->extras.otherTags = tokenize(e->raw);
+      setReactors(e->extras.otherTags, list);
+    }
+    e->raw = {};
+    return ErrorStatus::eOk;
+  }
+  if (TagRecord* r = liveRecord(id.value)) {
+    TagList& tags = editTags(*r);
+    auto list = reactorsIn(tags);
+    if (std::find(list.begin(), list.end(), reactor.value) == list.end()) {
+      list.push_back(reactor.value);
+      setReactors(tags, list);
+    }
+    return ErrorStatus::eOk;
+  }
+  return ErrorStatus::eInvalidInput;
+}
+
+ErrorStatus DrawingDatabase::removeReactor(ObjectId id, ObjectId reactor) {
+  if (EntityRecord* e = liveEntity(id.value)) {
+    auto& list = e->extras.reactors;
+    auto it = std::find(list.begin(), list.end(), reactor.value);
+    if (it == list.end()) return ErrorStatus::eKeyNotFound;
+    list.erase(it);
+    if (std::holds_alternative<host::OtherEntity>(e->entity.data)) {
+      if (e->extras.otherTags.empty()) e->extras.otherTags = tokenize(e->raw);
+      setReactors(e->extras.otherTags, list);
+    }
+    e->raw = {};
+    return ErrorStatus::eOk;
+  }
+  if (TagRecord* r = liveRecord(id.value)) {
+    auto list = reactorsIn(tagsOf(*r));
+    auto it = std::find(list.begin(), list.end(), reactor.value);
+    if (it == list.end()) return ErrorStatus::eKeyNotFound;
+    list.erase(it);
+    setReactors(editTags(*r), list);
+    return ErrorStatus::eOk;
+  }
+  return ErrorStatus::eInvalidInput;
+}
+
+}  // namespace standalone

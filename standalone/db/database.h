@@ -1,0 +1,103 @@
+#pragma once
+// The embedded host's drawing: entity records by handle, block definitions,
+// symbol tables, header variables and non-graphical objects, with everything a
+// DXF file held that we do not interpret kept for writing it back.
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "ge/point.h"
+#include "host/drawing.h"
+#include "standalone/db/records.h"
+
+namespace standalone {
+
+// The view recorded in the VPORT table's "*ACTIVE" entry.
+struct ActiveView {
+  ge::Point2d center;  // 12/22, drawing units
+  double height = 0;   // 40, drawing units
+  double aspect = 1;   // 41, width / height
+};
+
+class DrawingDatabase final : public host::Drawing {
+ public:
+  // Takes over the contents built by the DXF reader.
+  explicit DrawingDatabase(DrawingContents contents);
+
+  // A new, empty drawing of the given DXF version with the minimum content
+  // other programs expect (tables, model and paper space, named-object dictionary).
+  static DrawingDatabase createEmpty(std::string version = "AC1032");
+
+  // DXF version string of the drawing, e.g. "AC1015".
+  const std::string& version() const { return c_.version; }
+
+  // A header variable as group-code/value pairs (type = group code, value typed
+  // by the code's range); name with or without the leading $, any case.
+  std::optional<host::ResBufList> headerVariable(std::string_view name) const;
+  // Sets or adds a header variable; text values are UTF-8.
+  void setHeaderVariable(std::string_view name, host::ResBufList values);
+
+  // The view of the VPORT "*ACTIVE" entry; nothing when the drawing has none.
+  std::optional<ActiveView> activeView() const;
+  // Sets the active view, adding the VPORT entry when there is none.
+  void setActiveView(const ActiveView& view);
+
+  // The last entity appended to or loaded into the current space; null if none.
+  host::ObjectId lastEntity() const { return {c_.lastEntity}; }
+  // Layer names in table order.
+  std::vector<std::string> layerNames() const;
+  // Names of the block definitions in file order, model and paper space included.
+  std::vector<std::string> blockNames() const;
+  // True when the layer exists and is frozen or locked.
+  bool isLayerFrozenOrLocked(const std::string& layer) const;
+  // The stored record without a copy; valid until the drawing is next changed.
+  const host::Entity* peek(host::ObjectId id) const;
+  // The contents for the DXF writer.
+  const DrawingContents& contents() const { return c_; }
+  // Reserves a fresh handle (for records created outside the entity API).
+  std::uint64_t newHandle() { return c_.nextHandle++; }
+
+  // host::Drawing
+  std::optional<host::Entity> read(host::ObjectId id) const override;
+  host::ErrorStatus write(const host::Entity& entity) override;
+  host::ErrorStatus erase(host::ObjectId id) override;
+  host::ErrorStatus append(host::Entity& entity, host::ObjectId owner = host::kNullId) override;
+  host::ObjectId currentSpace() const override { return {c_.modelSpace}; }
+  host::ObjectId modelSpace() const override { return {c_.modelSpace}; }
+  host::ObjectId ownerOf(host::ObjectId id) const override;
+  bool isBlockRecord(host::ObjectId id) const override;
+  std::optional<host::ObjectId> findBlock(const std::string& name) const override;
+  std::vector<host::ObjectId> entitiesOf(host::ObjectId blockRecord) const override;
+  ge::Point3d blockBasePoint(host::ObjectId blockRecord) const override;
+  std::optional<host::Color> layerColor(const std::string& layer) const override;
+  std::string currentLayer() const override;
+  host::Color currentColor() const override;
+  host::EntityProps defaultProps() const override;
+  host::ObjectId namedObjectsDictionary() const override { return {c_.namedObjects}; }
+  std::optional<host::ObjectId> dictionaryLookup(host::ObjectId dictionary, const std::string& key) const override;
+  host::ErrorStatus dictionarySet(host::ObjectId dictionary, const std::string& key, host::ObjectId object) override;
+  host::ErrorStatus dictionaryRemove(host::ObjectId dictionary, const std::string& key) override;
+  std::optional<host::DbObject> readObject(host::ObjectId id) const override;
+  host::ErrorStatus writeObject(host::DbObject& object) override;
+  std::vector<host::ObjectId> reactorsOf(host::ObjectId id) const override;
+  host::ErrorStatus addReactor(host::ObjectId id, host::ObjectId reactor) override;
+  host::ErrorStatus removeReactor(host::ObjectId id, host::ObjectId reactor) override;
+
+ private:
+  EntityRecord* liveEntity(std::uint64_t handle);
+  const EntityRecord* liveEntity(std::uint64_t handle) const;
+  TagRecord* liveRecord(std::uint64_t handle);
+  const TagRecord* liveRecord(std::uint64_t handle) const;
+  const TagRecord* findTableEntry(std::string_view table, std::string_view name) const;
+  SymbolTable* findTable(std::string_view table);
+  BlockDefinition* blockOf(std::uint64_t recordId);
+  const BlockDefinition* blockOf(std::uint64_t recordId) const;
+  bool inEntitySection(std::uint64_t owner) const;
+  HeaderVariable* findHeader(std::string_view name);
+  const HeaderVariable* findHeader(std::string_view name) const;
+
+  DrawingContents c_;
+};
+
+}  // namespace standalone

@@ -47,6 +47,8 @@ class Editor {
                           bool forSaving, std::string& path) = 0;
   // True when the user asked to stop a long operation.
   virtual bool userBreak() = 0;
+  // acedUpdateDisplay: repaint the drawing now (live previews); nothing to do without a view.
+  virtual void updateDisplay() {}
 };
 
 }  // namespace host

@@ -1,0 +1,189 @@
+// The module's lifecycle: initialisation, menu loading per drawing, unload,
+// and commands run through the table.
+#include <gtest/gtest.h>
+
+#include "fake_host.h"
+#include "frame/builtin_commands.h"
+#include "frame/language.h"
+#include "frame/menu.h"
+#include "frame/module.h"
+#include "frame/output.h"
+
+namespace {
+
+using frame::AppMsg;
+using frame::kSettingsKey;
+using frame::Module;
+
+class ModuleTest : public testing::TestWithParam<bool> {
+ protected:
+  void SetUp() override {
+    if (GetParam()) fake.settings.writeInt(kSettingsKey, "ChineseVersion", 1);
+  }
+  void TearDown() override { frame::setChinese(false); }
+  bool chinese() const { return GetParam(); }
+  std::uint32_t stored(const char* name) { return *fake.settings.readInt(kSettingsKey, name); }
+
+  frame_test::FakeHost fake;
+  Module module{fake.host};
+};
+
+TEST_P(ModuleTest, InitialisationRegistersTheTableInOrderAndGreetsOnce) {
+  EXPECT_EQ(module.acrxEntryPoint(AppMsg::kInitAppMsg), 0);
+  EXPECT_EQ(frame::isChinese(), chinese());
+  const auto& commands = fake.commandStack.commands;
+  ASSERT_EQ(commands.size(), 53u);
+  auto table = frame::commandTable();
+  for (std::size_t i = 0; i < commands.size(); ++i) {
+    EXPECT_EQ(commands[i].group, "Corvane");
+    EXPECT_EQ(commands[i].global, table[i].globalName);
+    EXPECT_EQ(commands[i].local, table[i].localName);
+    EXPECT_EQ(commands[i].flags, 0);
+    EXPECT_TRUE(commands[i].global.starts_with("ZORL_"));
+  }
+  EXPECT_EQ(commands[0].local, "PLYH");
+  EXPECT_EQ(commands[12].global, "ZORL_PLDevide");
+  EXPECT_EQ(commands[41].global, "ZORL_FORMULA");
+  EXPECT_EQ(commands[52].local, "ZORL_DEMO11");
+  std::string greeting = chinese() ? "\n【Corvane】 " + std::string(frame::versionLabel()) + " 已成功加载。"
+                                   : "\nCorvane " + std::string(frame::versionLabel()) + " loaded successfully.";
+  EXPECT_EQ(fake.editor.transcript.find(greeting), 0u);
+  EXPECT_EQ(fake.editor.transcript.find(greeting, 1), std::string::npos);
+}
+
+TEST_P(ModuleTest, DemandLoadEntriesListEveryCommandOnce) {
+  module.acrxEntryPoint(AppMsg::kInitAppMsg);
+  ASSERT_EQ(fake.demandLoad.written.size(), 1u);
+  const host::DemandLoadEntry& e = fake.demandLoad.written[0];
+  EXPECT_EQ(e.appName, "Corvane");
+  EXPECT_EQ(e.groupName, "Corvane");
+  EXPECT_EQ(e.moduleName, fake.platform.module);
+  EXPECT_EQ(e.description, "Corvane version 1.0");
+  EXPECT_EQ(e.loadReasons, 7);
+  ASSERT_EQ(e.commands.size(), 53u);
+  EXPECT_EQ(e.commands[4], (std::pair<std::string, std::string>{"ZORL_VECTORIZE", "R2V"}));
+  EXPECT_EQ(e.commands[41], (std::pair<std::string, std::string>{"ZORL_FORMULA", "FORMULA"}));
+  EXPECT_EQ(e.commands[42], (std::pair<std::string, std::string>{"ZORL_DEMO1", "ZORL_DEMO1"}));
+  std::set<std::string> globals;
+  for (auto& [global, local] : e.commands) globals.insert(global);
+  EXPECT_EQ(globals.size(), 53u);
+}
+
+struct LoadCase {
+  std::uint32_t before, after;
+  bool about;
+  int introPage;  // 0: none
+};
+
+class LoadCounter : public testing::TestWithParam<LoadCase> {};
+
+TEST_P(LoadCounter, CyclesThroughPagesAndResets) {
+  const LoadCase& c = GetParam();
+  frame_test::FakeHost fake;
+  fake.settings.writeInt(kSettingsKey, "pagetimes", c.before);
+  Module module(fake.host);
+  module.acrxEntryPoint(AppMsg::kInitAppMsg);
+  EXPECT_EQ(fake.settings.readInt(kSettingsKey, "pagetimes"), c.after);
+  std::vector<std::string> expected;
+  if (c.about) expected.emplace_back(frame::kAboutPage);
+  if (c.introPage) expected.push_back(frame::introductionPage(c.introPage));
+  EXPECT_EQ(fake.platform.opened, expected);
+  EXPECT_EQ(fake.settings.readInt(kSettingsKey, "cmdtimes"), std::nullopt) << "the about shown at load is no command";
+}
+
+INSTANTIATE_TEST_SUITE_P(Cycle, LoadCounter,
+                         testing::Values(LoadCase{0, 1, true, 1}, LoadCase{1, 2, false, 2}, LoadCase{2, 3, false, 3},
+                                         LoadCase{3, 4, false, 0}, LoadCase{32, 33, true, 1},
+                                         LoadCase{120, 121, false, 0}, LoadCase{121, 0, false, 0},
+                                         LoadCase{5000, 0, false, 0}));
+
+TEST_P(ModuleTest, MenuIsQueuedWithDoubledBackslashesOnlyWhileItsGroupIsAbsent) {
+  fake.settings.writeText(kSettingsKey, "Location", "C:\\Program Files\\Corvane");
+  module.acrxEntryPoint(AppMsg::kInitAppMsg);
+  std::string file = chinese() ? "Corvane_chn2010.cuix" : "Corvane_eng.cuix";
+  fake.platform.files.insert("C:\\Program Files\\Corvane/" + file);
+  fake.hostCommands.release = 23;
+  fake.sysvars.vars["menubar"] = host::ResBuf::shortInt(0);
+
+  EXPECT_EQ(module.acrxEntryPoint(AppMsg::kLoadDwgMsg), 0);
+  ASSERT_EQ(fake.hostCommands.queued.size(), 2u);
+  EXPECT_EQ(fake.hostCommands.queued[0],
+            "(if(null(menugroup \"CORVANE\"))(command \"menuload\" \"C:\\\\Program Files\\\\Corvane/" + file +
+                "\")) ");
+  EXPECT_EQ(fake.hostCommands.queued[1], "(menucmd \"P12=+CORVANE.POP1\")");
+  EXPECT_EQ(fake.sysvars.vars["menubar"], host::ResBuf::shortInt(1));
+
+  fake.hostCommands.loadedMenuGroups.insert("CORVANE");  // the queued expression has run
+  module.acrxEntryPoint(AppMsg::kLoadDwgMsg);
+  EXPECT_EQ(fake.hostCommands.queued.size(), 2u) << "a second drawing does not queue the menu again";
+  EXPECT_TRUE(fake.editor.messageBoxes.empty());
+}
+
+TEST_P(ModuleTest, MissingMenuFileShowsOnlyTheMessageBox) {
+  fake.settings.writeText(kSettingsKey, "Location", "/opt/corvane");
+  module.acrxEntryPoint(AppMsg::kInitAppMsg);
+  fake.sysvars.vars["menubar"] = host::ResBuf::shortInt(0);
+  module.acrxEntryPoint(AppMsg::kLoadDwgMsg);
+  ASSERT_EQ(fake.editor.messageBoxes.size(), 1u);
+  std::string file = chinese() ? "Corvane_chn2010.cuix" : "Corvane_eng.cuix";
+  EXPECT_EQ(fake.editor.messageBoxes[0].second, "/opt/corvane/" + file + "--- Menu file not fonud!");
+  EXPECT_TRUE(fake.hostCommands.queued.empty());
+  EXPECT_EQ(fake.sysvars.vars["menubar"], host::ResBuf::shortInt(0)) << "loading stops at the missing file";
+}
+
+TEST(MenuBar, StaysAloneUpToRelease17) {
+  frame_test::FakeHost fake;
+  fake.platform.files.insert(fake.platform.app.substr(0, fake.platform.app.rfind('/') + 1) + "Corvane_eng.cuix");
+  fake.sysvars.vars["menubar"] = host::ResBuf::shortInt(0);
+  fake.hostCommands.release = 17;
+  Module module(fake.host);
+  module.acrxEntryPoint(AppMsg::kLoadDwgMsg);
+  EXPECT_EQ(fake.hostCommands.queued.size(), 2u);
+  EXPECT_EQ(fake.sysvars.vars["menubar"], host::ResBuf::shortInt(0));
+}
+
+TEST_P(ModuleTest, CommandsRunThroughThePrologue) {
+  module.acrxEntryPoint(AppMsg::kInitAppMsg);
+  fake.editor.transcript.clear();
+  ASSERT_TRUE(fake.commandStack.run("PLYH"));
+  ASSERT_TRUE(fake.commandStack.run("ZORL_DEMO3"));
+  EXPECT_EQ(stored("cmdtimes"), 2u);
+  std::string notAvailable = chinese() ? "\n命令 PLYH 在此版本中尚不可用。\n"
+                                       : "\nThe command PLYH is not available in this build yet.\n";
+  EXPECT_EQ(fake.editor.transcript, notAvailable);
+  EXPECT_EQ(fake.platform.opened.back(), frame::defaultDemoPage(3));
+
+  fake.settings.writeText(kSettingsKey, "Demo3", "https://corvane.example/another");
+  fake.platform.openerWorks = false;
+  fake.commandStack.run("ZORL_DEMO3");
+  EXPECT_EQ(fake.platform.opened.back(), "https://corvane.example/another");
+  EXPECT_NE(fake.editor.transcript.find("https://corvane.example/another"), std::string::npos)
+      << "a failed opener is reported";
+}
+
+TEST_P(ModuleTest, UnloadRemovesTheGroup) {
+  module.acrxEntryPoint(AppMsg::kInitAppMsg);
+  EXPECT_EQ(module.acrxEntryPoint(AppMsg::kUnloadAppMsg), 0);
+  EXPECT_EQ(fake.commandStack.removedGroups, std::vector<std::string>{"Corvane"});
+  EXPECT_TRUE(fake.commandStack.commands.empty());
+}
+
+TEST(Language, ChineseVersionStoredAsTextSelectsEnglish) {
+  frame_test::FakeHost fake;
+  fake.settings.writeText(kSettingsKey, "ChineseVersion", "1");
+  frame::setChinese(true);
+  Module module(fake.host);
+  module.acrxEntryPoint(AppMsg::kInitAppMsg);
+  EXPECT_FALSE(frame::isChinese());
+  EXPECT_NE(fake.editor.transcript.find("loaded successfully."), std::string::npos);
+}
+
+TEST(Menu, BackslashesAreDoubled) {
+  EXPECT_EQ(frame::doubleBackslashes("a\\b\\\\c"), "a\\\\b\\\\\\\\c");
+  EXPECT_EQ(frame::doubleBackslashes("/plain/path"), "/plain/path");
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, ModuleTest, testing::Values(false, true),
+                         [](const auto& info) { return info.param ? "Chinese" : "English"; });
+
+}  // namespace

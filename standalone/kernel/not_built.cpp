@@ -5,8 +5,6 @@ namespace standalone {
 
 using host::ErrorStatus;
 
-ErrorStatus CurveKernel::transformBy(EntityData&, const ge::Matrix3d&) const { return ErrorStatus::eNotImplementedYet; }
-ErrorStatus CurveKernel::reverseCurve(EntityData&) const { return ErrorStatus::eNotImplementedYet; }
 ErrorStatus CurveKernel::intersectWith(const EntityData&, const EntityData&, host::Intersect,
                                        std::vector<ge::Point3d>&) const {
   return ErrorStatus::eNotImplementedYet;
@@ -21,20 +19,5 @@ ErrorStatus CurveKernel::getProjectedCurve(const EntityData&, const host::Plane&
                                            EntityData&) const {
   return ErrorStatus::eNotImplementedYet;
 }
-ErrorStatus CurveKernel::getSpline(const EntityData&, host::Spline&) const { return ErrorStatus::eNotImplementedYet; }
-ErrorStatus CurveKernel::splineToPolyline(const host::Spline&, int, EntityData&) const {
-  return ErrorStatus::eNotImplementedYet;
-}
-ErrorStatus CurveKernel::convertLwTo2d(const host::LwPolyline&, host::Polyline2d&) const {
-  return ErrorStatus::eNotImplementedYet;
-}
-ErrorStatus CurveKernel::convert2dToLw(const host::Polyline2d&, host::LwPolyline&) const {
-  return ErrorStatus::eNotImplementedYet;
-}
-ErrorStatus CurveKernel::fitSpline(const std::vector<ge::Point3d>&, const ge::Vector3d*, const ge::Vector3d*,
-                                   host::Spline&) const {
-  return ErrorStatus::eNotImplementedYet;
-}
-ErrorStatus CurveKernel::fitPolyline2d(host::Polyline2d&, int, int) const { return ErrorStatus::eNotImplementedYet; }
 
 }  // namespace standalone

@@ -1,0 +1,107 @@
+#pragma once
+// The embedded host's command line: every prompt kind of the host's editor
+// over answers from a script, the terminal or host-command tokens, with the
+// host's input-control bits and complaints, picks and selection sets, and a
+// transcript that reads like the host's command line.
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/curves.h"
+#include "host/drawing.h"
+#include "host/editor.h"
+#include "host/sysvars.h"
+#include "standalone/editor/answer_parse.h"
+#include "standalone/editor/answer_source.h"
+#include "standalone/editor/entity_finder.h"
+#include "standalone/editor/transcript.h"
+#include "standalone/editor/view.h"
+
+namespace standalone {
+
+class CommandLine : public host::Editor {
+ public:
+  CommandLine(Transcript& transcript, const host::Drawing& drawing, const host::CurveServices& curves,
+              const host::SystemVariables& sysvars, const View& view);
+
+  // Answers come from source until popSource. endCancels: when it runs out a
+  // waiting prompt is cancelled (tokens of a host command); otherwise the
+  // user's input has ended. quiet: prompts and answers are not shown (CMDECHO 0).
+  void pushSource(AnswerSource& source, bool endCancels, bool quiet);
+  // Ends the innermost source; true when it ran out while a prompt waited.
+  bool popSource();
+  // The "Command:" prompt: the next command name; nothing when the input has ended.
+  std::optional<std::string> readCommandName();
+  // The prompt that was waiting when the user's input ended, if it did.
+  const std::optional<std::string>& endedAtPrompt() const { return endedAtPrompt_; }
+  Transcript& transcript() { return transcript_; }
+  // The last point entered (LASTPOINT), for "@" answers.
+  const ge::Point3d& lastPoint() const { return lastPoint_; }
+
+  void print(std::string_view text) override;
+  void initGet(int bits, std::string_view keywords) override;
+  int getInt(std::string_view prompt, int& value) override;
+  int getReal(std::string_view prompt, double& value) override;
+  int getDist(const ge::Point3d* base, std::string_view prompt, double& value) override;
+  int getPoint(const ge::Point3d* base, std::string_view prompt, ge::Point3d& value) override;
+  int getKword(std::string_view prompt, std::string& keyword) override;
+  int getString(bool allowSpaces, std::string_view prompt, std::string& value) override;
+  int getInput(std::string& value) override;
+  int entSel(std::string_view prompt, host::ObjectId& entity, ge::Point3d& picked) override;
+  int ssget(std::string_view mode, const ge::Point3d* p1, const ge::Point3d* p2, const host::ResBufList* filter,
+            std::vector<host::ObjectId>& selection) override;
+  void messageBox(std::string_view caption, std::string_view text) override;
+  int getFileName(std::string_view title, std::string_view defaultName, std::string_view extension, bool forSaving,
+                  std::string& path) override;
+  bool userBreak() override { return false; }
+
+ private:
+  enum class Reply { kText, kCancel };
+  struct Answer {
+    Reply kind = Reply::kText;
+    std::string text;
+  };
+  struct Source {
+    AnswerSource* source;
+    bool endCancels;
+    bool quiet;
+    bool ranOut = false;
+  };
+  struct InitGet {
+    int bits = 0;
+    KeywordList keywords;
+  };
+
+  Answer ask(std::string_view prompt, bool wholeLine);
+  void complain(std::string_view text);
+  InitGet takeInitGet();
+  // Enter at a prompt: RTNONE, or RTKWORD with "" under RSG_OTHER and RSG_NONULL,
+  // or nothing when the prompt must be asked again (RSG_NONULL).
+  std::optional<int> onEmpty(const InitGet& ig);
+  // A keyword or arbitrary input (RSG_OTHER) at a value prompt: RTKWORD.
+  std::optional<int> onOther(const InitGet& ig, const std::string& text);
+  // The complaint for a number refused by RSG_NOZERO / RSG_NONEG, if any.
+  static std::optional<std::string> signComplaint(int bits, double value);
+  // Asks for a point until one is given; nothing when cancelled.
+  std::optional<ge::Point3d> askCorner(std::string_view prompt);
+  double pickAperture() const;
+  int interactiveSelection(bool single, const class EntityFilter& filter, std::vector<host::ObjectId>& selection);
+  std::vector<host::ObjectId> selectionAnswer(const std::string& text, bool& understood, bool& cancelled);
+  void finishSelection(std::vector<host::ObjectId>& selection);
+
+  Transcript& transcript_;
+  const host::Drawing& drawing_;
+  const host::CurveServices& curves_;
+  const host::SystemVariables& sysvars_;
+  const View& view_;
+  EntityFinder finder_;
+  std::vector<Source> sources_;
+  InitGet pending_;
+  std::string lastInput_;
+  ge::Point3d lastPoint_;
+  std::vector<host::ObjectId> previous_;
+  std::optional<std::string> endedAtPrompt_;
+  int promptsAfterEnd_ = 0;
+};
+
+}  // namespace standalone

@@ -1,0 +1,176 @@
+// Picks and selection sets of the command line.
+#include <algorithm>
+
+#include "host/codes.h"
+#include "standalone/editor/command_line.h"
+#include "standalone/editor/entity_filter.h"
+
+namespace standalone {
+
+namespace {
+
+std::string countLine(std::size_t found, std::size_t duplicates, std::size_t removed, std::size_t total,
+                      bool first) {
+  std::string line = std::to_string(found) + " found";
+  if (duplicates) line += " (" + std::to_string(duplicates) + " duplicate)";
+  if (removed) line += ", " + std::to_string(removed) + " removed";
+  if (!first || duplicates || removed) line += ", " + std::to_string(total) + " total";
+  return line + "\n";
+}
+
+std::string modeName(std::string_view mode) {
+  std::string m = toUpperAscii(mode);
+  if (m.starts_with("_")) m.erase(0, 1);
+  return m;
+}
+
+}  // namespace
+
+int CommandLine::entSel(std::string_view prompt, host::ObjectId& entity, ge::Point3d& picked) {
+  InitGet ig = takeInitGet();
+  while (true) {
+    Answer a = ask(prompt, false);
+    if (a.kind == Reply::kCancel) return host::RTCAN;
+    if (a.text.empty()) {
+      if (std::optional<int> rc = onEmpty(ig)) return *rc;
+      continue;
+    }
+    if (std::optional<host::ObjectId> id = finder_.byHandle(a.text)) {
+      entity = *id;
+      std::optional<host::Entity> e = drawing_.read(*id);
+      ge::Point3d start;
+      picked = e && curves_.getStartPoint(e->data, start) == host::ErrorStatus::eOk ? start : lastPoint_;
+      return host::RTNORM;
+    }
+    if (std::optional<PointAnswer> p = parsePoint(a.text)) {
+      lastPoint_ = resolvePoint(*p, lastPoint_);
+      std::optional<host::ObjectId> id = finder_.pickAt(lastPoint_, pickAperture());
+      if (!id) {
+        print("Nothing found at " + formatPoint(lastPoint_) + ".\n");
+        return host::RTERROR;
+      }
+      entity = *id;
+      picked = lastPoint_;
+      return host::RTNORM;
+    }
+    if (std::optional<int> rc = onOther(ig, a.text)) return *rc;
+    complain("*Invalid selection*\nExpects a point or an entity handle (#1F).");
+  }
+}
+
+std::vector<host::ObjectId> CommandLine::selectionAnswer(const std::string& text, bool& understood,
+                                                         bool& cancelled) {
+  understood = true;
+  cancelled = false;
+  std::string word = toUpperAscii(text);
+  if (word == "ALL") return finder_.all();
+  if (word == "L" || word == "LAST") {
+    std::optional<host::ObjectId> id = finder_.last();
+    return id ? std::vector<host::ObjectId>{*id} : std::vector<host::ObjectId>{};
+  }
+  if (word == "P" || word == "PREVIOUS") return previous_;
+  if (word == "W" || word == "WINDOW" || word == "C" || word == "CROSSING") {
+    std::optional<ge::Point3d> a = askCorner("Specify first corner: ");
+    std::optional<ge::Point3d> b = a ? askCorner("Specify opposite corner: ") : std::nullopt;
+    if (!b) {
+      cancelled = true;
+      return {};
+    }
+    return finder_.inWindow(*a, *b, word.front() == 'C');
+  }
+  if (parseHandleAnswer(text)) {
+    std::optional<host::ObjectId> id = finder_.byHandle(text);
+    return id ? std::vector<host::ObjectId>{*id} : std::vector<host::ObjectId>{};
+  }
+  if (std::optional<PointAnswer> p = parsePoint(text)) {
+    lastPoint_ = resolvePoint(*p, lastPoint_);
+    std::optional<host::ObjectId> id = finder_.pickAt(lastPoint_, pickAperture());
+    return id ? std::vector<host::ObjectId>{*id} : std::vector<host::ObjectId>{};
+  }
+  understood = false;
+  return {};
+}
+
+int CommandLine::interactiveSelection(bool single, const EntityFilter& filter, std::vector<host::ObjectId>& set) {
+  bool removing = false;
+  while (true) {
+    Answer a = ask(removing ? "Remove objects: " : "Select objects: ", false);
+    if (a.kind == Reply::kCancel) return host::RTCAN;
+    if (a.text.empty()) break;
+    std::string word = toUpperAscii(a.text);
+    if (word == "R" || word == "REMOVE" || word == "A" || word == "ADD") {
+      removing = word.front() == 'R';
+      continue;
+    }
+    bool understood = false, cancelled = false;
+    std::vector<host::ObjectId> found = selectionAnswer(a.text, understood, cancelled);
+    if (cancelled) return host::RTCAN;
+    if (!understood) {
+      complain("*Invalid selection*\nExpects a point, an entity handle (#1F), or Window/Crossing/Last/Previous/ALL/Add/Remove.");
+      continue;
+    }
+    std::size_t filteredOut = 0, duplicates = 0, removed = 0;
+    bool first = set.empty();
+    for (host::ObjectId id : found) {
+      std::optional<host::Entity> e = drawing_.read(id);
+      if (!e) continue;
+      if (!filter.accepts(*e)) {
+        ++filteredOut;
+        continue;
+      }
+      auto at = std::find(set.begin(), set.end(), id);
+      if (removing) {
+        if (at != set.end()) set.erase(at), ++removed;
+      } else if (at != set.end()) {
+        ++duplicates;
+      } else {
+        set.push_back(id);
+      }
+    }
+    print(countLine(found.size(), duplicates, removed, set.size(), first && !removing));
+    if (filteredOut) print(std::to_string(filteredOut) + (filteredOut == 1 ? " was" : " were") + " filtered out.\n");
+    if (single) break;  // one selection attempt only
+  }
+  return host::RTNORM;
+}
+
+void CommandLine::finishSelection(std::vector<host::ObjectId>& selection) {
+  previous_ = selection;
+}
+
+int CommandLine::ssget(std::string_view mode, const ge::Point3d* p1, const ge::Point3d* p2,
+                       const host::ResBufList* filterList, std::vector<host::ObjectId>& selection) {
+  selection.clear();
+  EntityFilter filter;
+  if (filterList) {
+    std::optional<EntityFilter> parsed = EntityFilter::parse(*filterList);
+    if (!parsed) return host::RTERROR;
+    filter = *parsed;
+  }
+  std::string m = modeName(mode);
+  std::vector<host::ObjectId> candidates;
+  if (m.empty() || m.starts_with(":S")) {
+    int rc = interactiveSelection(!m.empty(), filter, selection);
+    if (rc != host::RTNORM) {
+      selection.clear();
+      return rc;
+    }
+  } else {
+    if (m == "X") candidates = finder_.wholeDrawing();
+    else if (m == "A") candidates = finder_.all();
+    else if (m == "L") {
+      if (std::optional<host::ObjectId> id = finder_.last()) candidates.push_back(*id);
+    } else if (m == "P") candidates = previous_;
+    else if ((m == "W" || m == "C") && p1 && p2) candidates = finder_.inWindow(*p1, *p2, m == "C");
+    else return host::RTERROR;  // a mode this host does not offer
+    for (host::ObjectId id : candidates) {
+      std::optional<host::Entity> e = drawing_.read(id);
+      if (e && filter.accepts(*e)) selection.push_back(id);
+    }
+  }
+  if (selection.empty()) return host::RTERROR;
+  finishSelection(selection);
+  return host::RTNORM;
+}
+
+}  // namespace standalone

@@ -1,0 +1,132 @@
+#include "standalone/editor/entity_finder.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace standalone {
+
+namespace {
+
+std::optional<std::uint64_t> parseHex(std::string_view digits) {
+  if (digits.empty() || digits.size() > 16) return std::nullopt;
+  std::uint64_t v = 0;
+  for (char c : digits) {
+    int d = c >= '0' && c <= '9' ? c - '0' : c >= 'a' && c <= 'f' ? c - 'a' + 10 : c >= 'A' && c <= 'F' ? c - 'A' + 10 : -1;
+    if (d < 0) return std::nullopt;
+    v = v << 4 | static_cast<std::uint64_t>(d);
+  }
+  return v;
+}
+
+std::string_view trimmed(std::string_view s) {
+  while (!s.empty() && s.front() == ' ') s.remove_prefix(1);
+  while (!s.empty() && s.back() == ' ') s.remove_suffix(1);
+  return s;
+}
+
+ge::Extents3d rectangle(const ge::Point3d& a, const ge::Point3d& b) {
+  ge::Extents3d box;
+  box.add(ge::Point3d{a.x, a.y, -1e300});
+  box.add(ge::Point3d{b.x, b.y, 1e300});
+  return box;
+}
+
+double xyDistance(const ge::Point3d& a, const ge::Point3d& b) { return std::hypot(a.x - b.x, a.y - b.y); }
+
+}  // namespace
+
+std::optional<std::uint64_t> parseHandleAnswer(std::string_view text) {
+  text = trimmed(text);
+  if (text.starts_with("#")) return parseHex(text.substr(1));
+  if (!text.starts_with("(") || !text.ends_with(")")) return std::nullopt;
+  std::string_view inner = trimmed(text.substr(1, text.size() - 2));
+  if (inner.size() < 7 || !(inner.substr(0, 7) == "handent" || inner.substr(0, 7) == "HANDENT")) return std::nullopt;
+  inner = trimmed(inner.substr(7));
+  if (inner.size() < 2 || inner.front() != '"' || inner.back() != '"') return std::nullopt;
+  return parseHex(inner.substr(1, inner.size() - 2));
+}
+
+std::optional<double> EntityFinder::distanceTo(const host::Entity& e, const ge::Point3d& p) const {
+  if (host::isCurve(e.data)) {
+    ge::Point3d on;
+    // The pick is a 2D point on the screen: measure at the curve's own height.
+    if (curves_.getClosestPointTo(e.data, p, on) == host::ErrorStatus::eOk) return xyDistance(on, p);
+  }
+  ge::Extents3d ext;
+  if (curves_.getGeomExtents(e.data, ext) != host::ErrorStatus::eOk || !ext.isValid()) return std::nullopt;
+  double dx = std::max({ext.min.x - p.x, 0.0, p.x - ext.max.x});
+  double dy = std::max({ext.min.y - p.y, 0.0, p.y - ext.max.y});
+  return std::hypot(dx, dy);
+}
+
+std::optional<host::ObjectId> EntityFinder::pickAt(const ge::Point3d& p, double aperture) const {
+  std::optional<host::ObjectId> best;
+  double bestDistance = aperture;
+  for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
+    std::optional<host::Entity> e = drawing_.read(id);
+    if (!e) continue;
+    std::optional<double> d = distanceTo(*e, p);
+    if (d && *d <= bestDistance) {
+      bestDistance = *d;
+      best = id;
+    }
+  }
+  return best;
+}
+
+bool EntityFinder::crossesRectangle(const host::Entity& e, const ge::Extents3d& box) const {
+  if (!host::isCurve(e.data)) return true;  // extents overlap is all we can tell
+  const ge::Point3d corners[4] = {{box.min.x, box.min.y, 0}, {box.max.x, box.min.y, 0},
+                                  {box.max.x, box.max.y, 0}, {box.min.x, box.max.y, 0}};
+  for (int i = 0; i < 4; ++i) {
+    host::Line edge{corners[i], corners[(i + 1) % 4]};
+    std::vector<ge::Point3d> hits;
+    host::ErrorStatus st = curves_.intersectWith(e.data, edge, host::Intersect::kOnBothOperands, hits);
+    if (st != host::ErrorStatus::eOk) return true;  // the kernel cannot tell: keep the extents answer
+    if (!hits.empty()) return true;
+  }
+  // No edge is crossed: the curve touches the window only if some part lies inside.
+  ge::Point3d start;
+  if (curves_.getStartPoint(e.data, start) != host::ErrorStatus::eOk) return true;
+  return start.x >= box.min.x && start.x <= box.max.x && start.y >= box.min.y && start.y <= box.max.y;
+}
+
+std::vector<host::ObjectId> EntityFinder::inWindow(const ge::Point3d& a, const ge::Point3d& b, bool crossing) const {
+  ge::Extents3d box = rectangle(a, b);
+  std::vector<host::ObjectId> out;
+  for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
+    std::optional<host::Entity> e = drawing_.read(id);
+    ge::Extents3d ext;
+    if (!e || curves_.getGeomExtents(e->data, ext) != host::ErrorStatus::eOk || !ext.isValid()) continue;
+    if (box.containsXY(ext) || (crossing && box.intersectsXY(ext) && crossesRectangle(*e, box))) out.push_back(id);
+  }
+  return out;
+}
+
+std::vector<host::ObjectId> EntityFinder::all() const { return drawing_.entitiesOf(drawing_.currentSpace()); }
+
+std::vector<host::ObjectId> EntityFinder::wholeDrawing() const {
+  std::vector<host::ObjectId> out = drawing_.entitiesOf(drawing_.modelSpace());
+  if (drawing_.currentSpace() != drawing_.modelSpace()) {
+    std::vector<host::ObjectId> more = drawing_.entitiesOf(drawing_.currentSpace());
+    out.insert(out.end(), more.begin(), more.end());
+  }
+  return out;
+}
+
+std::optional<host::ObjectId> EntityFinder::last() const {
+  std::vector<host::ObjectId> ids = all();
+  for (auto it = ids.rbegin(); it != ids.rend(); ++it)
+    if (drawing_.read(*it)) return *it;
+  return std::nullopt;
+}
+
+std::optional<host::ObjectId> EntityFinder::byHandle(std::string_view text) const {
+  std::optional<std::uint64_t> handle = parseHandleAnswer(text);
+  if (!handle || *handle == 0) return std::nullopt;
+  host::ObjectId id{*handle};
+  if (!drawing_.read(id)) return std::nullopt;
+  return id;
+}
+
+}  // namespace standalone

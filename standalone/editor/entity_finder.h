@@ -1,0 +1,48 @@
+#pragma once
+// Finding entities of the drawing by a picked point, a window, a handle or
+// drawing order, for picks and selections.
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "ge/point.h"
+#include "host/curves.h"
+#include "host/drawing.h"
+
+namespace standalone {
+
+class EntityFinder {
+ public:
+  EntityFinder(const host::Drawing& drawing, const host::CurveServices& curves)
+      : drawing_(drawing), curves_(curves) {}
+
+  // The entity of the current space nearest to p in the XY plane within
+  // aperture drawing units; of equal distances the one drawn last wins, as
+  // it lies on top.
+  std::optional<host::ObjectId> pickAt(const ge::Point3d& p, double aperture) const;
+  // Entities of the current space wholly inside the rectangle of two corners
+  // (window), or inside or crossing its edges (crossing), in drawing order.
+  std::vector<host::ObjectId> inWindow(const ge::Point3d& a, const ge::Point3d& b, bool crossing) const;
+  // Every entity of the current space in drawing order.
+  std::vector<host::ObjectId> all() const;
+  // Every entity of model space and of the current space (the whole drawing for "X").
+  std::vector<host::ObjectId> wholeDrawing() const;
+  // The entity created last in the current space.
+  std::optional<host::ObjectId> last() const;
+  // An entity by a typed handle: "#1F" or "(handent \"1F\")"; nothing when the
+  // text is no handle or names no live entity.
+  std::optional<host::ObjectId> byHandle(std::string_view text) const;
+
+ private:
+  // Distance in XY from p to the entity, nothing when it cannot be measured.
+  std::optional<double> distanceTo(const host::Entity& e, const ge::Point3d& p) const;
+  bool crossesRectangle(const host::Entity& e, const ge::Extents3d& box) const;
+
+  const host::Drawing& drawing_;
+  const host::CurveServices& curves_;
+};
+
+// The handle a typed answer names: "#1F" or "(handent \"1F\")" (hexadecimal, case ignored).
+std::optional<std::uint64_t> parseHandleAnswer(std::string_view text);
+
+}  // namespace standalone

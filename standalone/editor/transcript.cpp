@@ -1,0 +1,34 @@
+#include "standalone/editor/transcript.h"
+
+namespace standalone {
+
+void Transcript::write(std::string_view text) {
+  if (text.empty()) return;
+  out_ << text;
+  out_.flush();
+  atLineStart_ = text.back() == '\n';
+}
+
+void Transcript::print(std::string_view text) {
+  if (atLineStart_ && text.starts_with("\n")) text.remove_prefix(1);
+  write(text);
+}
+
+void Transcript::prompt(std::string_view text) {
+  while (text.starts_with("\n")) text.remove_prefix(1);
+  endLine();
+  write(text);
+  atLineStart_ = false;  // a prompt ending in a line break still waits for its answer
+}
+
+void Transcript::answer(std::string_view text) {
+  out_ << text << "\n";
+  out_.flush();
+  atLineStart_ = true;
+}
+
+void Transcript::endLine() {
+  if (!atLineStart_) write("\n");
+}
+
+}  // namespace standalone

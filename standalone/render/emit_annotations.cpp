@@ -81,6 +81,17 @@ void emit(const host::PointEntity& p, const Emitter& out, int pointMode, double 
   out.marker(m, p.position);
 }
 
+// The sweep of an arc or ellipse edge of a hatch boundary. The stored angles
+// are counter-clockwise values: the edge covers the counter-clockwise sweep
+// from start to end, and a clockwise edge walks it backwards, end to start.
+struct Sweep {
+  double from = 0, to = 0;
+};
+Sweep edgeSweep(double start, double end, bool ccw) {
+  while (end <= start) end += kTwoPi;
+  return ccw ? Sweep{start, end} : Sweep{end, start};
+}
+
 // One closed boundary path of a hatch, in world space after the OCS.
 void addHatchPath(const host::HatchPath& hp, const ge::Matrix3d& ocs, double elevation, const Emitter& out,
                   Path& path) {
@@ -108,21 +119,16 @@ void addHatchPath(const host::HatchPath& hp, const ge::Matrix3d& ocs, double ele
     if (auto* l = std::get_if<host::HatchLineEdge>(&edge)) {
       out.addPoints(path, {world(l->start.x, l->start.y), world(l->end.x, l->end.y)}, continuing);
     } else if (auto* a = std::get_if<host::HatchArcEdge>(&edge)) {
-      // Angles are counter-clockwise values; a clockwise edge runs from start down to end.
-      double end = a->endAngle;
-      if (a->counterClockwise) while (end <= a->startAngle) end += kTwoPi;
-      else while (end >= a->startAngle) end -= kTwoPi;
-      out.addArc(path, world(a->center.x, a->center.y), ax, ay, a->radius, a->startAngle, end, a->counterClockwise,
+      Sweep sw = edgeSweep(a->startAngle, a->endAngle, a->counterClockwise);
+      out.addArc(path, world(a->center.x, a->center.y), ax, ay, a->radius, sw.from, sw.to, a->counterClockwise,
                  continuing);
     } else if (auto* e = std::get_if<host::HatchEllipseEdge>(&edge)) {
       ge::Vector3d major{e->majorAxis.x, e->majorAxis.y, 0}, minor{-e->majorAxis.y * e->ratio, e->majorAxis.x * e->ratio, 0};
-      double end = e->endAngle;
-      if (e->counterClockwise) while (end <= e->startAngle) end += kTwoPi;
-      else while (end >= e->startAngle) end -= kTwoPi;
-      int pieces = piecesForSweep(end - e->startAngle);
+      Sweep sw = edgeSweep(e->startAngle, e->endAngle, e->counterClockwise);
+      int pieces = piecesForSweep(sw.to - sw.from);
       ge::PointList pts;
       for (int i = 0; i <= pieces; ++i) {
-        double t = e->startAngle + (end - e->startAngle) * i / pieces;
+        double t = sw.from + (sw.to - sw.from) * i / pieces;
         ge::Vector3d off = major * std::cos(t) + minor * std::sin(t);
         pts.push_back(world(e->center.x + off.x, e->center.y + off.y));
       }

@@ -1,0 +1,89 @@
+#pragma once
+// A small in-memory drawing for renderer tests: model space, named blocks with
+// base points, and layer colours. Only the reads the renderer makes work.
+#include <map>
+
+#include "host/drawing.h"
+
+namespace render_test {
+
+class FakeDrawing : public host::Drawing {
+ public:
+  static constexpr host::ObjectId kModel{1};
+
+  // Adds an entity to model space (or to a block record) and returns its id.
+  host::ObjectId add(host::EntityData data, host::EntityProps props = {}, host::ObjectId owner = kModel) {
+    host::ObjectId id{next_++};
+    order_[owner].push_back(id);
+    entities_[id] = host::Entity{id, owner, std::move(props), std::move(data)};
+    return id;
+  }
+  host::ObjectId addBlock(const std::string& name, ge::Point3d base = {}) {
+    host::ObjectId id{next_++};
+    blocks_[name] = id;
+    bases_[id] = base;
+    return id;
+  }
+  void setLayerColor(const std::string& layer, host::Color c) { layers_[layer] = c; }
+
+  std::optional<host::Entity> read(host::ObjectId id) const override {
+    auto it = entities_.find(id);
+    if (it == entities_.end()) return std::nullopt;
+    return it->second;
+  }
+  host::ErrorStatus write(const host::Entity&) override { return host::ErrorStatus::eNotApplicable; }
+  host::ErrorStatus erase(host::ObjectId) override { return host::ErrorStatus::eNotApplicable; }
+  host::ErrorStatus append(host::Entity&, host::ObjectId) override { return host::ErrorStatus::eNotApplicable; }
+  host::ObjectId currentSpace() const override { return kModel; }
+  host::ObjectId modelSpace() const override { return kModel; }
+  host::ObjectId ownerOf(host::ObjectId) const override { return {}; }
+  bool isBlockRecord(host::ObjectId id) const override { return id == kModel || bases_.count(id) > 0; }
+  std::optional<host::ObjectId> findBlock(const std::string& name) const override {
+    auto it = blocks_.find(name);
+    if (it == blocks_.end()) return std::nullopt;
+    return it->second;
+  }
+  std::vector<host::ObjectId> entitiesOf(host::ObjectId record) const override {
+    auto it = order_.find(record);
+    return it == order_.end() ? std::vector<host::ObjectId>{} : it->second;
+  }
+  ge::Point3d blockBasePoint(host::ObjectId record) const override {
+    auto it = bases_.find(record);
+    return it == bases_.end() ? ge::Point3d{} : it->second;
+  }
+  std::optional<host::Color> layerColor(const std::string& layer) const override {
+    auto it = layers_.find(layer);
+    if (it == layers_.end()) return std::nullopt;
+    return it->second;
+  }
+  std::string currentLayer() const override { return "0"; }
+  host::Color currentColor() const override { return {}; }
+  host::EntityProps defaultProps() const override { return {}; }
+  host::ObjectId namedObjectsDictionary() const override { return {}; }
+  std::optional<host::ObjectId> dictionaryLookup(host::ObjectId, const std::string&) const override {
+    return std::nullopt;
+  }
+  host::ErrorStatus dictionarySet(host::ObjectId, const std::string&, host::ObjectId) override {
+    return host::ErrorStatus::eNotApplicable;
+  }
+  host::ErrorStatus dictionaryRemove(host::ObjectId, const std::string&) override {
+    return host::ErrorStatus::eNotApplicable;
+  }
+  std::optional<host::DbObject> readObject(host::ObjectId) const override { return std::nullopt; }
+  host::ErrorStatus writeObject(host::DbObject&) override { return host::ErrorStatus::eNotApplicable; }
+  std::vector<host::ObjectId> reactorsOf(host::ObjectId) const override { return {}; }
+  host::ErrorStatus addReactor(host::ObjectId, host::ObjectId) override { return host::ErrorStatus::eNotApplicable; }
+  host::ErrorStatus removeReactor(host::ObjectId, host::ObjectId) override {
+    return host::ErrorStatus::eNotApplicable;
+  }
+
+ private:
+  std::uint64_t next_ = 2;
+  std::map<host::ObjectId, host::Entity> entities_;
+  std::map<host::ObjectId, std::vector<host::ObjectId>> order_;
+  std::map<std::string, host::ObjectId> blocks_;
+  std::map<host::ObjectId, ge::Point3d> bases_;
+  std::map<std::string, host::Color> layers_;
+};
+
+}  // namespace render_test

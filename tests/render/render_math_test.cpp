@@ -1,0 +1,206 @@
+// The arithmetic under the pictures: OCS and arcs, bulges, NURBS, extents,
+// views, colours and text codes.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "standalone/render/color.h"
+#include "standalone/render/nurbs.h"
+#include "standalone/render/projection.h"
+#include "standalone/render/scene.h"
+#include "standalone/render/text_codes.h"
+#include "standalone/render/view.h"
+
+using namespace standalone;
+constexpr double kPi = std::numbers::pi;
+
+namespace {
+ge::Point2d arcPoint(const PathArc& a, double t) {
+  return {a.center.x + a.radius * std::cos(t), a.center.y + a.radius * std::sin(t)};
+}
+}  // namespace
+
+TEST(Ocs, MirroredNormalTurnsXAxisAround) {
+  ge::Matrix3d m = ocsToWorld({0, 0, -1});
+  ge::Vector3d x = m.apply(ge::kXAxis), y = m.apply(ge::kYAxis);
+  EXPECT_NEAR(x.x, -1, 1e-12);
+  EXPECT_NEAR(y.y, 1, 1e-12);
+  // A normal off the Z axis uses Z x N for its X axis.
+  ge::Vector3d n = ge::Vector3d{1, 0, 1}.normalized();
+  ge::Vector3d x2 = ocsToWorld(n).apply(ge::kXAxis);
+  EXPECT_NEAR(x2.dot(n), 0, 1e-12);
+  EXPECT_NEAR(x2.y, 1, 1e-12);
+}
+
+TEST(ProjectArc, MirroredArcRunsClockwiseThroughTheMirroredQuadrant) {
+  ge::Matrix3d ocs = ocsToWorld({0, 0, -1});
+  auto arc = projectArc({}, {0, 0, 0}, ocs.apply(ge::kXAxis), ocs.apply(ge::kYAxis), 10, 0, kPi / 2);
+  ASSERT_TRUE(arc);
+  EXPECT_FALSE(arc->ccw);
+  ge::Point2d start = arcPoint(*arc, arc->startAngle), end = arcPoint(*arc, arc->endAngle);
+  EXPECT_NEAR(start.x, -10, 1e-9);
+  EXPECT_NEAR(start.y, 0, 1e-9);
+  EXPECT_NEAR(end.x, 0, 1e-9);
+  EXPECT_NEAR(end.y, 10, 1e-9);
+  Box2d box;
+  addPathExtents(Path{{PathArc{*arc}}}, box);
+  EXPECT_NEAR(box.minX, -10, 1e-9);
+  EXPECT_NEAR(box.maxX, 0, 1e-9);
+  EXPECT_NEAR(box.minY, 0, 1e-9);
+}
+
+TEST(ProjectArc, UnequalScaleOrTiltGivesNoCircle) {
+  ge::Matrix3d stretch;
+  stretch(0, 0) = 2;
+  EXPECT_FALSE(projectArc(stretch, {}, ge::kXAxis, ge::kYAxis, 1, 0, 1));
+  ge::Vector3d n = ge::Vector3d{1, 0, 1}.normalized();
+  ge::Matrix3d ocs = ocsToWorld(n);
+  EXPECT_FALSE(projectArc({}, {}, ocs.apply(ge::kXAxis), ocs.apply(ge::kYAxis), 1, 0, 1));
+  // A rotation and uniform scale keep it a circle, with the radius scaled.
+  auto turned = projectArc(ge::Matrix3d::rotation(0.3, ge::kZAxis) * ge::Matrix3d::scaling(3), {1, 0, 0}, ge::kXAxis,
+                           ge::kYAxis, 2, 0, 1);
+  ASSERT_TRUE(turned);
+  EXPECT_NEAR(turned->radius, 6, 1e-12);
+  EXPECT_NEAR(turned->startAngle, 0.3, 1e-12);
+  EXPECT_TRUE(turned->ccw);
+}
+
+TEST(Bulge, SemicirclesAndDirection) {
+  auto ccw = bulgeToArc({0, 0}, {2, 0}, 1);
+  ASSERT_TRUE(ccw);
+  EXPECT_NEAR(ccw->center.x, 1, 1e-12);
+  EXPECT_NEAR(ccw->center.y, 0, 1e-12);
+  EXPECT_NEAR(ccw->radius, 1, 1e-12);
+  // Counter-clockwise from (0,0) to (2,0) passes below the chord.
+  double mid = (ccw->startAngle + ccw->endAngle) / 2;
+  EXPECT_NEAR(ccw->center.y + ccw->radius * std::sin(mid), -1, 1e-12);
+  auto cw = bulgeToArc({0, 0}, {2, 0}, -1);
+  ASSERT_TRUE(cw);
+  EXPECT_FALSE(cw->ccw);
+  double midCw = (cw->startAngle + cw->endAngle) / 2;
+  EXPECT_NEAR(cw->center.y + cw->radius * std::sin(midCw), 1, 1e-12);
+  // A quarter arc: bulge tan(pi/8), centre at distance r from both ends.
+  auto quarter = bulgeToArc({1, 0}, {0, 1}, std::tan(kPi / 8));
+  ASSERT_TRUE(quarter);
+  EXPECT_NEAR(quarter->center.x, 0, 1e-12);
+  EXPECT_NEAR(quarter->center.y, 0, 1e-12);
+  EXPECT_NEAR(quarter->endAngle - quarter->startAngle, kPi / 2, 1e-12);
+  EXPECT_FALSE(bulgeToArc({0, 0}, {1, 0}, 0));
+}
+
+TEST(Nurbs, RationalQuarterCircleLiesOnTheCircle) {
+  NurbsCurve c{2, {0, 0, 0, 1, 1, 1}, {{1, 0, 0}, {1, 1, 0}, {0, 1, 0}}, {1, std::sqrt(0.5), 1}};
+  ASSERT_TRUE(isEvaluable(c));
+  for (double t = 0; t <= 1.0; t += 0.125) {
+    ge::Point3d p = evaluate(c, t);
+    EXPECT_NEAR(std::hypot(p.x, p.y), 1, 1e-12) << t;
+  }
+  EXPECT_NEAR(evaluate(c, 0.5).x, std::sqrt(0.5), 1e-12);
+}
+
+TEST(Nurbs, CubicBezierMatchesBernsteinForm) {
+  std::vector<ge::Point3d> p{{0, 0, 0}, {1, 3, 0}, {3, 3, 1}, {4, 0, 0}};
+  NurbsCurve c{3, {2, 2, 2, 2, 7, 7, 7, 7}, p, {}};
+  for (double u : {0.0, 0.2, 0.5, 0.9, 1.0}) {
+    double b0 = std::pow(1 - u, 3), b1 = 3 * u * (1 - u) * (1 - u), b2 = 3 * u * u * (1 - u), b3 = u * u * u;
+    ge::Point3d q = evaluate(c, 2 + 5 * u);
+    EXPECT_NEAR(q.x, b0 * p[0].x + b1 * p[1].x + b2 * p[2].x + b3 * p[3].x, 1e-12);
+    EXPECT_NEAR(q.y, b0 * p[0].y + b1 * p[1].y + b2 * p[2].y + b3 * p[3].y, 1e-12);
+    EXPECT_NEAR(q.z, b2, 1e-12);
+  }
+}
+
+TEST(Nurbs, MultiSpanSamplesAreContinuousAndEndAtTheEnds) {
+  NurbsCurve c{2, {0, 0, 0, 1, 2, 3, 3, 3}, {{0, 0, 0}, {1, 2, 0}, {2, 0, 0}, {3, 2, 0}, {4, 0, 0}}, {}};
+  auto pts = sampleNurbs(c, 10);
+  ASSERT_TRUE(pts);
+  EXPECT_EQ(pts->size(), 31u);
+  EXPECT_EQ(pts->front(), (ge::Point3d{0, 0, 0}));
+  EXPECT_NEAR(pts->back().x, 4, 1e-12);
+  for (std::size_t i = 1; i < pts->size(); ++i) EXPECT_LT((*pts)[i].distanceTo((*pts)[i - 1]), 0.5);
+}
+
+TEST(Nurbs, BadDataFallsBackToFitPointsThenControlPoints) {
+  host::Spline s;
+  s.degree = 3;
+  s.controlPoints = {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {3, 1, 0}};
+  s.knots = {0, 0, 0, 1, 1, 1};  // two short
+  s.fitPoints = {{0, 0, 0}, {5, 5, 0}};
+  EXPECT_EQ(splineDrawingPoints(s), s.fitPoints);
+  s.fitPoints.clear();
+  EXPECT_EQ(splineDrawingPoints(s), s.controlPoints);
+  s.knots = {0, 0, 0, 0, 2, 1, 1, 1};  // decreasing
+  EXPECT_FALSE(isEvaluable({3, s.knots, s.controlPoints, {}}));
+  EXPECT_FALSE(isEvaluable({3, {0, 0, 0, 0, 1, 1, 1, 1}, s.controlPoints, {1, 0, 1, 1}}));
+}
+
+TEST(Helix, BuiltFromAxisDataWhenTheSplineIsEmpty) {
+  host::Helix h;
+  h.axisBase = {0, 0, 0};
+  h.startPoint = {2, 0, 0};
+  h.topRadius = 4;
+  h.turns = 2;
+  h.turnHeight = 1.5;
+  ge::PointList pts = helixDrawingPoints(h);
+  ASSERT_GE(pts.size(), 100u);
+  EXPECT_NEAR(pts.front().distanceTo({2, 0, 0}), 0, 1e-12);
+  EXPECT_NEAR(pts.back().distanceTo({4, 0, 3}), 0, 1e-9);
+  // A counter-clockwise helix turns from +X towards +Y first.
+  EXPECT_GT(pts[5].y, 0);
+  h.counterClockwise = false;
+  EXPECT_LT(helixDrawingPoints(h)[5].y, 0);
+}
+
+TEST(View, FitKeepsTheMarginAndMapsBothWays) {
+  Box2d box;
+  box.add(-10, 0);
+  box.add(30, 10);
+  PageRect page{0, 0, 200, 100};
+  ViewTransform v = fitView(box, page, 0.1);
+  ge::Point2d lo = v.toPage({-10, 0}), hi = v.toPage({30, 10});
+  EXPECT_NEAR(lo.x, 20, 1e-9);  // width limits: 160 px for 40 units
+  EXPECT_NEAR(hi.x, 180, 1e-9);
+  EXPECT_GT(lo.y, hi.y);  // y up in the drawing is y down on the page
+  ge::Point2d back = v.toDrawing(v.toPage({3.5, -7}));
+  EXPECT_NEAR(back.x, 3.5, 1e-12);
+  EXPECT_NEAR(back.y, -7, 1e-12);
+  // Degenerate boxes still give a finite scale.
+  Box2d point;
+  point.add(5, 5);
+  EXPECT_TRUE(std::isfinite(fitView(point, page, 0.1).scale));
+  EXPECT_TRUE(std::isfinite(fitView(Box2d{}, page, 0.1).scale));
+}
+
+TEST(Color, PaletteAndResolution) {
+  EXPECT_EQ(aciToRgb(1), (Rgb{1, 0, 0}));
+  EXPECT_EQ(aciToRgb(5), (Rgb{0, 0, 1}));
+  EXPECT_EQ(aciToRgb(7), kBlack);  // white on the host's dark screen, black on paper
+  EXPECT_EQ(aciToRgb(8), packedToRgb(0x808080));
+  EXPECT_EQ(aciToRgb(0), kBlack);
+  EXPECT_EQ(aciToRgb(300), kBlack);
+  Rgb green{0, 1, 0};
+  EXPECT_EQ(resolveColor({256, std::nullopt}, green, host::Color{3, std::nullopt}), green);
+  EXPECT_EQ(resolveColor({256, std::nullopt}, kBlack, std::nullopt), kBlack);
+  EXPECT_EQ(resolveColor({0, std::nullopt}, aciToRgb(5), std::nullopt), aciToRgb(5));
+  EXPECT_EQ(resolveColor({1, 0x00FF00}, kBlack, std::nullopt), green);  // true colour wins
+}
+
+TEST(TextCodes, TextPercentCodes) {
+  EXPECT_EQ(plainText("45%%d %%c10 %%p0.1 100%%%"), "45\u00B0 \u230010 \u00B10.1 100%");
+  EXPECT_EQ(plainText("%%uunder%%u"), "under");
+  EXPECT_EQ(plainText("%%065"), "A");
+  EXPECT_EQ(plainText("50%"), "50%");
+}
+
+TEST(TextCodes, MTextFormattingIsStripped) {
+  auto lines = plainMTextLines("{\\fArial|b1|i0;Bold}\\Pnext \\S1^2; and \\H2.5x;big\\~end\\\\x\\{y\\}");
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_EQ(lines[0], "Bold");
+  EXPECT_EQ(lines[1], "next 1/2 and big end\\x{y}");
+  EXPECT_EQ(plainMTextLines("\\U+4E2D\\U+6587 \\U+00B0C")[0], "\u4E2D\u6587 \u00B0C");
+  EXPECT_EQ(plainMTextLines("\\C1;red\\Lline\\l")[0], "redline");
+  // Unterminated codes do not run past the end.
+  EXPECT_EQ(plainMTextLines("abc\\H2")[0], "abc");
+  EXPECT_EQ(plainMTextLines("abc\\")[0], "abc\\");
+}

@@ -5,13 +5,6 @@ namespace standalone {
 
 using host::ErrorStatus;
 
-ErrorStatus CurveKernel::intersectWith(const EntityData&, const EntityData&, host::Intersect,
-                                       std::vector<ge::Point3d>&) const {
-  return ErrorStatus::eNotImplementedYet;
-}
-ErrorStatus CurveKernel::getOffsetCurves(const EntityData&, double, std::vector<EntityData>&) const {
-  return ErrorStatus::eNotImplementedYet;
-}
 ErrorStatus CurveKernel::getOrthoProjectedCurve(const EntityData&, const host::Plane&, EntityData&) const {
   return ErrorStatus::eNotImplementedYet;
 }

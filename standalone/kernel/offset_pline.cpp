@@ -1,0 +1,283 @@
+#include "standalone/kernel/offset_pline.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "standalone/kernel/spatial_grid.h"
+
+namespace standalone::kernel {
+
+namespace {
+
+constexpr double kPi = std::numbers::pi;
+
+double wrapAngle(double a) {  // into (-π, π]
+  a = std::fmod(a, 2 * kPi);
+  if (a <= -kPi) a += 2 * kPi;
+  if (a > kPi) a -= 2 * kPi;
+  return a;
+}
+
+// A segment of the raw offset. Arcs keep their circle so their ends can move
+// along it when the corners are joined.
+struct RawSeg {
+  Vec2 a, b;
+  bool arc = false;
+  Vec2 c;
+  double r = 0, sweep0 = 0;
+  Vec2 sourceEnd;  // the source vertex this segment's end was offset from
+
+  double bulge() const {
+    if (!arc) return 0;
+    double sa = std::atan2(a.y - c.y, a.x - c.x), sb = std::atan2(b.y - c.y, b.x - c.x);
+    double sweep = sweep0 + wrapAngle(sb - sa - sweep0);
+    return std::tan(sweep / 4);
+  }
+};
+
+Box2 boxOf(const Seg& s) {
+  Box2 b{std::min(s.a.x, s.b.x), std::min(s.a.y, s.b.y), std::max(s.a.x, s.b.x), std::max(s.a.y, s.b.y)};
+  if (s.isArc() && (s.b - s.a).length() > 0) {
+    Arc2 c = s.arc();
+    for (int k = 0; k < 4; ++k) {
+      Vec2 p = c.c + Vec2{std::cos(k * kPi / 2), std::sin(k * kPi / 2)} * c.r;
+      if (onArc(c, p, 0)) {
+        b.minX = std::min(b.minX, p.x), b.maxX = std::max(b.maxX, p.x);
+        b.minY = std::min(b.minY, p.y), b.maxY = std::max(b.maxY, p.y);
+      }
+    }
+  }
+  return b;
+}
+
+// Phase 1: every source segment moved to the right by d on its own.
+std::vector<RawSeg> rawOffset(const Pline2& src, double d, double tol) {
+  std::vector<RawSeg> out;
+  for (size_t i = 0; i < src.segmentCount(); ++i) {
+    Seg s = segmentOf(src, i);
+    double len = (s.b - s.a).length();
+    if (len <= tol) continue;
+    RawSeg r;
+    r.sourceEnd = s.b;
+    if (!s.isArc()) {
+      Vec2 dir = (s.b - s.a) * (1 / len), right{dir.y, -dir.x};
+      r.a = s.a + right * d, r.b = s.b + right * d;
+    } else {
+      Arc2 c = s.arc();
+      // The right side of a counter-clockwise arc is its outside.
+      double nr = c.sweep > 0 ? c.r + d : c.r - d;
+      r.a = c.c + (s.a - c.c) * (nr / c.r), r.b = c.c + (s.b - c.c) * (nr / c.r);
+      if (nr > tol) r.arc = true, r.c = c.c, r.r = nr, r.sweep0 = c.sweep;
+      // A collapsed arc stays as the chord between its turned-over ends;
+      // the slice phase discards it.
+    }
+    out.push_back(r);
+  }
+  return out;
+}
+
+// Intersections of the supports (infinite line, whole circle) of two raw segments.
+std::vector<Vec2> supportIntersections(const RawSeg& s, const RawSeg& t, double tol) {
+  auto lineOf = [](const RawSeg& x) { return Segment2{x.a, x.b, false}; };
+  auto circleOf = [](const RawSeg& x) { return Arc2{x.c, x.r, 0, 2 * kPi, false}; };
+  if (!s.arc && !t.arc) return intersectSegments(lineOf(s), lineOf(t), tol);
+  if (!s.arc) return intersectSegmentArc(lineOf(s), circleOf(t), tol);
+  if (!t.arc) return intersectSegmentArc(lineOf(t), circleOf(s), tol);
+  return intersectArcs(circleOf(s), circleOf(t), tol);
+}
+
+// Phase 2: corners joined by extending (or trimming) both segments to their
+// meeting point nearest the corner; where they cannot meet, an arc about the
+// source vertex fills the gap.
+Pline2 joinCorners(std::vector<RawSeg> raw, bool closed, double tol) {
+  Pline2 out;
+  out.closed = closed;
+  size_t n = raw.size();
+  std::vector<std::optional<PVertex>> fillAfter(n);
+  size_t joins = closed ? n : n - 1;
+  for (size_t k = 0; k < joins; ++k) {
+    RawSeg& s1 = raw[k];
+    RawSeg& s2 = raw[(k + 1) % n];
+    if ((s1.b - s2.a).length() <= tol) {
+      s2.a = s1.b;
+      continue;
+    }
+    auto xs = supportIntersections(s1, s2, tol);
+    Vec2 mid = (s1.b + s2.a) * 0.5;
+    auto best = std::min_element(xs.begin(), xs.end(),
+                                 [&](Vec2 p, Vec2 q) { return (p - mid).length() < (q - mid).length(); });
+    double reach = 4 * std::max((s1.b - s1.sourceEnd).length(), (s1.b - s2.a).length());
+    if (best != xs.end() && (*best - s1.sourceEnd).length() <= std::max(reach, 1e3 * (s1.b - s2.a).length())) {
+      s1.b = *best;
+      s2.a = *best;
+    } else {
+      Vec2 v = s1.sourceEnd;
+      double sweep = wrapAngle(std::atan2(s2.a.y - v.y, s2.a.x - v.x) - std::atan2(s1.b.y - v.y, s1.b.x - v.x));
+      fillAfter[k] = PVertex{s1.b, std::tan(sweep / 4)};
+    }
+  }
+  for (size_t k = 0; k < n; ++k) {
+    out.vertices.push_back({raw[k].a, raw[k].bulge()});
+    if (fillAfter[k]) out.vertices.push_back(*fillAfter[k]);
+  }
+  if (!closed) out.vertices.push_back({raw.back().b, 0});
+  return out;
+}
+
+// A piece of the joined offset between split points.
+struct SubSeg {
+  Seg seg;
+  bool startsAtSplit = false;
+};
+
+// Phase 3: every segment split where the joined offset crosses itself.
+std::vector<SubSeg> splitAtSelfIntersections(const Pline2& pl, double tol) {
+  size_t n = pl.segmentCount();
+  std::vector<Seg> segs;
+  std::vector<Box2> boxes;
+  for (size_t i = 0; i < n; ++i) {
+    segs.push_back(segmentOf(pl, i));
+    Box2 b = boxOf(segs.back());
+    b.minX -= tol, b.minY -= tol, b.maxX += tol, b.maxY += tol;
+    boxes.push_back(b);
+  }
+  std::vector<std::vector<double>> cuts(n);
+  SpatialGrid grid(boxes);
+  for (size_t i = 0; i < n; ++i) {
+    grid.query(boxes[i], [&](size_t j) {
+      if (j <= i) return;
+      bool next = j == i + 1, wrap = pl.closed && i == 0 && j == n - 1;
+      for (Vec2 p : intersectSegs(segs[i], segs[j], tol)) {
+        // Neighbours always touch at their shared vertex; that is no crossing.
+        if (next && (p - segs[i].b).length() <= tol) continue;
+        if (wrap && (p - segs[i].a).length() <= tol) continue;
+        cuts[i].push_back(segs[i].fractionAt(p));
+        cuts[j].push_back(segs[j].fractionAt(p));
+      }
+    });
+  }
+  std::vector<SubSeg> out;
+  for (size_t i = 0; i < n; ++i) {
+    auto& c = cuts[i];
+    std::sort(c.begin(), c.end());
+    double from = 0;
+    bool split = false;
+    const Seg& s = segs[i];
+    double sweep = s.isArc() ? 4 * std::atan(s.bulge) : 0;
+    auto emit = [&](double t0, double t1, bool startSplit) {
+      Seg piece{s.pointAt(t0), s.pointAt(t1), s.isArc() ? std::tan(sweep * (t1 - t0) / 4) : 0};
+      out.push_back({piece, startSplit});
+    };
+    for (double t : c) {
+      if (t * s.length() <= tol) {
+        split = true;
+        continue;
+      }
+      if ((1 - t) * s.length() <= tol) {
+        // Marks the start of the next segment.
+        if (i + 1 < n) cuts[i + 1].insert(cuts[i + 1].begin(), 0.0);
+        else if (pl.closed && !out.empty()) out.front().startsAtSplit = true;
+        continue;
+      }
+      if (t - from > 0) emit(from, t, split);
+      from = t;
+      split = true;
+    }
+    emit(from, 1.0, split);
+  }
+  return out;
+}
+
+// Phase 4: slices are the runs between split points; a slice stays when all
+// its points keep at least |d| from the source.
+std::vector<std::vector<Seg>> validSlices(const std::vector<SubSeg>& subs, const Pline2& src, bool closed, double d,
+                                          double tol) {
+  std::vector<std::vector<Seg>> slices;
+  size_t first = 0;
+  if (closed) {
+    while (first < subs.size() && !subs[first].startsAtSplit) ++first;
+    if (first == subs.size()) first = 0;
+  }
+  for (size_t k = 0; k < subs.size(); ++k) {
+    const SubSeg& s = subs[(first + k) % subs.size()];
+    if (slices.empty() || s.startsAtSplit) slices.emplace_back();
+    slices.back().push_back(s.seg);
+  }
+  std::vector<Seg> source;
+  std::vector<Box2> boxes;
+  for (size_t i = 0; i < src.segmentCount(); ++i) {
+    source.push_back(segmentOf(src, i));
+    boxes.push_back(boxOf(source.back()));
+  }
+  if (source.empty()) {  // a lone vertex offsets to nothing
+    return {};
+  }
+  SpatialGrid grid(boxes);
+  double need = std::abs(d) - std::max(1e3 * tol, 1e-9 * std::abs(d));
+  auto farEnough = [&](Vec2 p) {
+    bool ok = true;
+    grid.query(Box2{p.x - need, p.y - need, p.x + need, p.y + need}, [&](size_t i) {
+      if (ok && distanceToSegment(source[i], p) < need) ok = false;
+    });
+    return ok;
+  };
+  std::vector<std::vector<Seg>> kept;
+  for (auto& slice : slices) {
+    bool ok = true;
+    for (const auto& s : slice) {
+      for (double t : {0.25, 0.5, 0.75})
+        if (!farEnough(s.pointAt(t))) {
+          ok = false;
+          break;
+        }
+      if (!ok) break;
+    }
+    if (ok) kept.push_back(std::move(slice));
+  }
+  return kept;
+}
+
+// Phase 5: valid slices joined end to start into polylines.
+std::vector<Pline2> stitch(std::vector<std::vector<Seg>> slices, double tol) {
+  std::vector<Pline2> out;
+  std::vector<bool> used(slices.size(), false);
+  double joinTol = 1e3 * tol;
+  for (size_t i = 0; i < slices.size(); ++i) {
+    if (used[i]) continue;
+    used[i] = true;
+    std::vector<Seg> chain = slices[i];
+    for (bool grown = true; grown;) {
+      grown = false;
+      if ((chain.back().b - chain.front().a).length() <= joinTol && chain.size() > 1) break;
+      for (size_t j = 0; j < slices.size(); ++j) {
+        if (used[j] || (slices[j].front().a - chain.back().b).length() > joinTol) continue;
+        used[j] = true;
+        chain.insert(chain.end(), slices[j].begin(), slices[j].end());
+        grown = true;
+        break;
+      }
+    }
+    Pline2 pl;
+    pl.closed = chain.size() > 1 && (chain.back().b - chain.front().a).length() <= joinTol;
+    for (const auto& s : chain)
+      if ((s.b - s.a).length() > tol || pl.vertices.empty()) pl.vertices.push_back({s.a, s.bulge});
+    if (!pl.closed) pl.vertices.push_back({chain.back().b, 0});
+    if (pl.segmentCount() > 0) out.push_back(std::move(pl));
+  }
+  return out;
+}
+
+}  // namespace
+
+std::vector<Pline2> offsetPline(const Pline2& source, double d, double tol) {
+  if (d == 0) return {source};
+  auto raw = rawOffset(source, d, tol);
+  if (raw.empty()) return {};
+  Pline2 joined = joinCorners(std::move(raw), source.closed, tol);
+  auto subs = splitAtSelfIntersections(joined, tol);
+  auto slices = validSlices(subs, source, source.closed, d, tol);
+  return stitch(std::move(slices), tol);
+}
+
+}  // namespace standalone::kernel

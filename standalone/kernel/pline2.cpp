@@ -1,0 +1,73 @@
+#include "standalone/kernel/pline2.h"
+
+#include <algorithm>
+#include <numbers>
+
+namespace standalone::kernel {
+
+Arc2 Seg::arc() const {
+  Vec2 d = b - a;
+  double chord = d.length();
+  double h = chord * (1 - bulge * bulge) / (4 * bulge);
+  Vec2 c = (a + b) * 0.5 + Vec2{-d.y, d.x} * (h / chord);
+  double r = chord * (1 + bulge * bulge) / (4 * std::abs(bulge));
+  return {c, r, std::atan2(a.y - c.y, a.x - c.x), 4 * std::atan(bulge), true};
+}
+
+double Seg::length() const {
+  double chord = (b - a).length();
+  if (!isArc() || chord == 0) return chord;
+  Arc2 c = arc();
+  return c.r * std::abs(c.sweep);
+}
+
+Vec2 Seg::pointAt(double t) const {
+  if (!isArc() || (a.x == b.x && a.y == b.y)) return a + (b - a) * t;
+  Arc2 c = arc();
+  double ang = c.start + c.sweep * t;
+  return c.c + Vec2{std::cos(ang), std::sin(ang)} * c.r;
+}
+
+double Seg::fractionAt(Vec2 p) const {
+  if (!isArc()) {
+    Vec2 d = b - a;
+    double l2 = d.dot(d);
+    return l2 > 0 ? std::clamp((p - a).dot(d) / l2, 0.0, 1.0) : 0.0;
+  }
+  Arc2 c = arc();
+  double phi = std::atan2(p.y - c.c.y, p.x - c.c.x);
+  double rel = c.sweep >= 0 ? phi - c.start : c.start - phi;
+  rel = std::fmod(rel, 2 * std::numbers::pi);
+  if (rel < 0) rel += 2 * std::numbers::pi;
+  double f = rel / std::abs(c.sweep);
+  // Just before the start reads as a full turn; those points belong to the start.
+  if (f > 1) f = (rel - std::abs(c.sweep) < 2 * std::numbers::pi - rel) ? 1.0 : 0.0;
+  return f;
+}
+
+Seg segmentOf(const Pline2& pl, size_t i) {
+  const auto& v = pl.vertices;
+  return {v[i].p, v[(i + 1) % v.size()].p, v[i].bulge};
+}
+
+double distanceToSegment(const Seg& s, Vec2 p) {
+  if (!s.isArc() || (s.b - s.a).length() == 0) {
+    Vec2 d = s.b - s.a;
+    double l2 = d.dot(d);
+    double t = l2 > 0 ? std::clamp((p - s.a).dot(d) / l2, 0.0, 1.0) : 0.0;
+    return (s.a + d * t - p).length();
+  }
+  Arc2 c = s.arc();
+  if (onArc(c, p, 0)) return std::abs((p - c.c).length() - c.r);
+  return std::min((p - s.a).length(), (p - s.b).length());
+}
+
+std::vector<Vec2> intersectSegs(const Seg& s, const Seg& t, double tol) {
+  bool sa = s.isArc() && (s.b - s.a).length() > 0, ta = t.isArc() && (t.b - t.a).length() > 0;
+  if (!sa && !ta) return intersectSegments(s.line(), t.line(), tol);
+  if (!sa) return intersectSegmentArc(s.line(), t.arc(), tol);
+  if (!ta) return intersectSegmentArc(t.line(), s.arc(), tol);
+  return intersectArcs(s.arc(), t.arc(), tol);
+}
+
+}  // namespace standalone::kernel

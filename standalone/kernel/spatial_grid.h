@@ -1,0 +1,73 @@
+#pragma once
+// Uniform grid over boxes of segments, for "which segments are near here"
+// queries in offsets. Cells are sized from the mean box so that a query
+// touches a handful of cells.
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "standalone/kernel/intersect2d.h"
+
+namespace standalone::kernel {
+
+struct Box2 {
+  double minX = 0, minY = 0, maxX = 0, maxY = 0;
+};
+
+class SpatialGrid {
+ public:
+  explicit SpatialGrid(const std::vector<Box2>& boxes) : boxes_(boxes) {
+    if (boxes.empty()) return;
+    Box2 all = boxes[0];
+    double sumSize = 0;
+    for (const auto& b : boxes) {
+      all.minX = std::min(all.minX, b.minX), all.minY = std::min(all.minY, b.minY);
+      all.maxX = std::max(all.maxX, b.maxX), all.maxY = std::max(all.maxY, b.maxY);
+      sumSize += std::max(b.maxX - b.minX, b.maxY - b.minY);
+    }
+    origin_ = {all.minX, all.minY};
+    double extent = std::max({all.maxX - all.minX, all.maxY - all.minY, 1e-300});
+    cell_ = std::max(sumSize / boxes.size(), extent / 2048);
+    if (!(cell_ > 0)) cell_ = extent;
+    nx_ = std::clamp(static_cast<long>((all.maxX - all.minX) / cell_) + 1, 1L, 4096L);
+    ny_ = std::clamp(static_cast<long>((all.maxY - all.minY) / cell_) + 1, 1L, 4096L);
+    cells_.resize(nx_ * ny_);
+    for (size_t i = 0; i < boxes.size(); ++i) forCells(boxes[i], [&](long c) { cells_[c].push_back(i); });
+  }
+
+  // Calls f(index) once for every box that may overlap the query box.
+  template <typename F>
+  void query(const Box2& q, F f) const {
+    if (cells_.empty()) return;
+    ++stamp_;
+    if (seen_.size() != boxes_.size()) seen_.assign(boxes_.size(), 0);
+    forCells(q, [&](long c) {
+      for (size_t i : cells_[c]) {
+        if (seen_[i] == stamp_) continue;
+        seen_[i] = stamp_;
+        const Box2& b = boxes_[i];
+        if (b.minX <= q.maxX && q.minX <= b.maxX && b.minY <= q.maxY && q.minY <= b.maxY) f(i);
+      }
+    });
+  }
+
+ private:
+  template <typename F>
+  void forCells(const Box2& b, F f) const {
+    long x0 = cellX(b.minX), x1 = cellX(b.maxX), y0 = cellY(b.minY), y1 = cellY(b.maxY);
+    for (long y = y0; y <= y1; ++y)
+      for (long x = x0; x <= x1; ++x) f(y * nx_ + x);
+  }
+  long cellX(double x) const { return std::clamp(static_cast<long>(std::floor((x - origin_.x) / cell_)), 0L, nx_ - 1); }
+  long cellY(double y) const { return std::clamp(static_cast<long>(std::floor((y - origin_.y) / cell_)), 0L, ny_ - 1); }
+
+  std::vector<Box2> boxes_;
+  Vec2 origin_;
+  double cell_ = 1;
+  long nx_ = 1, ny_ = 1;
+  std::vector<std::vector<size_t>> cells_;
+  mutable std::vector<unsigned> seen_;
+  mutable unsigned stamp_ = 0;
+};
+
+}  // namespace standalone::kernel

@@ -2,6 +2,7 @@
 // points elsewhere, and filled outlines for wide polyline segments.
 #include <cmath>
 #include <numbers>
+#include <optional>
 
 #include "standalone/render/emitter.h"
 #include "standalone/render/nurbs.h"
@@ -80,6 +81,47 @@ Path wideSegmentOutline(const BulgeVertex& a, const BulgeVertex& b, double eleva
   return path;
 }
 
+// Unit directions of a segment at its start and at its end (OCS); an arc's
+// tangents are its chord turned by half the included angle either way.
+struct SegmentDirections {
+  ge::Point2d atStart, atEnd;
+};
+std::optional<SegmentDirections> segmentDirections(const BulgeVertex& a, const BulgeVertex& b) {
+  double dx = b.at.x - a.at.x, dy = b.at.y - a.at.y, len = std::hypot(dx, dy);
+  if (len == 0) return std::nullopt;
+  double half = 2 * std::atan(a.bulge);
+  auto turned = [&](double angle) {
+    return ge::Point2d{(dx * std::cos(angle) - dy * std::sin(angle)) / len,
+                       (dx * std::sin(angle) + dy * std::cos(angle)) / len};
+  };
+  return SegmentDirections{turned(-half), turned(half)};
+}
+
+// The wedge that closes the gap on the outer side of a corner between two
+// wide segments: mitred up to a limit, bevelled beyond it.
+std::optional<Path> cornerWedge(const BulgeVertex& before, const BulgeVertex& corner, const BulgeVertex& after,
+                                double elevation, const Plane& plane, const Emitter& out) {
+  constexpr double kMitreLimit = 4;  // mitre length in half widths, as in common stroking rules
+  double h1 = before.endWidth / 2, h2 = corner.startWidth / 2;
+  auto in = segmentDirections(before, corner), outDir = segmentDirections(corner, after);
+  if (h1 <= 0 || h2 <= 0 || !in || !outDir) return std::nullopt;
+  ge::Point2d t1 = in->atEnd, t2 = outDir->atStart, v = corner.at;
+  double turn = t1.x * t2.y - t1.y * t2.x;
+  if (std::abs(turn) < 1e-9) return std::nullopt;
+  double side = turn > 0 ? -1 : 1;  // the outer side: right of a left turn
+  ge::Point2d a{v.x - t1.y * h1 * side, v.y + t1.x * h1 * side}, b{v.x - t2.y * h2 * side, v.y + t2.x * h2 * side};
+  double u = ((b.x - a.x) * t2.y - (b.y - a.y) * t2.x) / turn;
+  ge::Point2d mitre{a.x + t1.x * u, a.y + t1.y * u};
+  auto world = [&](const ge::Point2d& p) { return out.place(plane.toWorld.apply(ge::Point3d{p.x, p.y, elevation})); };
+  Path path;
+  path.moveTo(world(v));
+  path.lineTo(world(a));
+  if (std::hypot(mitre.x - v.x, mitre.y - v.y) <= kMitreLimit * std::max(h1, h2)) path.lineTo(world(mitre));
+  path.lineTo(world(b));
+  path.close();
+  return path;
+}
+
 void emitBulgedPolyline(const std::vector<BulgeVertex>& v, bool closed, double elevation,
                         const ge::Vector3d& normal, const Emitter& out) {
   if (v.empty()) return;
@@ -93,6 +135,11 @@ void emitBulgedPolyline(const std::vector<BulgeVertex>& v, bool closed, double e
   for (std::size_t i = 0; i < segments && v.size() > 1; ++i) {
     const auto& a = v[i];
     if (a.startWidth > 0 || a.endWidth > 0) out.fill(wideSegmentOutline(a, v[(i + 1) % v.size()], elevation, plane, out));
+  }
+  std::size_t firstCorner = closed ? 0 : 1, lastCorner = closed ? v.size() : v.size() - 1;
+  for (std::size_t i = firstCorner; i < lastCorner && v.size() > 2; ++i) {
+    const auto& before = v[(i + v.size() - 1) % v.size()];
+    if (auto wedge = cornerWedge(before, v[i], v[(i + 1) % v.size()], elevation, plane, out)) out.fill(std::move(*wedge));
   }
 }
 

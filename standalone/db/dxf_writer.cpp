@@ -1,0 +1,333 @@
+#include "standalone/db/dxf_writer.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <set>
+
+#include "standalone/db/dxf_entity_writer.h"
+#include "standalone/db/dxf_out.h"
+#include "standalone/db/tag_record.h"
+
+namespace standalone {
+
+namespace {
+
+// Class-based kinds need a CLASS entry: DXF name, C++ class, application,
+// proxy flags, is-an-entity.
+struct ClassFacts {
+  const char* dxfName;
+  const char* cppName;
+  const char* app;
+  int proxyFlags;
+  bool entity;
+};
+constexpr ClassFacts kClasses[] = {
+    {"HELIX", "AcDbHelix", "ObjectDBX Classes", 4095, true},
+    {"IMAGE", "AcDbRasterImage", "ISM", 2175, true},
+    {"IMAGEDEF", "AcDbRasterImageDef", "ISM", 0, false},
+    {"IMAGEDEF_REACTOR", "AcDbRasterImageDefReactor", "ISM", 1, false},
+    {"RASTERVARIABLES", "AcDbRasterVariables", "ISM", 0, false},
+    {"DICTIONARYVAR", "AcDbDictionaryVar", "ObjectDBX Classes", 0, false},
+    {"ACDBDICTIONARYWDFLT", "AcDbDictionaryWithDefault", "ObjectDBX Classes", 0, false},
+    {"LAYOUT", "AcDbLayout", "ObjectDBX Classes", 0, false},
+};
+
+// What the writer adds to the drawing's own content: CLASS entries and layer
+// table entries that records made here need, with the handles they take.
+struct Additions {
+  std::vector<const ClassFacts*> classes;
+  std::vector<std::size_t> classCounts;
+  std::vector<std::string> layers;  // UTF-8 names
+  std::uint64_t firstHandle = 0;  // of the layers
+  std::uint64_t spareHandle = 0;  // next one for records that exist only in the file
+  std::uint64_t handleSeed = 0;
+};
+
+class Writer {
+ public:
+  Writer(const DrawingDatabase& db, DxfOut& out) : db_(db), c_(db.contents()), out_(out) {}
+  void run();
+
+ private:
+  void plan();
+  void header();
+  void classes();
+  void tables();
+  void blocks();
+  void entities(const std::vector<std::uint64_t>& handles);
+  void objects();
+  void record(const TagRecord& r);
+  void beginSection(const char* name) {
+    out_.tag(0, "SECTION");
+    out_.tag(2, name);
+  }
+  void endSection() { out_.tag(0, "ENDSEC"); }
+  const EntityRecord* entity(std::uint64_t h) const;
+
+  const DrawingDatabase& db_;
+  const DrawingContents& c_;
+  DxfOut& out_;
+  EntityWriteContext ctx_;
+  Additions add_;
+};
+
+const EntityRecord* Writer::entity(std::uint64_t h) const {
+  auto it = c_.index.find(h);
+  if (it == c_.index.end() || it->second.kind != Slot::Kind::kEntity) return nullptr;
+  const EntityRecord& e = c_.entities[it->second.index];
+  return e.erased ? nullptr : &e;
+}
+
+void Writer::plan() {
+  ctx_.encoding = c_.encoding();
+  ctx_.version = c_.version;
+  ctx_.markers = hasSubclassMarkers(c_.version);
+  ctx_.handles = c_.hasHandles;
+  ctx_.paperSpaces.insert(c_.paperSpace);
+  for (const auto& b : c_.blocks)
+    if (b.begin.name.size() >= 12 && sameName(b.begin.name.substr(0, 12), "*Paper_Space")) ctx_.paperSpaces.insert(b.recordId);
+
+  std::set<std::string> known;
+  for (const auto& name : db_.layerNames()) {
+    std::string upper = name;
+    for (char& ch : upper) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
+    known.insert(upper);
+  }
+  std::vector<std::size_t> counts(std::size(kClasses), 0);
+  std::size_t spare = 0;
+  for (const auto& e : c_.entities) {
+    if (e.erased) continue;
+    if (const char* missing = kindMissingIn(e.entity.data, c_.version); missing && e.raw.empty())
+      throw DxfError(0, std::string("a drawing of version ") + c_.version + " cannot hold " + missing +
+                            " entities; save it as a later DXF version");
+    const char* name = host::dxfName(e.entity.data);
+    for (std::size_t i = 0; i < std::size(kClasses); ++i)
+      if (std::strcmp(kClasses[i].dxfName, name) == 0) ++counts[i];
+    if (!e.raw.empty()) continue;
+    spare += spareHandlesNeeded(e, ctx_);
+    std::string upper = e.entity.props.layer.empty() ? "0" : e.entity.props.layer;
+    for (char& ch : upper) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
+    if (known.insert(upper).second) add_.layers.push_back(e.entity.props.layer);
+  }
+  for (const auto& r : c_.records)
+    for (std::size_t i = 0; i < std::size(kClasses); ++i)
+      if (!r.erased && r.type == kClasses[i].dxfName) ++counts[i];
+  if (ctx_.markers) {
+    for (std::size_t i = 0; i < std::size(kClasses); ++i) {
+      if (counts[i] == 0) continue;
+      bool present = std::any_of(c_.classes.begin(), c_.classes.end(),
+                                 [&](const TagRecord& r) { return sameName(r.name, kClasses[i].dxfName) ||
+                                                                  findValue(tagsOf(r), 1) == kClasses[i].dxfName; });
+      if (!present) {
+        add_.classes.push_back(&kClasses[i]);
+        add_.classCounts.push_back(counts[i]);
+      }
+    }
+  }
+  add_.firstHandle = c_.nextHandle;
+  add_.spareHandle = c_.nextHandle + (c_.hasHandles ? add_.layers.size() : 0);
+  add_.handleSeed = add_.spareHandle + spare;
+  ctx_.spareHandles = &add_.spareHandle;
+}
+
+void Writer::record(const TagRecord& r) {
+  if (r.erased) return;
+  if (!r.raw.empty()) {
+    out_.raw(r.raw);
+    return;
+  }
+  for (const Tag& t : r.tags) out_.tag(t.code, t.value);
+}
+
+void Writer::header() {
+  beginSection("HEADER");
+  bool seed = false;
+  for (const auto& var : c_.header) {
+    out_.tag(9, var.name);
+    if (var.name == "$HANDSEED") {
+      out_.handle(5, add_.handleSeed);
+      seed = true;
+      continue;
+    }
+    for (const Tag& t : var.tags) out_.tag(t.code, t.value);
+  }
+  if (!seed && c_.hasHandles) {
+    out_.tag(9, "$HANDSEED");
+    out_.handle(5, add_.handleSeed);
+  }
+  endSection();
+}
+
+void Writer::classes() {
+  beginSection("CLASSES");
+  for (const auto& r : c_.classes) record(r);
+  for (std::size_t i = 0; i < add_.classes.size(); ++i) {
+    const ClassFacts& f = *add_.classes[i];
+    out_.tag(0, "CLASS");
+    out_.tag(1, f.dxfName);
+    out_.tag(2, f.cppName);
+    out_.tag(3, f.app);
+    out_.integer(90, f.proxyFlags);
+    if (c_.version >= "AC1018") out_.integer(91, static_cast<std::int64_t>(add_.classCounts[i]));
+    out_.integer(280, 0);
+    out_.integer(281, f.entity ? 1 : 0);
+  }
+  endSection();
+}
+
+void Writer::tables() {
+  beginSection("TABLES");
+  for (const auto& t : c_.tables) {
+    bool layers = sameName(t.head.name, "LAYER") && !add_.layers.empty();
+    if (layers) {
+      TagList head = tagsOf(t.head);
+      std::size_t live = add_.layers.size();
+      for (std::size_t i : t.entries) live += c_.records[i].erased ? 0 : 1;
+      setValue(head, 70, std::to_string(live), bodyStart(head));
+      for (const Tag& tag : head) out_.tag(tag.code, tag.value);
+    } else {
+      record(t.head);
+    }
+    for (std::size_t i : t.entries) record(c_.records[i]);
+    if (layers) {
+      std::uint64_t h = add_.firstHandle;
+      for (const auto& name : add_.layers) {
+        out_.tag(0, "LAYER");
+        if (c_.hasHandles) out_.handle(5, h++);
+        if (ctx_.markers) {
+          out_.handle(330, t.head.handle);
+          out_.tag(100, "AcDbSymbolTableRecord");
+          out_.tag(100, "AcDbLayerTableRecord");
+        }
+        out_.tag(2, encodeText(name, ctx_.encoding));
+        out_.integer(70, 0);
+        out_.integer(62, 7);
+        out_.tag(6, ctx_.markers ? "Continuous" : "CONTINUOUS");
+      }
+    }
+    record(t.end);
+  }
+  endSection();
+}
+
+void Writer::blocks() {
+  beginSection("BLOCKS");
+  for (const auto& b : c_.blocks) {
+    record(b.begin);
+    entities(b.entities);
+    record(b.end);
+  }
+  endSection();
+}
+
+void Writer::entities(const std::vector<std::uint64_t>& handles) {
+  for (std::uint64_t h : handles)
+    if (const EntityRecord* e = entity(h)) writeEntity(out_, *e, ctx_);
+}
+
+void Writer::objects() {
+  beginSection("OBJECTS");
+  for (std::uint64_t h : c_.objects) {
+    auto it = c_.index.find(h);
+    if (it != c_.index.end() && it->second.kind == Slot::Kind::kRecord) record(c_.records[it->second.index]);
+  }
+  endSection();
+}
+
+void Writer::run() {
+  plan();
+  std::vector<std::string> order;
+  for (const auto& s : c_.sections) order.push_back(s.name);
+  auto has = [&](const char* n) { return std::find(order.begin(), order.end(), n) != order.end(); };
+  if (!has("HEADER") && !c_.header.empty()) order.insert(order.begin(), "HEADER");
+  if (!has("CLASSES") && !add_.classes.empty()) order.insert(order.begin() + (has("HEADER") ? 1 : 0), "CLASSES");
+  if (!has("ENTITIES")) {
+    auto at = std::find(order.begin(), order.end(), "OBJECTS");
+    order.insert(at, "ENTITIES");
+  }
+  if (!has("OBJECTS") && ctx_.markers && !c_.objects.empty()) order.push_back("OBJECTS");
+
+  std::size_t unknown = 0;
+  for (const auto& name : order) {
+    if (name == "HEADER") {
+      header();
+    } else if (name == "CLASSES") {
+      classes();
+    } else if (name == "TABLES") {
+      tables();
+    } else if (name == "BLOCKS") {
+      blocks();
+    } else if (name == "ENTITIES") {
+      beginSection("ENTITIES");
+      entities(c_.entitySection);
+      endSection();
+    } else if (name == "OBJECTS") {
+      objects();
+    } else {
+      for (; unknown < c_.sections.size(); ++unknown) {
+        if (c_.sections[unknown].name == name && !c_.sections[unknown].raw.empty()) {
+          out_.raw(c_.sections[unknown++].raw);
+          break;
+        }
+      }
+    }
+  }
+  out_.tag(0, "EOF");
+  out_.flush();
+}
+
+// Permission bits for the new file: the target's if it exists, else the usual ones.
+mode_t modeFor(const std::filesystem::path& path) {
+  struct stat st {};
+  if (::stat(path.c_str(), &st) == 0) return st.st_mode & 07777;
+  mode_t mask = ::umask(0);
+  ::umask(mask);
+  return 0666 & ~mask;
+}
+
+}  // namespace
+
+std::string writeDxf(const DrawingDatabase& db) {
+  DxfOut out(db.contents().lineEnd);
+  Writer(db, out).run();
+  return std::move(out.text());
+}
+
+void saveDxf(const DrawingDatabase& db, const std::filesystem::path& path) {
+  std::filesystem::path dir = path.parent_path().empty() ? std::filesystem::path(".") : path.parent_path();
+  std::string pattern = (dir / ("." + path.filename().string() + ".XXXXXX")).string();
+  int fd = ::mkstemp(pattern.data());
+  if (fd < 0) throw DxfError(0, "cannot write beside \"" + path.string() + "\": " + std::strerror(errno));
+  std::FILE* f = ::fdopen(fd, "wb");
+  bool ok = f != nullptr;
+  std::string failure;
+  try {
+    DxfOut out(db.contents().lineEnd, [&](std::string_view bytes) {
+      if (ok && std::fwrite(bytes.data(), 1, bytes.size(), f) != bytes.size()) ok = false;
+    });
+    Writer(db, out).run();
+  } catch (const DxfError& e) {
+    ok = false;
+    failure = e.what();
+  }
+  if (f) {
+    ok = std::fflush(f) == 0 && ok;
+    ::fchmod(fd, modeFor(path));
+    ok = std::fclose(f) == 0 && ok;
+  } else {
+    ::close(fd);
+  }
+  if (ok && std::rename(pattern.c_str(), path.c_str()) == 0) return;
+  int err = errno;
+  std::remove(pattern.c_str());
+  if (!failure.empty()) throw DxfError(0, failure);
+  throw DxfError(0, "cannot write \"" + path.string() + "\": " + std::strerror(err));
+}
+
+}  // namespace standalone

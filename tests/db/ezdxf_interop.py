@@ -1,0 +1,204 @@
+"""Interop with an independent DXF library (Debian's python3-ezdxf).
+
+For each DXF version ezdxf writes a drawing full of things our reader does
+not interpret (XDATA, extension dictionaries, custom objects, dimensions,
+MLEADER, 3DFACE, SOLID, polyface meshes, ...). Our round-trip tool loads it,
+changes one LINE, appends a polyline (and a spline), and saves. ezdxf then
+reads our output: it must find the same entities, layers, blocks and objects,
+and every record we did not touch must have the same tags.
+
+usage: ezdxf_interop.py ROUNDTRIP_TOOL WORK_DIR
+"""
+import json
+import math
+import os
+import subprocess
+import sys
+
+import ezdxf
+from ezdxf.lldxf.tagger import ascii_tags_loader
+
+VERSIONS = ["R12", "R2000", "R2004", "R2007", "R2010", "R2013", "R2018"]
+failures = []
+
+
+def check(cond, what):
+    if not cond:
+        failures.append(what)
+        print("FAIL:", what)
+
+
+def build(version, path):
+    doc = ezdxf.new(version, setup=True)
+    msp = doc.modelspace()
+    modern = version != "R12"
+    doc.layers.add("WALLS", color=3)
+    doc.layers.add("HIDDEN_LAYER", color=5).off()
+    doc.appids.add("CORVANE_TEST")
+    line = msp.add_line((1, 2), (3, 4), dxfattribs={"layer": "WALLS", "color": 1})
+    line.set_xdata("CORVANE_TEST", [(1000, "kept text"), (1040, 2.5), (1070, 7)])
+    msp.add_circle((5, 5), 2.5, dxfattribs={"extrusion": (0, 0, -1)})
+    msp.add_arc((0, 0), 3, 10, 200, dxfattribs={"linetype": "DASHED", "lineweight": 35} if modern else {})
+    msp.add_text("Hello", dxfattribs={"height": 2.0, "rotation": 30}).set_placement((1, 1))
+    msp.add_point((7, 8, 9))
+    msp.add_polyline2d([(0, 0), (5, 0), (5, 5)], dxfattribs={"closed": True})
+    msp.add_polyline3d([(0, 0, 0), (1, 2, 3), (4, 5, 6)])
+    pf = msp.add_polyface()
+    pf.append_face([(0, 0, 0), (1, 0, 0), (1, 1, 0), (0, 1, 0)])
+    msp.add_3dface([(0, 0, 0), (1, 0, 0), (1, 1, 1), (0, 1, 1)])
+    msp.add_solid([(0, 0), (1, 0), (0, 1)])
+    msp.add_trace([(0, 0), (1, 0), (0, 1)])
+    blk = doc.blocks.new("DOOR")
+    blk.add_line((0, 0), (1, 0))
+    blk.add_attdef("TAG", (0, 0.5))
+    ref = msp.add_blockref("DOOR", (10, 10), dxfattribs={"xscale": 2, "rotation": 45})
+    ref.add_attrib("TAG", "door-1", (10, 10.5))
+    dim = msp.add_linear_dim(base=(0, 3), p1=(0, 0), p2=(4, 0))
+    dim.render()
+    if modern:
+        msp.add_lwpolyline([(0, 0, 0, 0, 0.5), (4, 0, 0, 0, 0), (4, 4, 0, 0, -1)], format="xyseb")
+        msp.add_ellipse((0, 0), major_axis=(4, 1), ratio=0.5, start_param=0.2, end_param=4.0)
+        msp.add_spline([(0, 0), (2, 3), (5, 1), (7, 4)])
+        msp.add_mtext("Line one\\PLine two with a long text", dxfattribs={"char_height": 0.7})
+        hatch = msp.add_hatch(color=2)
+        hatch.paths.add_polyline_path([(0, 0), (3, 0), (3, 3)], is_closed=True)
+        ep = hatch.paths.add_edge_path()
+        ep.add_line((10, 10), (12, 10))
+        ep.add_arc((11, 10), 1, 0, 180, ccw=True)
+        pat = msp.add_hatch(color=4)
+        pat.set_pattern_fill("ANSI31", scale=0.5)
+        pat.paths.add_polyline_path([(20, 0), (23, 0), (23, 3)], is_closed=True)
+        ext = line.new_extension_dict()
+        ext.add_xrecord("CORVANE_XREC").reset([(1, "in the extension dictionary"), (40, 3.25)])
+        xdict = doc.rootdict.add_new_dict("CORVANE_DATA")
+        xrec = xdict.add_xrecord("SETTINGS")
+        xrec.reset([(1, "value"), (70, 5), (10, (1, 2, 3))])
+        doc.rootdict.add_dict_var("CORVANE_VAR", "42")
+        ml = msp.add_multileader_mtext("Standard")
+        ml.set_content("leader text")
+        ml.add_leader_line(ezdxf.render.ConnectionSide.left, [(-5, -5)])
+        ml.build(insert=ezdxf.math.Vec2(0, 0))
+        image_def = doc.add_image_def(filename="picture.png", size_in_pixel=(640, 480))
+        msp.add_image(image_def, insert=(2, 1), size_in_units=(6.4, 4.8), rotation=0)
+        msp.add_helix(radius=2, pitch=1, turns=3)
+        msp.add_mesh().vertices = [(0, 0, 0), (1, 0, 0), (0, 1, 0)]
+    if version in ("R2004",):
+        doc.header["$DWGCODEPAGE"] = "ANSI_936"
+    if version >= "R2004" or version == "R2000":
+        msp.add_text("中文 text", dxfattribs={"layer": "WALLS"})
+    doc.header["$PDMODE"] = 35
+    doc.saveas(path)
+
+
+def records(path):
+    """Tag lists per handle, read with ezdxf's own low-level tag loader."""
+    out = {}
+    with open(path, "rt", encoding=encoding_of(path), errors="surrogateescape") as f:
+        current = None
+        for tag in ascii_tags_loader(f):
+            if tag.code == 0:
+                current = [(0, tag.value)]
+                continue
+            if current is None:
+                continue
+            current.append((tag.code, tag.value))
+            if tag.code in (5, 105) and len(current) == 2:
+                out[tag.value.upper()] = current
+    return out
+
+
+def encoding_of(path):
+    try:
+        return "utf-8" if ezdxf.dxf_file_info(path).version >= "AC1021" else ezdxf.dxf_file_info(path).encoding
+    except Exception:
+        return "cp1252"
+
+
+def names(doc):
+    ents = sorted((e.dxf.handle, e.dxftype()) for e in doc.modelspace())
+    layers = sorted(l.dxf.name.upper() for l in doc.layers)
+    blocks = sorted(b.name.upper() for b in doc.blocks)
+    objects = sorted((o.dxf.handle, o.dxftype()) for o in doc.objects) if doc.dxfversion > "AC1009" else []
+    return ents, layers, blocks, objects
+
+
+def run_version(tool, work, version):
+    src = os.path.join(work, f"in_{version}.dxf")
+    dst = os.path.join(work, f"out_{version}.dxf")
+    build(version, src)
+    if os.path.exists(dst):
+        os.remove(dst)
+    proc = subprocess.run([tool, src, dst], capture_output=True, text=True)
+    check(proc.returncode == 0, f"{version}: round-trip tool failed: {proc.stderr.strip()}")
+    if proc.returncode != 0:
+        return
+    touched = json.loads(proc.stdout)
+    before = ezdxf.readfile(src)
+    after = ezdxf.readfile(dst)
+    check(after.dxfversion == before.dxfversion, f"{version}: version changed to {after.dxfversion}")
+
+    e0, l0, b0, o0 = names(before)
+    e1, l1, b1, o1 = names(after)
+    appended = {touched["appended"], touched["spline"]} - {"0"}
+    check(set(e0) <= set(e1), f"{version}: entities lost: {sorted(set(e0) - set(e1))}")
+    extra = {h for h, _ in set(e1) - set(e0)}
+    check(extra == appended, f"{version}: unexpected new entities {extra} (appended {appended})")
+    check(set(l0) <= set(l1) and "ROUNDTRIP" in l1, f"{version}: layers {l0} -> {l1}")
+    check(b0 == b1, f"{version}: blocks {b0} -> {b1}")
+    check(o0 == o1, f"{version}: objects differ: {sorted(set(o0) ^ set(o1))}")
+
+    # Every record we did not touch keeps its tags exactly.
+    r0, r1 = records(src), records(dst)
+    skip = {touched["modified"]}
+    changed = [h for h in r0 if h not in skip and r0[h] != r1.get(h)]
+    check(not changed, f"{version}: records with other tags: {changed[:8]}")
+    handles = [int(h, 16) for h in r1]
+    check(len(handles) == len(set(handles)), f"{version}: repeated handles")
+    seed = int(after.header.get("$HANDSEED", "0"), 16)
+    check(seed > max(handles), f"{version}: $HANDSEED {seed:X} not above {max(handles):X}")
+
+    # The changed LINE: new end point, XDATA and extension dictionary kept.
+    line = after.entitydb.get(touched["modified"])
+    check(line is not None and line.dxftype() == "LINE", f"{version}: modified LINE missing")
+    if line is not None:
+        check(tuple(line.dxf.end) == (4, 6, 0), f"{version}: LINE end {tuple(line.dxf.end)}")
+        check(line.dxf.layer == "WALLS" and line.dxf.color == 1, f"{version}: LINE properties lost")
+        check(line.get_xdata("CORVANE_TEST") == [(1000, "kept text"), (1040, 2.5), (1070, 7)],
+              f"{version}: XDATA of the changed LINE: {line.get_xdata('CORVANE_TEST')}")
+        if version != "R12":
+            check(line.has_extension_dict, f"{version}: extension dictionary of the changed LINE lost")
+    poly = after.entitydb.get(touched["appended"])
+    check(poly is not None, f"{version}: appended polyline missing")
+    if poly is not None:
+        if version == "R12":
+            pts = [tuple(v.dxf.location)[:2] for v in poly.vertices]
+            bulges = [v.dxf.bulge for v in poly.vertices]
+        else:
+            pts = [tuple(p[:2]) for p in poly.get_points("xy")]
+            bulges = [p[4] for p in poly.get_points("xyseb")]
+        check(pts == [(0, 0), (10, 0), (10, 5), (0, 5)], f"{version}: appended vertices {pts}")
+        check(bulges == [0.5, 0, -1, 0], f"{version}: appended bulges {bulges}")
+        check(poly.dxf.layer == "ROUNDTRIP", f"{version}: appended layer {poly.dxf.layer}")
+    if touched["spline"] != "0":
+        sp = after.entitydb.get(touched["spline"])
+        check(sp is not None and sp.dxftype() == "SPLINE", f"{version}: appended spline missing")
+        if sp is not None:
+            check(len(sp.fit_points) == 3, f"{version}: spline fit points {len(sp.fit_points)}")
+    auditor = after.audit()
+    check(not auditor.has_errors, f"{version}: ezdxf audit errors: {[e.message for e in auditor.errors][:5]}")
+    print(f"{version}: {len(e1)} entities, {len(r1)} records checked")
+
+
+def main():
+    tool, work = sys.argv[1], sys.argv[2]
+    os.makedirs(work, exist_ok=True)
+    for version in VERSIONS:
+        run_version(tool, work, version)
+    if failures:
+        print(f"{len(failures)} failures")
+        sys.exit(1)
+    print("all versions round-trip")
+
+
+if __name__ == "__main__":
+    main()

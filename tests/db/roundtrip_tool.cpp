@@ -1,0 +1,55 @@
+// Test helper for the interop check: loads a DXF file, changes the first
+// LINE of model space (moves its end point by +1,+2), appends a bulged
+// LWPOLYLINE and a fit-point SPLINE, and saves. Prints the handles it touched.
+#include <cstdio>
+#include <exception>
+
+#include "standalone/db/dxf_reader.h"
+#include "standalone/db/dxf_writer.h"
+
+int main(int argc, char** argv) {
+  if (argc != 3) {
+    std::fprintf(stderr, "usage: db_roundtrip_tool IN.dxf OUT.dxf\n");
+    return 2;
+  }
+  try {
+    auto db = standalone::loadDxf(argv[1]);
+    std::uint64_t modified = 0;
+    for (auto id : db.entitiesOf(db.modelSpace())) {
+      auto e = db.read(id);
+      if (auto* line = std::get_if<host::Line>(&e->data)) {
+        line->end = line->end + ge::Vector3d{1, 2, 0};
+        db.write(*e);
+        modified = id.value;
+        break;
+      }
+    }
+    host::Entity pl;
+    pl.props = db.defaultProps();
+    pl.props.layer = "ROUNDTRIP";
+    host::LwPolyline lw;
+    lw.vertices = {{0, 0, 0.5}, {10, 0, 0}, {10, 5, -1}, {0, 5, 0}};
+    lw.closed = true;
+    pl.data = lw;
+    db.append(pl);
+    std::uint64_t spline = 0;
+    if (db.version() > "AC1009") {
+      host::Entity sp;
+      host::Spline s;
+      s.fitPoints = {{0, 0, 0}, {3, 4, 0}, {7, 1, 0}};
+      s.flags = 8 | 1024;
+      s.fitTolerance = 0;
+      sp.data = s;
+      db.append(sp);
+      spline = sp.id.value;
+    }
+    standalone::saveDxf(db, argv[2]);
+    std::printf("{\"modified\": \"%llX\", \"appended\": \"%llX\", \"spline\": \"%llX\"}\n",
+                static_cast<unsigned long long>(modified), static_cast<unsigned long long>(pl.id.value),
+                static_cast<unsigned long long>(spline));
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "%s\n", e.what());
+    return 1;
+  }
+  return 0;
+}

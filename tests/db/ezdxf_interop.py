@@ -12,6 +12,7 @@ usage: ezdxf_interop.py ROUNDTRIP_TOOL WORK_DIR
 import json
 import math
 import os
+import re
 import subprocess
 import sys
 
@@ -82,12 +83,16 @@ def build(version, path):
         msp.add_image(image_def, insert=(2, 1), size_in_units=(6.4, 4.8), rotation=0)
         msp.add_helix(radius=2, pitch=1, turns=3)
         msp.add_mesh().vertices = [(0, 0, 0), (1, 0, 0), (0, 1, 0)]
-    if version in ("R2004",):
+    if version == "R2004":
         doc.header["$DWGCODEPAGE"] = "ANSI_936"
     if version >= "R2004" or version == "R2000":
         msp.add_text("中文 text", dxfattribs={"layer": "WALLS"})
     doc.header["$PDMODE"] = 35
-    doc.saveas(path)
+    if version == "R2004":
+        doc.encoding = "gbk"  # a Chinese code page (ANSI_936): GBK bytes in the file
+        doc.saveas(path)
+    else:
+        doc.saveas(path)
 
 
 def records(path):
@@ -189,11 +194,99 @@ def run_version(tool, work, version):
     print(f"{version}: {len(e1)} entities, {len(r1)} records checked")
 
 
+def rounded(v):
+    if isinstance(v, float):
+        return round(v, 9) + 0.0
+    if isinstance(v, (tuple, list)) or hasattr(v, "__iter__") and not isinstance(v, str):
+        return tuple(rounded(x) for x in v)
+    return v
+
+
+def unescaped(text):
+    """\\U+nnnn escapes as the characters they stand for."""
+    return re.sub(r"\\U\+([0-9A-Fa-f]{4})", lambda m: chr(int(m.group(1), 16)), text)
+
+
+def geometry(e):
+    """What an entity is, as ezdxf sees it: its attributes and its sub-data."""
+    skip = {"handle", "owner", "linetype", "paperspace"}
+    if e.dxftype() == "TEXT" and not e.dxf.get("halign", 0) and not e.dxf.get("valign", 0):
+        skip.add("align_point")  # meaningless for left-aligned text
+    keys = set(e.dxf.all_existing_dxf_attribs()) | set(e.dxf.all_existing_dxf_attribs())
+    attrs = {k: rounded(e.dxf.get(k)) for k in sorted(keys) if k not in skip}
+    attrs["linetype"] = e.dxf.get("linetype", "BYLAYER").upper()
+    if "text" in attrs:
+        attrs["text"] = unescaped(attrs["text"])
+    kind = e.dxftype()
+    extra = []
+    if kind == "LWPOLYLINE":
+        extra = rounded(list(e.get_points("xyseb")))
+    elif kind == "POLYLINE" and not e.is_poly_face_mesh and not e.is_polygon_mesh:
+        extra = [rounded(tuple(v.dxf.location)) + (rounded(v.dxf.bulge), v.dxf.flags) for v in e.vertices]
+    elif kind in ("SPLINE", "HELIX"):
+        extra = [rounded(list(e.control_points)), rounded(list(e.knots)), rounded(list(e.weights)),
+                 rounded(list(e.fit_points))]
+    elif kind == "MTEXT":
+        extra = [unescaped(e.text)]
+    elif kind == "HATCH":
+        for path in e.paths:
+            if hasattr(path, "vertices"):
+                extra.append(rounded([tuple(v) for v in path.vertices]))
+            else:
+                extra.append([(edge.type.name, rounded(list(vars(edge).values()))) for edge in path.edges])
+        lines = e.pattern.lines if e.pattern else []
+        extra.append(rounded([(l.angle, tuple(l.base_point), tuple(l.offset), tuple(l.dash_length_items)) for l in lines]))
+    xdata = {} if not e.xdata else {app: rounded(list(e.get_xdata(app))) for app in e.xdata.data}
+    return attrs, extra, xdata
+
+
+# Values a reader assumes when the group is absent.
+IMPLIED = {"style": "Standard", "const_width": 0.0, "extrusion": (0.0, 0.0, 1.0), "knot_tolerance": 0.0,
+           "control_point_tolerance": 0.0, "fit_tolerance": 0.0, "flow_direction": 1, "width": 0.0,
+           "text_direction": (1.0, 0.0, 0.0)}
+
+
+def rewrite_all(tool, work, version):
+    """Every interpreted entity regenerated from its record must read the same."""
+    src = os.path.join(work, f"in_{version}.dxf")
+    dst = os.path.join(work, f"all_{version}.dxf")
+    proc = subprocess.run([tool, src, dst, "--rewrite-all"], capture_output=True, text=True)
+    check(proc.returncode == 0, f"{version}: rewrite-all failed: {proc.stderr.strip()}")
+    if proc.returncode != 0:
+        return
+    touched = json.loads(proc.stdout)
+    before, after = ezdxf.readfile(src), ezdxf.readfile(dst)
+    compared = 0
+    for e in before.entitydb.values():
+        if not hasattr(e, "dxf") or e.dxf.handle in (touched["modified"],) or not e.is_alive:
+            continue
+        if e.dxftype() in ("VERTEX", "SEQEND", "ATTRIB") or not hasattr(e, "get_layout"):
+            continue
+        if e.dxf.owner is None or e.dxftype() in ("BLOCK", "ENDBLK"):
+            continue
+        other = after.entitydb.get(e.dxf.handle)
+        check(other is not None and other.dxftype() == e.dxftype(), f"{version}: {e.dxftype()} {e.dxf.handle} lost")
+        if other is None:
+            continue
+        a, b = geometry(e), geometry(other)
+        # Attributes written out explicitly with their default value read the same.
+        for attrs in (a[0], b[0]):
+            for key, value in IMPLIED.items():
+                if attrs.get(key) is None and key in set(a[0]) | set(b[0]):
+                    attrs[key] = value
+        check(a == b, f"{version}: {e.dxftype()} {e.dxf.handle} reads differently:\n  {a}\n  {b}")
+        compared += 1
+    auditor = after.audit()
+    check(not auditor.has_errors, f"{version}: ezdxf audit errors after rewrite: {[x.message for x in auditor.errors][:5]}")
+    print(f"{version}: {compared} regenerated entities read the same")
+
+
 def main():
     tool, work = sys.argv[1], sys.argv[2]
     os.makedirs(work, exist_ok=True)
     for version in VERSIONS:
         run_version(tool, work, version)
+        rewrite_all(tool, work, version)
     if failures:
         print(f"{len(failures)} failures")
         sys.exit(1)

@@ -1,19 +1,30 @@
 // Test helper for the interop check: loads a DXF file, changes the first
 // LINE of model space (moves its end point by +1,+2), appends a bulged
 // LWPOLYLINE and a fit-point SPLINE, and saves. Prints the handles it touched.
+// With --rewrite-all every interpreted entity is also written back unchanged,
+// so the whole drawing is regenerated from the records instead of copied.
 #include <cstdio>
 #include <exception>
+#include <string_view>
 
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"
 
 int main(int argc, char** argv) {
-  if (argc != 3) {
-    std::fprintf(stderr, "usage: db_roundtrip_tool IN.dxf OUT.dxf\n");
+  bool rewriteAll = argc == 4 && std::string_view(argv[3]) == "--rewrite-all";
+  if (argc != 3 && !rewriteAll) {
+    std::fprintf(stderr, "usage: db_roundtrip_tool IN.dxf OUT.dxf [--rewrite-all]\n");
     return 2;
   }
   try {
     auto db = standalone::loadDxf(argv[1]);
+    if (rewriteAll) {
+      std::vector<host::ObjectId> spaces{db.modelSpace()};
+      for (const auto& name : db.blockNames()) spaces.push_back(*db.findBlock(name));
+      for (auto space : spaces)
+        for (auto id : db.entitiesOf(space))
+          if (auto e = db.read(id); e && !std::holds_alternative<host::OtherEntity>(e->data)) db.write(*e);
+    }
     std::uint64_t modified = 0;
     for (auto id : db.entitiesOf(db.modelSpace())) {
       auto e = db.read(id);

@@ -81,15 +81,19 @@ void emit(const host::PointEntity& p, const Emitter& out, int pointMode, double 
   out.marker(m, p.position);
 }
 
-// The sweep of an arc or ellipse edge of a hatch boundary. The stored angles
-// are counter-clockwise values: the edge covers the counter-clockwise sweep
-// from start to end, and a clockwise edge walks it backwards, end to start.
+// The sweep of an arc or ellipse edge of a hatch boundary: angles are
+// measured counter-clockwise (a DXF clockwise edge's mirrored angles are
+// undone on reading) and the edge walks from start to end in its own
+// direction, so a clockwise edge from pi to 0 covers the upper half.
 struct Sweep {
   double from = 0, to = 0;
 };
 Sweep edgeSweep(double start, double end, bool ccw) {
-  while (end <= start) end += kTwoPi;
-  return ccw ? Sweep{start, end} : Sweep{end, start};
+  if (ccw)
+    while (end <= start) end += kTwoPi;
+  else
+    while (end >= start) end -= kTwoPi;
+  return {start, end};
 }
 
 // One closed boundary path of a hatch, in world space after the OCS.

@@ -142,12 +142,12 @@ TEST_F(RenderDrawing, HatchEdgePathWithClockwiseArc) {
   host::Hatch h;
   host::HatchPath p;
   // Half disc above the X axis: a line from (5,0) to (-5,0), then clockwise
-  // over the top back to (5,0); the angles are stored counter-clockwise (0 to pi).
+  // from angle pi over the top to angle 0, back at (5,0).
   p.edges.push_back(host::HatchLineEdge{{5, 0}, {-5, 0}});
   host::HatchArcEdge top;
   top.radius = 5;
-  top.startAngle = 0;
-  top.endAngle = kPi;
+  top.startAngle = kPi;
+  top.endAngle = 0;
   top.counterClockwise = false;
   p.edges.push_back(top);
   h.paths = {p};

@@ -1,0 +1,88 @@
+"""Draws a DXF with ezdxf (an independent writer), renders it through our
+reader and renderer, and checks the colour found at points of each entity."""
+import math
+import os
+import subprocess
+import sys
+import tempfile
+
+import ezdxf
+
+WIDTH, HEIGHT = 800, 600
+
+
+def build(path):
+    doc = ezdxf.new("R2010")
+    doc.header["$PDMODE"] = 35
+    doc.header["$PDSIZE"] = 2.0
+    doc.layers.add("RED", color=1)
+    doc.layers.add("HIDDEN", color=3).off()
+    msp = doc.modelspace()
+    msp.add_line((0, 0), (40, 0), dxfattribs={"layer": "RED"})
+    # Mirrored arc: OCS centre (-10, 10) is world (10, 10); OCS angles 0..90
+    # about -Z run clockwise from (5, 10) to (10, 15), left of the centre.
+    msp.add_arc((-10, 10), 5, 0, 90, dxfattribs={"extrusion": (0, 0, -1), "color": 5})
+    msp.add_lwpolyline([(20, 5, 1.0, 1.0), (30, 5, 1.0, 1.0), (30, 15, 1.0, 1.0)], format="xyse",
+                       dxfattribs={"color": 3})
+    hatch = msp.add_hatch(color=6)
+    hatch.paths.add_polyline_path([(0, 20), (10, 20), (10, 30), (0, 30)], is_closed=True)
+    edge = hatch.paths.add_edge_path()
+    edge.add_line((25, 20), (15, 20))
+    edge.add_arc((20, 20), 5, 0, 180, ccw=False)
+    blk = doc.blocks.new("TICK", base_point=(1, 1))
+    blk.add_line((1, 1), (5, 1), dxfattribs={"color": 0})
+    msp.add_blockref("TICK", (35, 25), dxfattribs={"rotation": 90, "xscale": 2, "yscale": 2, "color": 1})
+    msp.add_line((0, -5), (40, -5), dxfattribs={"layer": "HIDDEN"})
+    msp.add_point((38, 35))
+    msp.add_ellipse((10, 40), major_axis=(6, 0), ratio=0.5, dxfattribs={"color": 4})
+    doc.saveas(path)
+
+
+PROBES = {
+    # point: expectation
+    "20,0": "red",       # line on layer RED, colour by layer
+    "6.46,13.54": "blue",  # on the mirrored arc (OCS angle 45 degrees lands left of the centre)
+    "13.54,13.54": "white",  # where an unmirrored arc would be
+    "25,5.4": "green",   # inside the wide polyline's band
+    "25,6.5": "white",
+    "5,25": "magenta",   # inside the solid polyline hatch
+    "20,23": "magenta",  # inside the half disc bounded by the clockwise arc
+    "20,17": "white",
+    "35,28": "red",      # the block's line, turned upwards and doubled, colour by block
+    "39,25": "white",
+    "20,-5": "white",    # layer off
+    "39,36": "black",    # PDMODE 35: circle of the point glyph
+    "16,40": "cyan",
+}
+
+COLOURS = {
+    "red": lambda r, g, b: r > 200 and g < 120 and b < 120,
+    "blue": lambda r, g, b: b > 200 and r < 120 and g < 120,
+    "green": lambda r, g, b: g > 200 and r < 120 and b < 120,
+    "magenta": lambda r, g, b: r > 200 and b > 200 and g < 120,
+    "cyan": lambda r, g, b: g > 200 and b > 200 and r < 120,
+    "black": lambda r, g, b: r + g + b < 300 and abs(r - g) < 30 and abs(g - b) < 30,
+    "white": lambda r, g, b: r + g + b >= 3 * 250,
+}
+
+
+def main(tool):
+    with tempfile.TemporaryDirectory() as tmp:
+        dxf, png = os.path.join(tmp, "in.dxf"), os.path.join(tmp, "out.png")
+        build(dxf)
+        out = subprocess.run([tool, dxf, png, str(WIDTH), str(HEIGHT), *PROBES], check=True,
+                             capture_output=True, text=True).stdout
+        failures = []
+        for line in out.splitlines():
+            probe, r, g, b = line.split()
+            want = PROBES[probe]
+            if not COLOURS[want](int(r), int(g), int(b)):
+                failures.append(f"{probe}: expected {want}, found rgb({r},{g},{b})")
+        assert len(out.splitlines()) == len(PROBES), out
+        if failures:
+            sys.exit("\n".join(failures))
+    print("dxf render ok:", len(PROBES), "probes")
+
+
+if __name__ == "__main__":
+    main(sys.argv[1])

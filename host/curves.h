@@ -78,6 +78,12 @@ class CurveServices {
   // reports eObjectToBeDeleted: the caller replaces the old entity by the new one.
   virtual ErrorStatus convertLwTo2d(const LwPolyline& lw, Polyline2d& result) const = 0;
   virtual ErrorStatus convert2dToLw(const Polyline2d& pl, LwPolyline& result) const = 0;
+  // AcDbPolyline::convertFrom as that call reports it: eOk when the 2D
+  // polyline was converted (its identity passes to the lightweight one).
+  virtual ErrorStatus convertFrom2d(const Polyline2d& pl, LwPolyline& result) const {
+    ErrorStatus es = convert2dToLw(pl, result);
+    return es == ErrorStatus::eObjectToBeDeleted ? ErrorStatus::eOk : es;
+  }
   // A cubic spline through fit points with fit tolerance 0 and optional end tangents.
   virtual ErrorStatus fitSpline(const std::vector<ge::Point3d>& fitPoints, const ge::Vector3d* startTangent,
                                 const ge::Vector3d* endTangent, Spline& result) const = 0;

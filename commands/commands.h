@@ -1,0 +1,31 @@
+#pragma once
+// The polyline commands: one function per command, each run by the frame
+// after the common prologue with the host services of the context.
+#include "frame/command_context.h"
+
+namespace commands {
+
+// Vertex optimisation.
+void plineThin(frame::CommandContext& context);               // PLYH: thin within a tolerance 1..10
+void plineDeleteDuplicates(frame::CommandContext& context);   // PLYH2: remove coincident vertices
+void plineThinToSpline(frame::CommandContext& context);       // PLYH3: thin, then a spline-fit 2D polyline
+
+// Reverse, close, open, width and polyline-kind conversion.
+void plineReverse(frame::CommandContext& context);    // PLDD
+void plBatchClose(frame::CommandContext& context);    // PLCLOSE, through the host's PEDIT
+void plBatchOpen(frame::CommandContext& context);     // PLOPEN, through the host's PEDIT
+void plBatchChangeW(frame::CommandContext& context);  // PLGXK, through the host's PEDIT
+void lwPL2pline2D(frame::CommandContext& context);    // PL2OLD
+void oldPL2lw(frame::CommandContext& context);        // OLDPL2LW
+
+// Divide and vertex numbering.
+void plineDevide(frame::CommandContext& context);        // PLDF: divide by a count of points
+void plineDevideByDist(frame::CommandContext& context);  // PLDJDF: divide by a spacing
+void plineVertexBH(frame::CommandContext& context);      // PLBH: number the vertices
+
+// Spline/polyline conversion and projection.
+void spline2pline(frame::CommandContext& context);  // s2p
+void pline2spline(frame::CommandContext& context);  // p2s
+void projectCurvesToXY(frame::CommandContext& context);  // QXTY
+
+}  // namespace commands

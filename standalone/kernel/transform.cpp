@@ -198,16 +198,18 @@ struct Reverser {
   static void reverseBulged(std::vector<V>& v, bool closed, auto swapWidths) {
     size_t n = v.size();
     if (n < 2) return;
-    // Segment i (from vertex i) becomes segment n-2-i (open) or n-2-i mod n
-    // (closed) running the other way: its bulge changes sign, widths swap.
-    std::vector<V> out(v.rbegin(), v.rend());
+    // Open: the vertex order reverses. Closed: the first vertex stays first and
+    // the rest reverse. Either way each segment keeps its vertices and runs the
+    // other way: its bulge changes sign and its widths swap.
+    std::vector<V> out(n);
+    for (size_t j = 0; j < n; ++j) out[j] = closed ? v[(n - j) % n] : v[n - 1 - j];
+    size_t segs = closed ? n : n - 1;
     for (size_t j = 0; j < n; ++j) {
-      size_t segs = closed ? n : n - 1;
       if (j >= segs) {
         out[j].bulge = 0;
         continue;
       }
-      size_t old = closed ? (2 * n - 2 - j) % n : n - 2 - j;
+      size_t old = closed ? (2 * n - 1 - j) % n : n - 2 - j;
       out[j].bulge = -v[old].bulge;
       swapWidths(out[j], v[old]);
     }

@@ -1,0 +1,189 @@
+// Fit-point interpolation, exact conic splines and spline queries.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "oracle.h"
+#include "standalone/kernel/curve_kernel.h"
+
+namespace {
+
+using namespace host;
+using ge::Point3d;
+constexpr double kPi = std::numbers::pi;
+
+standalone::CurveKernel kernel;
+
+TEST(FitSpline, MatchesTheHostsControlPointsForTheReferenceFitPoints) {
+  Spline s;
+  ASSERT_EQ(kernel.fitSpline({{0, 0, 0}, {0, 10, 0}, {10, 10, 0}, {20, 10, 0}, {20, 0, 0}}, nullptr, nullptr, s),
+            ErrorStatus::eOk);
+  std::vector<Point3d> expected{{0, 0, 0},       {-0.8333, 4.2857, 0}, {-2.5, 12.8571, 0}, {10, 8.5714, 0},
+                                {22.5, 12.8571, 0}, {20.8333, 4.2857, 0}, {20, 0, 0}};
+  ASSERT_EQ(s.controlPoints.size(), expected.size());
+  for (size_t i = 0; i < expected.size(); ++i) {
+    EXPECT_NEAR(s.controlPoints[i].x, expected[i].x, 1e-4) << i;
+    EXPECT_NEAR(s.controlPoints[i].y, expected[i].y, 1e-4) << i;
+  }
+  // Knots stay in chord length: the end parameter is the total chord, 40.
+  double end;
+  ASSERT_EQ(kernel.getEndParam(s, end), ErrorStatus::eOk);
+  EXPECT_DOUBLE_EQ(end, 40.0);
+  EXPECT_EQ(s.fitTolerance, 0.0);
+  EXPECT_TRUE(s.flags & 8);  // planar
+}
+
+TEST(FitSpline, PassesThroughEveryFitPointWithTheGivenEndTangents) {
+  std::vector<Point3d> fit;
+  for (int i = 0; i < 12; ++i) fit.push_back({i * 1.7, std::sin(i * 0.9) * 3, 0.2 * i});
+  ge::Vector3d t0{0, 1, 0}, t1{1, 1, 0};
+  Spline s;
+  ASSERT_EQ(kernel.fitSpline(fit, &t0, &t1, s), ErrorStatus::eOk);
+  for (const auto& p : fit) {
+    Point3d q;
+    ASSERT_EQ(kernel.getClosestPointTo(s, p, q), ErrorStatus::eOk);
+    EXPECT_LT(q.distanceTo(p), 1e-9);
+  }
+  ge::Vector3d d0, d1;
+  ASSERT_EQ(kernel.getFirstDeriv(s, s.knots.front(), d0), ErrorStatus::eOk);
+  ASSERT_EQ(kernel.getFirstDeriv(s, s.knots.back(), d1), ErrorStatus::eOk);
+  // With the parameter in chord length the end derivatives are the unit tangents.
+  EXPECT_NEAR(d0.x, 0, 1e-9);
+  EXPECT_NEAR(d0.y, 1, 1e-9);
+  EXPECT_NEAR(d1.x, std::sqrt(0.5), 1e-9);
+  EXPECT_NEAR(d1.y, std::sqrt(0.5), 1e-9);
+}
+
+TEST(FitSpline, NaturalEndsHaveNoCurvatureAtTheEnds) {
+  Spline s;
+  ASSERT_EQ(kernel.fitSpline({{0, 0, 0}, {1, 2, 0}, {3, 1, 0}, {4, 3, 0}}, nullptr, nullptr, s), ErrorStatus::eOk);
+  // Second derivative by central differences of the first derivative.
+  for (double u : {s.knots.front(), s.knots.back()}) {
+    double h = 1e-5, sign = u == s.knots.front() ? 1 : -1;
+    ge::Vector3d a, b;
+    ASSERT_EQ(kernel.getFirstDeriv(s, u, a), ErrorStatus::eOk);
+    ASSERT_EQ(kernel.getFirstDeriv(s, u + sign * h, b), ErrorStatus::eOk);
+    EXPECT_LT((b - a).length() / h, 1e-3);
+  }
+}
+
+TEST(FitSpline, FewerThanTwoDistinctPointsIsRefused) {
+  Spline s;
+  EXPECT_EQ(kernel.fitSpline({{1, 1, 0}, {1, 1, 0}}, nullptr, nullptr, s), ErrorStatus::eInvalidInput);
+}
+
+TEST(SplineLength, AgreesWithIndependentQuadrature) {
+  Spline s;
+  ASSERT_EQ(kernel.fitSpline({{0, 0, 0}, {3, 5, 1}, {7, -2, 2}, {12, 4, 0}, {15, 0, -1}}, nullptr, nullptr, s),
+            ErrorStatus::eOk);
+  double end, len;
+  ASSERT_EQ(kernel.getEndParam(s, end), ErrorStatus::eOk);
+  ASSERT_EQ(kernel.getDistAtParam(s, end, len), ErrorStatus::eOk);
+  double oracle = 0;
+  for (size_t i = 3; i + 4 < s.knots.size(); ++i)  // span by span: the speed has kinks in its derivatives at knots
+    oracle += kerneltest::integrate(
+        [&](double u) {
+          ge::Vector3d d;
+          kernel.getFirstDeriv(s, u, d);
+          return d.length();
+        },
+        s.knots[i], s.knots[i + 1]);
+  EXPECT_NEAR(len, oracle, 1e-7 * oracle);
+  // Point at half the length splits the length in two.
+  double param, half;
+  ASSERT_EQ(kernel.getParamAtDist(s, len / 2, param), ErrorStatus::eOk);
+  ASSERT_EQ(kernel.getDistAtParam(s, param, half), ErrorStatus::eOk);
+  EXPECT_NEAR(half, len / 2, 1e-9 * len);
+}
+
+class ConicSpline : public ::testing::TestWithParam<EntityData> {};
+
+TEST_P(ConicSpline, RationalFormLiesExactlyOnTheCurveAndSharesItsEnds) {
+  const EntityData& e = GetParam();
+  Spline s;
+  ASSERT_EQ(kernel.getSpline(e, s), ErrorStatus::eOk);
+  EXPECT_EQ(s.degree, 2);
+  EXPECT_TRUE(s.isRational());
+  double a = s.knots.front(), b = s.knots.back();
+  for (int i = 0; i <= 40; ++i) {
+    Point3d p, q;
+    ASSERT_EQ(kernel.getPointAtParam(s, a + (b - a) * i / 40, p), ErrorStatus::eOk);
+    ASSERT_EQ(kernel.getClosestPointTo(e, p, q), ErrorStatus::eOk);
+    EXPECT_LT(p.distanceTo(q), 1e-9);
+  }
+  Point3d s0, e0, s1, e1;
+  kernel.getStartPoint(e, s0), kernel.getEndPoint(e, e0), kernel.getStartPoint(s, s1), kernel.getEndPoint(s, e1);
+  EXPECT_LT(s0.distanceTo(s1), 1e-9);
+  EXPECT_LT(e0.distanceTo(e1), 1e-9);
+  double l0, l1, p0, p1;
+  kernel.getEndParam(e, p0), kernel.getDistAtParam(e, p0, l0);
+  kernel.getEndParam(s, p1), kernel.getDistAtParam(s, p1, l1);
+  EXPECT_NEAR(l0, l1, 1e-9 * l0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, ConicSpline,
+                         ::testing::Values(EntityData{Circle{{1, 2, 0}, 3}},
+                                           EntityData{Arc{{0, 0, 1}, 2, 5.5, 1.0}},
+                                           EntityData{Arc{{0, 0, 0}, 2, 0.2, 0.4, 0, {0, 0, -1}}},
+                                           EntityData{Ellipse{{1, 1, 0}, {4, 3, 0}, {0, 0, 1}, 0.4, 0.5, 5.0}},
+                                           EntityData{Ellipse{{0, 0, 0}, {2, 0, 0}, {0, 1, 1}, 0.5, 0, 2 * kPi}}));
+
+TEST(SplineToPolyline, PrecisionSetsSegmentsPerSpanAndEndsMatch) {
+  Spline s;
+  ASSERT_EQ(kernel.fitSpline({{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {3, 1, 0}}, nullptr, nullptr, s), ErrorStatus::eOk);
+  EntityData out;
+  ASSERT_EQ(kernel.splineToPolyline(s, 10, out), ErrorStatus::eOk);
+  auto* pl = std::get_if<LwPolyline>(&out);
+  ASSERT_NE(pl, nullptr);
+  EXPECT_EQ(pl->vertices.size(), 3u * 10 + 1);
+  EXPECT_NEAR(pl->vertices.back().x, 3, 1e-12);
+  EXPECT_NEAR(pl->vertices.back().y, 1, 1e-12);
+  // Every vertex lies on the spline.
+  for (const auto& v : pl->vertices) {
+    Point3d q;
+    kernel.getClosestPointTo(s, {v.x, v.y, 0}, q);
+    EXPECT_LT(q.distanceTo({v.x, v.y, 0}), 1e-9);
+  }
+}
+
+TEST(SplineToPolyline, NonPlanarSplineGivesA3dPolyline) {
+  Spline s;
+  ASSERT_EQ(kernel.fitSpline({{0, 0, 0}, {1, 1, 1}, {2, 0, 0}, {3, 1, 2}}, nullptr, nullptr, s), ErrorStatus::eOk);
+  EntityData out;
+  ASSERT_EQ(kernel.splineToPolyline(s, 4, out), ErrorStatus::eOk);
+  EXPECT_TRUE(std::holds_alternative<Polyline3d>(out));
+}
+
+TEST(PolylinesHaveNoSplineOfTheirOwn, GetSplineIsNotApplicable) {
+  Spline s;
+  LwPolyline pl;
+  pl.vertices = {{0, 0}, {1, 0}};
+  EXPECT_EQ(kernel.getSpline(pl, s), ErrorStatus::eNotApplicable);
+  EXPECT_EQ(kernel.getSpline(Polyline3d{}, s), ErrorStatus::eNotApplicable);
+}
+
+TEST(SplineFitPolyline, GeneratedVerticesComeFirstAndTheFrameIsKept) {
+  Polyline2d pl;
+  for (auto p : {Point3d{0, 0, 0}, Point3d{4, 0, 0}, Point3d{4, 4, 0}, Point3d{0, 4, 0}}) pl.vertices.push_back({p});
+  ASSERT_EQ(kernel.fitPolyline2d(pl, 6, 8), ErrorStatus::eOk);
+  EXPECT_TRUE(pl.splineFit);
+  EXPECT_EQ(pl.curveType, PolyCurveType::kCubicSpline);
+  size_t generated = 0, frame = 0;
+  for (const auto& v : pl.vertices) (v.flags & kVertexSplineFrame ? frame : generated)++;
+  EXPECT_EQ(frame, 4u);
+  EXPECT_EQ(generated, 3u * 8 + 1);
+  // Open: the curve runs through the first and last frame points.
+  Point3d s, e;
+  kernel.getStartPoint(pl, s), kernel.getEndPoint(pl, e);
+  EXPECT_LT(s.distanceTo({0, 0, 0}), 1e-12);
+  EXPECT_LT(e.distanceTo({0, 4, 0}), 1e-12);
+  // Refitting with the quadratic type uses the same frame.
+  ASSERT_EQ(kernel.fitPolyline2d(pl, 5, 4), ErrorStatus::eOk);
+  EXPECT_EQ(pl.curveType, PolyCurveType::kQuadraticSpline);
+  frame = 0;
+  for (const auto& v : pl.vertices) frame += (v.flags & kVertexSplineFrame) ? 1 : 0;
+  EXPECT_EQ(frame, 4u);
+}
+
+}  // namespace

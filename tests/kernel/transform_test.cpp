@@ -1,0 +1,174 @@
+// transformBy and reverseCurve: the mapped curve is the image of the source,
+// and a reversed curve covers the same points in the opposite order.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "standalone/kernel/curve_kernel.h"
+
+namespace {
+
+using namespace host;
+using ge::Point3d;
+constexpr double kPi = std::numbers::pi;
+
+standalone::CurveKernel kernel;
+
+std::vector<Point3d> samples(const EntityData& e, int n = 24) {
+  double s, t;
+  kernel.getStartParam(e, s), kernel.getEndParam(e, t);
+  std::vector<Point3d> out;
+  for (int i = 0; i <= n; ++i) {
+    Point3d p;
+    EXPECT_EQ(kernel.getPointAtParam(e, s + (t - s) * i / n, p), ErrorStatus::eOk);
+    out.push_back(p);
+  }
+  return out;
+}
+
+double distanceTo(const EntityData& e, const Point3d& p) {
+  Point3d q;
+  EXPECT_EQ(kernel.getClosestPointTo(e, p, q), ErrorStatus::eOk);
+  return q.distanceTo(p);
+}
+
+Spline sampleSpline() {
+  Spline s;
+  kernel.fitSpline({{0, 0, 0}, {2, 1, 0}, {3, -1, 0}, {5, 2, 0}}, nullptr, nullptr, s);
+  return s;
+}
+
+LwPolyline sampleLw(bool closed) {
+  LwPolyline pl;
+  pl.vertices = {{0, 0, 0.4, 1, 2}, {3, 0, -0.3, 2, 3}, {4, 2, 0, 3, 4}, {1, 3, 0.9, 4, 5}};
+  pl.closed = closed;
+  pl.elevation = 1.5;
+  return pl;
+}
+
+std::vector<EntityData> curves() {
+  return {Line{{0, 0, 0}, {3, 4, 0}},
+          Circle{{1, 2, 0}, 2},
+          Arc{{1, 1, 0}, 3, 5.8, 1.2},
+          Arc{{0, 0, 2}, 1, 0.5, 2.0, 0, {0, 0, -1}},
+          Ellipse{{0, 0, 0}, {3, 1, 0}, {0, 0, 1}, 0.4, 0.3, 4.0},
+          sampleLw(false),
+          sampleLw(true),
+          sampleSpline()};
+}
+
+class EveryCurve : public ::testing::TestWithParam<size_t> {};
+
+TEST_P(EveryCurve, SimilarityMapsPointsOntoTheImage) {
+  EntityData e = curves()[GetParam()];
+  std::vector<ge::Matrix3d> maps{ge::Matrix3d::translation({3, -2, 1}), ge::Matrix3d::rotation(0.7, ge::kZAxis, {1, 1, 0}),
+                                 ge::Matrix3d::scaling(2.5, {-1, 0, 0}), ge::Matrix3d::mirroring({1, 0, 0}, {1, 1, 0}),
+                                 ge::Matrix3d::rotation(0.4, {1, 0, 0})};
+  for (const auto& m : maps) {
+    EntityData t = e;
+    ASSERT_EQ(kernel.transformBy(t, m), ErrorStatus::eOk);
+    EXPECT_EQ(t.index(), e.index());  // arcs stay arcs, circles stay circles
+    auto before = samples(e), after = samples(t);
+    for (const auto& p : before) EXPECT_LT(distanceTo(t, m.apply(p)), 1e-9) << GetParam();
+    // Start maps to start: the direction is kept. (A circle has no start of
+    // its own: parameter 0 follows its OCS X axis.)
+    if (!std::holds_alternative<Circle>(e)) {
+      EXPECT_LT(after.front().distanceTo(m.apply(before.front())), 1e-9);
+    }
+  }
+}
+
+TEST_P(EveryCurve, ReverseRunsThroughTheSamePointsBackwards) {
+  EntityData e = curves()[GetParam()];
+  EntityData r = e;
+  ASSERT_EQ(kernel.reverseCurve(r), ErrorStatus::eOk);
+  auto fwd = samples(e, 40), back = samples(r, 40);
+  Point3d s0, e0, s1, e1;
+  kernel.getStartPoint(e, s0), kernel.getEndPoint(e, e0), kernel.getStartPoint(r, s1), kernel.getEndPoint(r, e1);
+  if (!std::holds_alternative<Circle>(e)) {
+    EXPECT_LT(s1.distanceTo(e0), 1e-9);
+    EXPECT_LT(e1.distanceTo(s0), 1e-9);
+  }
+  // The reversed curve leaves its start against the direction in which the
+  // old curve arrived there (at its end parameter when that point is its start).
+  ge::Vector3d d0, d1;
+  double r0, re, pOld;
+  kernel.getStartParam(r, r0), kernel.getEndParam(e, re);
+  kernel.getFirstDeriv(r, r0, d1);
+  kernel.getParamAtPoint(e, s1, pOld);
+  kernel.getFirstDeriv(e, pOld == 0 ? re : pOld, d0);
+  EXPECT_LT(d0.normalized().dot(d1.normalized()), -1 + 1e-9);
+  for (const auto& p : back) EXPECT_LT(distanceTo(e, p), 1e-9);
+  double l0, l1, p0, p1;
+  kernel.getEndParam(e, p0), kernel.getDistAtParam(e, p0, l0), kernel.getEndParam(r, p1), kernel.getDistAtParam(r, p1, l1);
+  EXPECT_NEAR(l0, l1, 1e-9 * l0);
+  // Twice reversed is the same curve again.
+  EntityData rr = r;
+  ASSERT_EQ(kernel.reverseCurve(rr), ErrorStatus::eOk);
+  auto again = samples(rr, 40);
+  for (size_t i = 0; i < fwd.size(); ++i) EXPECT_LT(again[i].distanceTo(fwd[i]), 1e-9);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, EveryCurve, ::testing::Range<size_t>(0, 8));
+
+TEST(Transform, MirroredArcFlipsItsNormal) {
+  EntityData a = Arc{{2, 0, 0}, 1, 0, kPi / 2};
+  ASSERT_EQ(kernel.transformBy(a, ge::Matrix3d::mirroring({0, 0, 0}, {1, 0, 0})), ErrorStatus::eOk);
+  const auto& m = std::get<Arc>(a);
+  EXPECT_NEAR(m.normal.z, -1, 1e-12);
+  EXPECT_NEAR(m.center.x, -2, 1e-12);
+}
+
+TEST(Transform, NonUniformScaleOfACircleIsRefusedAndLeavesItAlone) {
+  ge::Matrix3d m;
+  m(0, 0) = 2;
+  EntityData c = Circle{{0, 0, 0}, 1};
+  EXPECT_EQ(kernel.transformBy(c, m), ErrorStatus::eInvalidInput);
+  EXPECT_EQ(std::get<Circle>(c).radius, 1);
+  EntityData l = Line{{0, 0, 0}, {1, 1, 0}};
+  ASSERT_EQ(kernel.transformBy(l, m), ErrorStatus::eOk);
+  EXPECT_EQ(std::get<Line>(l).end, (Point3d{2, 1, 0}));
+}
+
+TEST(Reverse, PolylineBulgesAndWidthsMoveWithTheirSegments) {
+  LwPolyline pl = sampleLw(false);
+  EntityData r = pl;
+  ASSERT_EQ(kernel.reverseCurve(r), ErrorStatus::eOk);
+  const auto& v = std::get<LwPolyline>(r).vertices;
+  // Segment 0 of the reversed polyline is the old segment 2 (vertex 2 to 3) run backwards.
+  EXPECT_EQ(v[0].bulge, -0.0);
+  EXPECT_EQ(v[1].bulge, 0.3);
+  EXPECT_EQ(v[2].bulge, -0.4);
+  EXPECT_EQ(v[0].startWidth, 4);
+  EXPECT_EQ(v[0].endWidth, 3);
+}
+
+TEST(Conversion, LightweightTo2dAndBackKeepsTheCurve) {
+  LwPolyline lw = sampleLw(true);
+  lw.constantWidth = 0;
+  Polyline2d p2;
+  EXPECT_EQ(kernel.convertLwTo2d(lw, p2), ErrorStatus::eObjectToBeDeleted);
+  EXPECT_EQ(p2.vertices.size(), 4u);
+  auto a = samples(lw), b = samples(p2);
+  for (size_t i = 0; i < a.size(); ++i) EXPECT_LT(a[i].distanceTo(b[i]), 1e-12);
+  LwPolyline back;
+  EXPECT_EQ(kernel.convert2dToLw(p2, back), ErrorStatus::eObjectToBeDeleted);
+  EXPECT_EQ(back.vertices, lw.vertices);
+  p2.splineFit = true;
+  EXPECT_EQ(kernel.convert2dToLw(p2, back), ErrorStatus::eNotApplicable);
+}
+
+TEST(Conversion, ConstantWidthBecomesVertexWidths) {
+  LwPolyline lw;
+  lw.vertices = {{0, 0}, {1, 0}};
+  lw.constantWidth = 0.5;
+  Polyline2d p2;
+  kernel.convertLwTo2d(lw, p2);
+  EXPECT_EQ(p2.vertices[0].startWidth, 0.5);
+  LwPolyline back;
+  kernel.convert2dToLw(p2, back);
+  EXPECT_EQ(back.constantWidth, 0.5);
+}
+
+}  // namespace

@@ -1,75 +1,23 @@
 // Cairo back end of the canvas: one class for all file kinds, since cairo
 // draws the same way on image, SVG and PDF surfaces.
-#include <cairo-ft.h>
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 #include <cairo.h>
 
-#include <fontconfig/fontconfig.h>
-
 #include <cmath>
-#include <cstdint>
 #include <fstream>
-#include <map>
 #include <numbers>
-#include <set>
 
 #include "standalone/render/file_canvas.h"
+#include "standalone/render/font_choice.h"
 #include "standalone/render/render_error.h"
 
 namespace standalone {
 
 namespace {
 
-// Font used for all text; fontconfig picks the nearest installed face.
-constexpr const char* kFontFamily = "DejaVu Sans";
 // Largest page we agree to allocate (pixels per side): 32768 is cairo's limit.
 constexpr int kMaxPagePx = 32767;
-
-// Code points of UTF-8 text; malformed bytes are skipped.
-std::vector<std::uint32_t> codePoints(const std::string& utf8) {
-  std::vector<std::uint32_t> out;
-  for (std::size_t i = 0; i < utf8.size();) {
-    auto c = static_cast<unsigned char>(utf8[i]);
-    int extra = c < 0x80 ? 0 : (c >> 5) == 6 ? 1 : (c >> 4) == 14 ? 2 : (c >> 3) == 30 ? 3 : -1;
-    if (extra < 0 || i + static_cast<std::size_t>(extra) >= utf8.size()) {
-      ++i;
-      continue;
-    }
-    std::uint32_t cp = extra == 0 ? c : c & (0x3F >> extra);
-    for (int k = 1; k <= extra; ++k) cp = (cp << 6) | (static_cast<unsigned char>(utf8[i + k]) & 0x3F);
-    out.push_back(cp);
-    i += static_cast<std::size_t>(extra) + 1;
-  }
-  return out;
-}
-
-// Text beyond Latin, Greek and Cyrillic needs a face chosen for its characters.
-bool needsCoveringFont(const std::string& utf8) {
-  for (std::uint32_t cp : codePoints(utf8))
-    if (cp >= 0x2000 && cp != 0x2300) return true;  // the diameter sign is in the default face
-  return false;
-}
-
-// A face that fontconfig picks for covering all characters of the text,
-// preferring our default family; the caller owns the reference.
-cairo_font_face_t* coveringFace(const std::string& utf8) {
-  FcPattern* pattern = FcPatternCreate();
-  FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>(kFontFamily));
-  FcPatternAddString(pattern, FC_FAMILY, reinterpret_cast<const FcChar8*>("sans-serif"));
-  FcCharSet* chars = FcCharSetCreate();
-  for (std::uint32_t cp : codePoints(utf8)) FcCharSetAddChar(chars, cp);
-  FcPatternAddCharSet(pattern, FC_CHARSET, chars);
-  FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
-  FcDefaultSubstitute(pattern);
-  FcResult result;
-  FcPattern* match = FcFontMatch(nullptr, pattern, &result);
-  cairo_font_face_t* face = cairo_ft_font_face_create_for_pattern(match ? match : pattern);
-  if (match) FcPatternDestroy(match);
-  FcCharSetDestroy(chars);
-  FcPatternDestroy(pattern);
-  return face;
-}
 
 std::string describe(const std::filesystem::path& file, const char* why) {
   return "Cannot write \"" + file.string() + "\": " + why;
@@ -101,7 +49,6 @@ class CairoCanvas : public FileCanvas {
     paintBackground(kWhite);
   }
   ~CairoCanvas() override {
-    for (auto& [key, face] : faces_) cairo_font_face_destroy(face);
     cairo_destroy(cr_);
     cairo_surface_destroy(surface_);
     if (!finished_) removePart();
@@ -201,19 +148,7 @@ class CairoCanvas : public FileCanvas {
     std::filesystem::remove(partFile_, ec);
   }
 
-  // Sets the font face for a text: the default one, or one that covers its
-  // characters (CJK and other scripts), looked up once per set of Unicode
-  // blocks of 256 code points.
-  void selectFaceFor(const std::string& utf8) {
-    if (!needsCoveringFont(utf8)) return;
-    std::set<std::uint32_t> blocks;
-    for (std::uint32_t cp : codePoints(utf8)) blocks.insert(cp >> 8);
-    std::string key;
-    for (std::uint32_t b : blocks) key += std::to_string(b) + ",";
-    auto it = faces_.find(key);
-    if (it == faces_.end()) it = faces_.emplace(key, coveringFace(utf8)).first;
-    cairo_set_font_face(cr_, it->second);
-  }
+  void selectFaceFor(const std::string& utf8) { fonts_.select(cr_, utf8); }
 
   // Height of a capital letter per unit of font size, measured once.
   double capHeightRatio() {
@@ -237,7 +172,7 @@ class CairoCanvas : public FileCanvas {
   cairo_t* cr_ = nullptr;
   double lineWidthPx_ = 1;
   double capRatio_ = 0;
-  std::map<std::string, cairo_font_face_t*> faces_;
+  FontChooser fonts_;
 };
 
 void CairoCanvas::text(const TextRun& run) {

@@ -49,8 +49,21 @@ void emit(const host::Text& t, const Emitter& out) {
   out.text(std::move(run), anchor, dir, up);
 }
 
-void emit(const host::MText& t, const Emitter& out) {
-  std::vector<std::string> lines = plainMTextLines(t.text);
+// Paragraphs wrapped at the reference width when there is one.
+std::vector<std::string> mtextLines(const host::MText& t, TextMeasurer& measurer) {
+  std::vector<std::string> lines;
+  for (const auto& paragraph : plainMTextLines(t.text)) {
+    if (t.referenceWidth <= 0 || paragraph.empty()) {
+      lines.push_back(paragraph);
+      continue;
+    }
+    for (auto& line : measurer.wrap(paragraph, t.height, t.referenceWidth)) lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+void emit(const host::MText& t, const Emitter& out, TextMeasurer& measurer) {
+  std::vector<std::string> lines = mtextLines(t, measurer);
   ge::Vector3d normal = t.normal.normalized().length() > 0 ? t.normal.normalized() : ge::kZAxis;
   ge::Vector3d dir = t.xDirection - normal * t.xDirection.dot(normal);
   if (dir.length() == 0) dir = ocsToWorld(normal).apply(ge::kXAxis);
@@ -172,10 +185,10 @@ void emit(const host::Image& im, const Emitter& out) {
 
 }  // namespace
 
-bool emitAnnotation(const host::EntityData& data, const Emitter& out, int pointMode, double pointSize) {
+bool emitAnnotation(const host::EntityData& data, const Emitter& out, const AnnotationStyle& style) {
   if (auto* x = std::get_if<host::Text>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::MText>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::PointEntity>(&data)) emit(*x, out, pointMode, pointSize);
+  else if (auto* x = std::get_if<host::MText>(&data)) emit(*x, out, style.measurer);
+  else if (auto* x = std::get_if<host::PointEntity>(&data)) emit(*x, out, style.pointMode, style.pointSize);
   else if (auto* x = std::get_if<host::Hatch>(&data)) emit(*x, out);
   else if (auto* x = std::get_if<host::Image>(&data)) emit(*x, out);
   else return false;

@@ -4,6 +4,7 @@
 #include "ge/matrix.h"
 #include "host/entity.h"
 #include "standalone/render/scene.h"
+#include "standalone/render/text_metrics.h"
 
 namespace standalone {
 
@@ -42,8 +43,15 @@ class Emitter {
 // false when the data is not a curve kind.
 bool emitCurve(const host::EntityData& data, const Emitter& out);
 
+// How annotations are drawn: the drawing's PDMODE and PDSIZE, and the font
+// measurer that lays out MTEXT paragraphs.
+struct AnnotationStyle {
+  int pointMode = 0;
+  double pointSize = 0;
+  TextMeasurer& measurer;
+};
+
 // Draws a text, mtext, point, hatch or image; false for other kinds.
-// pointMode and pointSize are the drawing's PDMODE and PDSIZE.
-bool emitAnnotation(const host::EntityData& data, const Emitter& out, int pointMode, double pointSize);
+bool emitAnnotation(const host::EntityData& data, const Emitter& out, const AnnotationStyle& style);
 
 }  // namespace standalone

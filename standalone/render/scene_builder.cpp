@@ -47,7 +47,7 @@ class SceneBuilder {
       return;
     }
     Emitter out(scene_, from.placement, color, lineWidthPx(e.props.lineweight));
-    if (!emitCurve(e.data, out)) emitAnnotation(e.data, out, options_.pointMode, options_.pointSize);
+    if (!emitCurve(e.data, out)) emitAnnotation(e.data, out, {options_.pointMode, options_.pointSize, measurer_});
   }
 
   void drawReference(const host::BlockReference& ref, const Rgb& color, const std::string& layer,
@@ -93,6 +93,7 @@ class SceneBuilder {
   const host::Drawing& drawing_;
   const SceneOptions& options_;
   Scene& scene_;
+  TextMeasurer measurer_;
 };
 
 }  // namespace

@@ -298,6 +298,20 @@ TEST_F(RenderDrawing, TextAndMTextLandNearTheirAnchors) {
   EXPECT_EQ(pic.inkCount(px(8.3), 0, 200, 200), 0);
 }
 
+TEST_F(RenderDrawing, MTextWrapsAtItsReferenceWidth) {
+  FakeDrawing d;
+  host::MText m;
+  m.position = {-9, 9, 0};
+  m.height = 1;
+  m.referenceWidth = 9;
+  m.text = "wrap these words into several short lines";
+  d.add(m);
+  Picture pic = render(d);
+  EXPECT_EQ(pic.inkCount(px(0.3), 0, 200, 200), 0);  // nothing beyond the reference width
+  // Line pitch 5/3 of the height: the third line's capitals sit between y = 4.67 and 5.67.
+  EXPECT_GT(pic.inkCount(px(-9), py(5.6), px(0), py(4.7)), 10);
+}
+
 TEST_F(RenderDrawing, EllipseSplineAndImageFrame) {
   FakeDrawing d;
   host::Ellipse e;

@@ -10,6 +10,7 @@
 #include "standalone/render/projection.h"
 #include "standalone/render/scene.h"
 #include "standalone/render/text_codes.h"
+#include "standalone/render/text_metrics.h"
 #include "standalone/render/view.h"
 
 using namespace standalone;
@@ -203,4 +204,32 @@ TEST(TextCodes, MTextFormattingIsStripped) {
   // Unterminated codes do not run past the end.
   EXPECT_EQ(plainMTextLines("abc\\H2")[0], "abc");
   EXPECT_EQ(plainMTextLines("abc\\")[0], "abc\\");
+}
+
+TEST(TextMeasurer, AdvanceScalesAndWrapRespectsTheWidth) {
+  TextMeasurer m;
+  double one = m.advance("Corvane", 1), two = m.advance("Corvane", 2);
+  EXPECT_GT(one, 3);  // seven letters are several capital heights wide
+  EXPECT_NEAR(two, 2 * one, 1e-9);
+  EXPECT_NEAR(m.advance("abab", 1), 2 * m.advance("ab", 1), 1e-6);
+  EXPECT_EQ(m.advance("", 1), 0);
+
+  std::string text = "the quick brown fox jumps over the lazy dog";
+  double width = m.advance("the quick brown", 1) * 1.01;
+  auto lines = m.wrap(text, 1, width);
+  ASSERT_GE(lines.size(), 3u);
+  std::string joined;
+  for (const auto& line : lines) {
+    EXPECT_LE(m.advance(line, 1), width) << line;
+    EXPECT_FALSE(line.empty());
+    joined += (joined.empty() ? "" : " ") + line;
+  }
+  EXPECT_EQ(joined, text);
+  EXPECT_EQ(lines[0], "the quick brown");
+  // A word wider than the width stands alone instead of vanishing.
+  auto narrow = m.wrap("a extraordinarily b", 1, m.advance("a", 1));
+  EXPECT_EQ(narrow, (std::vector<std::string>{"a", "extraordinarily", "b"}));
+  // CJK text breaks between characters.
+  auto cjk = m.wrap("\u4E2D\u6587\u4E2D\u6587", 1, m.advance("\u4E2D\u6587", 1) * 1.01);
+  EXPECT_EQ(cjk, (std::vector<std::string>{"\u4E2D\u6587", "\u4E2D\u6587"}));
 }

@@ -44,17 +44,30 @@ std::string_view TagReader::readLine() {
   return s;
 }
 
+// Group code of a line such as "  0" or "100": optional blanks, digits,
+// optional blanks; false for anything else.
+bool parseGroupCode(std::string_view line, int& code) {
+  std::size_t i = 0, n = line.size();
+  while (i < n && line[i] == ' ') ++i;
+  bool negative = i < n && line[i] == '-';
+  if (negative) ++i;
+  std::size_t digitsStart = i;
+  int value = 0;
+  while (i < n && line[i] >= '0' && line[i] <= '9' && i - digitsStart < 6) value = value * 10 + (line[i++] - '0');
+  if (i == digitsStart) return false;
+  while (i < n && (line[i] == ' ' || line[i] == '\t' || line[i] == '\r')) ++i;
+  code = negative ? -value : value;
+  return i == n;
+}
+
 bool TagReader::scan(RawTag& tag) {
   if (pos_ >= end_) return false;
   tag.start = pos_;
   tag.line = line_;
-  std::string_view codeText = trimmed(readLine());
-  int code = 0;
-  auto [ptr, ec] = std::from_chars(codeText.data(), codeText.data() + codeText.size(), code);
-  if (ec != std::errc{} || ptr != codeText.data() + codeText.size() || codeText.empty())
-    throw DxfError(tag.line, "expected a group code, found \"" + shown(codeText) + "\"");
-  if (pos_ >= end_) throw DxfError(tag.line, "group code " + std::to_string(code) + " has no value (file ends)");
-  tag.code = code;
+  std::string_view codeLine = readLine();
+  if (!parseGroupCode(codeLine, tag.code))
+    throw DxfError(tag.line, "expected a group code, found \"" + shown(trimmed(codeLine)) + "\"");
+  if (pos_ >= end_) throw DxfError(tag.line, "group code " + std::to_string(tag.code) + " has no value (file ends)");
   tag.value = readLine();
   return true;
 }

@@ -110,14 +110,16 @@ CurveList hypocycloid(const GeneratorInput& in) {
   }));
 }
 
-// Hypotrochoid: a circle of radius A rolls inside one of radius B carrying a
-// pen at distance C: x = (B-A) cos t + C cos((B-A)t/A), y = (B-A) sin t - C sin((B-A)t/A);
-// t over [0, 2 pi A]. P x 35 samples.
+// Hypotrochoid: a circle of radius A rolls inside one of radius A + B carrying
+// a pen at distance d = C A/4 (C = 4 draws the hypocycloid itself, below it a
+// curtate and above it a prolate curve): x = B cos t + d cos(B t/A),
+// y = B sin t - d sin(B t/A); t over [0, 2 pi A], so integer A and B close.
+// P x 35 samples.
 CurveList hypotrochoid(const GeneratorInput& in) {
-  const double a = in.real(0), b = in.real(1), c = in.real(2);
-  const double k = (b - a) / a;
+  const double a = in.real(0), b = in.real(1), d = in.real(2) * a / 4;
+  const double k = b / a;
   return single(planar(in.origin, precisionCount(in.whole(3)), 0.0, kTwoPi * a, [&](double t) {
-    return XY{(b - a) * std::cos(t) + c * std::cos(k * t), (b - a) * std::sin(t) - c * std::sin(k * t)};
+    return XY{b * std::cos(t) + d * std::cos(k * t), b * std::sin(t) - d * std::sin(k * t)};
   }));
 }
 

@@ -1,0 +1,112 @@
+// The catalogue rows as the list shows them, in both languages.
+#include <gtest/gtest.h>
+
+#include "formula/catalogue.h"
+
+namespace formula {
+namespace {
+
+TEST(FormulaCatalogue, NamesInBothLanguages) {
+  const auto& en = englishCatalogue();
+  const auto& zh = chineseCatalogue();
+  EXPECT_EQ(en[0].name, "1. Heart");
+  EXPECT_EQ(zh[0].name, "1. 心形曲线");
+  EXPECT_EQ(en[25].name, "26.Epicycloid");
+  EXPECT_EQ(zh[25].name, "26.外摆线");
+  EXPECT_EQ(en[42].name, "43.TSpring");
+  EXPECT_EQ(en[47].name, "48.Vinelaine");
+  EXPECT_EQ(en[49].name, "50. 8 Number");
+  EXPECT_EQ(en[67].name, "68.Lamé Curve(XiaoMi_LOGO)");
+  EXPECT_EQ(zh[20].name, "21.Talbot鱼尾曲线 ");  // the trailing blank belongs to the name
+  EXPECT_EQ(zh[17].name, "18.心脏线（肾形线）");
+  EXPECT_EQ(en[70].name, "71.........");
+  EXPECT_EQ(zh[70].name, "71.........");
+  EXPECT_EQ(&catalogueFor(true), &zh);
+  EXPECT_EQ(&catalogueFor(false), &en);
+}
+
+TEST(FormulaCatalogue, EveryRowIsNumberedInListOrder) {
+  for (bool chinese : {false, true}) {
+    const auto& table = catalogueFor(chinese);
+    for (int row = 0; row < kCurveCount; ++row) {
+      std::string number = std::to_string(row + 1);
+      EXPECT_EQ(table[row].name.substr(0, number.size()), number) << table[row].name;
+      EXPECT_EQ(table[row].name[number.size()], '.') << table[row].name;
+    }
+  }
+}
+
+TEST(FormulaCatalogue, PictureIdsRiseByRowAndSkipOneForTheLast) {
+  const auto& en = englishCatalogue();
+  for (int row = 0; row < 70; ++row) EXPECT_EQ(en[row].pictureId, 407 + row);
+  EXPECT_EQ(en[69].pictureId, 476);
+  EXPECT_EQ(en[70].pictureId, 478);
+  EXPECT_EQ(chineseCatalogue()[70].pictureId, 478);
+}
+
+TEST(FormulaCatalogue, CaptionsAreTranslatedWordsOnly) {
+  const auto& en = englishCatalogue();
+  const auto& zh = chineseCatalogue();
+  EXPECT_EQ(en[1].params[1].caption, "Hight");
+  EXPECT_EQ(zh[1].params[1].caption, "高度");
+  EXPECT_EQ(en[4].params[0].caption, "HightTimes");
+  EXPECT_EQ(zh[4].params[0].caption, "高度倍数");
+  EXPECT_EQ(zh[7].params[0].caption, "弹簧半径");
+  EXPECT_EQ(zh[11].params[1].caption, "N尖");
+  EXPECT_EQ(zh[14].params[2].caption, "螺距");
+  EXPECT_EQ(zh[14].params[3].caption, "半径");
+  EXPECT_EQ(zh[12].params[1].caption, "方向");
+  // One-letter and symbol captions stay as they are.
+  EXPECT_EQ(zh[68].params[1].caption, "N*10");
+  EXPECT_EQ(zh[62].params[0].caption, "R0");
+  EXPECT_EQ(zh[17].params[1].caption, "TYPE");
+  for (int row = 0; row < kCurveCount; ++row)
+    for (int k = 0; k < kParamCount; ++k) {
+      const auto& a = en[row].params[k];
+      const auto& b = zh[row].params[k];
+      EXPECT_EQ(a.shown(), b.shown());
+      EXPECT_EQ(std::tie(a.minValue, a.defaultValue, a.maxValue), std::tie(b.minValue, b.defaultValue, b.maxValue));
+    }
+}
+
+// Hidden slots that still carry a range, by list number: the generators read them.
+TEST(FormulaCatalogue, HiddenSlotsKeepTheirRanges) {
+  struct Hidden {
+    int row, slot, min, def, max;
+  };
+  const Hidden cases[] = {{4, 1, 1, 10, 10000}, {10, 2, 1, 30, 36}, {24, 2, 1, 1, 10}, {29, 3, 1, 12, 36},
+                          {39, 2, 1, 30, 36},  {40, 2, 1, 30, 36}, {44, 2, 1, 30, 36}, {45, 2, 1, 30, 36},
+                          {46, 2, 1, 30, 36},  {51, 3, 3, 5, 36},  {54, 2, 1, 30, 36}, {55, 2, 1, 30, 36},
+                          {56, 2, 1, 30, 36},  {59, 2, 1, 30, 36}, {60, 2, 1, 30, 36}, {69, 3, 1, 5, 36},
+                          {70, 2, 1, 31, 100}};
+  for (const auto& h : cases) {
+    const auto& p = englishCatalogue()[h.row].params[h.slot];
+    EXPECT_FALSE(p.shown()) << h.row;
+    EXPECT_EQ(p.minValue, h.min) << h.row;
+    EXPECT_EQ(p.defaultValue, h.def) << h.row;
+    EXPECT_EQ(p.maxValue, h.max) << h.row;
+  }
+}
+
+TEST(FormulaCatalogue, ShownSlotCountsAndRanges) {
+  auto shown = [](int row) {
+    int n = 0;
+    for (const auto& p : englishCatalogue()[row].params) n += p.shown();
+    return n;
+  };
+  EXPECT_EQ(shown(0), 1);
+  EXPECT_EQ(shown(5), 3);   // a, b, N
+  EXPECT_EQ(shown(14), 4);  // Loops, Direction, Dist, Radius
+  EXPECT_EQ(shown(70), 2);
+  const auto& ecg = englishCatalogue()[8].params[0];
+  EXPECT_EQ(std::tie(ecg.minValue, ecg.defaultValue, ecg.maxValue), std::make_tuple(50, 200, 200));
+  const auto& tips = englishCatalogue()[11].params[1];
+  EXPECT_EQ(std::tie(tips.caption, tips.minValue, tips.defaultValue, tips.maxValue),
+            std::make_tuple(std::string("Tips"), 3, 3, 36));
+  EXPECT_EQ(defaultParams(48), (std::array<int, 4>{3, 10, 100, 12}));
+  EXPECT_EQ(englishCatalogue()[12].params[1].clamp(-4), 0);
+  EXPECT_EQ(englishCatalogue()[12].params[1].clamp(7), 1);
+}
+
+}  // namespace
+}  // namespace formula

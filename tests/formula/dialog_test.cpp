@@ -1,0 +1,221 @@
+// The dialog model: start-up from the stored choices, list and edit changes,
+// sliders with live redraw, Preview, closing, and the stored choices read back
+// by the next run, in both languages.
+#include <gtest/gtest.h>
+
+#include "formula/main_dlg.h"
+#include "formula_host.h"
+#include "frame/language.h"
+#include "geom/curve_kind.h"
+
+namespace formula {
+namespace {
+
+using formula_test::FormulaHost;
+using formula_test::Reply;
+
+class Dialog : public ::testing::TestWithParam<bool> {
+ protected:
+  frame_test::FakeSettingsStore store;  // outlives the hosts: the registry between runs
+  std::unique_ptr<FormulaHost> h = std::make_unique<FormulaHost>(store);
+
+  void SetUp() override { frame::setChinese(GetParam()); }
+  void TearDown() override {
+    frame::setChinese(false);
+    geom::setCurveKindIsSpline(true);
+  }
+
+  CMainDlgDlg open() {
+    CMainDlgDlg dlg(h->host, h->settings);
+    dlg.onInitDialog();
+    return dlg;
+  }
+  size_t entityCount() const { return h->modelSpace().size(); }
+  void storeInt(std::string_view name, std::uint32_t v) { store.writeInt(frame::kSettingsKey, name, v); }
+  std::optional<std::uint32_t> stored(std::string_view name) { return store.readInt(frame::kSettingsKey, name); }
+};
+
+TEST_P(Dialog, StartsWithTheHeartSplineAndNoFrameWhenNothingIsStored) {
+  CMainDlgDlg dlg = open();
+  EXPECT_EQ(dlg.selectedIndex(), 0);
+  EXPECT_EQ(dlg.curveKindIndex(), 0);
+  EXPECT_EQ(dlg.curveKindText(0), GetParam() ? "生成 Spline" : "Spline");
+  EXPECT_EQ(dlg.curveKindText(1), GetParam() ? "生成 Polyline" : "Polyline");
+  EXPECT_FALSE(dlg.drawUcs());
+  EXPECT_FALSE(dlg.isDrawn());
+  EXPECT_FALSE(dlg.originPicked());
+  EXPECT_EQ(dlg.catalogue()[0].name, GetParam() ? "1. 心形曲线" : "1. Heart");
+  EXPECT_EQ(dlg.group(0).caption, GetParam() ? "宽度" : "Width");
+  EXPECT_EQ(dlg.group(0).editText, "10");
+  EXPECT_EQ(dlg.pictureId(), 407);
+  for (int k = 1; k < 4; ++k) EXPECT_FALSE(dlg.group(k).visible);
+  EXPECT_EQ(entityCount(), 0u);
+}
+
+TEST_P(Dialog, AStoredIndexBeyondTheListSelectsTheFirstRow) {
+  storeInt(kSettingListIndex, 200);
+  EXPECT_EQ(open().selectedIndex(), 0);
+  storeInt(kSettingListIndex, 70);
+  EXPECT_EQ(open().selectedIndex(), 70);
+}
+
+TEST_P(Dialog, TheHyperbolaShowsThreeGroups) {
+  CMainDlgDlg dlg = open();
+  dlg.onSelectionChange(5);
+  EXPECT_TRUE(dlg.group(0).visible && dlg.group(1).visible && dlg.group(2).visible);
+  EXPECT_FALSE(dlg.group(3).visible);
+  EXPECT_EQ(dlg.group(0).caption, "a");
+  EXPECT_EQ(dlg.group(2).caption, "N");
+  EXPECT_EQ(dlg.group(1).rangeMax, 10);
+  EXPECT_EQ(dlg.values()[0], 4);
+  EXPECT_EQ(dlg.pictureId(), 412);
+}
+
+TEST_P(Dialog, HiddenSlotsKeepTheirValue) {
+  CMainDlgDlg dlg = open();
+  dlg.onSelectionChange(14);  // four slots: Loops, Direction, Dist, Radius
+  dlg.onEditChange(3, "42");
+  dlg.onSelectionChange(5);  // three slots: the fourth is hidden and keeps 42
+  EXPECT_EQ(dlg.values()[3], 42);
+  EXPECT_EQ(dlg.group(3).editText, "42");
+}
+
+TEST_P(Dialog, EditsAreClampedToTheirRange) {
+  CMainDlgDlg dlg = open();
+  dlg.onSelectionChange(1);  // Waves [1..100], Hight [1..1000]
+  dlg.onEditChange(1, "5000");
+  EXPECT_EQ(dlg.values()[1], 1000);
+  EXPECT_EQ(dlg.group(1).editText, "1000");
+  EXPECT_EQ(dlg.group(1).sliderPos, 1000);
+  dlg.onEditChange(0, "-3");
+  EXPECT_EQ(dlg.group(0).editText, "1");
+  dlg.onEditChange(0, "");  // an empty edit reads as 0, below the range
+  EXPECT_EQ(dlg.values()[0], 1);
+  dlg.onEditChange(0, "37");
+  EXPECT_EQ(dlg.group(0).editText, "37");
+  EXPECT_EQ(dlg.group(0).sliderPos, 37);
+  EXPECT_EQ(parseEditInteger("  12abc"), 12);
+  EXPECT_EQ(parseEditInteger("99999999999999"), 2147483647);
+  EXPECT_EQ(parseEditInteger("-99999999999999"), -2147483647 - 1);
+}
+
+TEST_P(Dialog, SlidersRedrawOnlyAfterPreview) {
+  CMainDlgDlg dlg = open();
+  dlg.onSelectionChange(23);
+  dlg.onSliderMoved(0, 5);
+  EXPECT_EQ(dlg.group(0).editText, "5");
+  EXPECT_EQ(entityCount(), 0u);  // not drawn yet
+
+  h->editor.replies.push_back(Reply::point({10, 20, 0}));
+  dlg.onPreview();
+  EXPECT_NE(h->editor.transcript.find(GetParam() ? "\n请指定原点>>" : "\nPlease specify the origin>>"),
+            std::string::npos);
+  ASSERT_EQ(entityCount(), 1u);
+  host::ObjectId first = dlg.drawnIds().at(0);
+
+  dlg.onSliderMoved(1, 30);
+  ASSERT_EQ(entityCount(), 1u);  // replaced, not added
+  EXPECT_NE(dlg.drawnIds().at(0), first);
+  EXPECT_FALSE(h->drawing.read(first).has_value());
+  dlg.onSliderMoved(1, 31);
+  EXPECT_EQ(entityCount(), 1u);
+
+  dlg.onSelectionChange(13);  // a list change clears the drawn flag
+  dlg.onSliderMoved(0, 3);
+  EXPECT_EQ(entityCount(), 1u);
+  EXPECT_EQ(h->modelSpace()[0].id, dlg.drawnIds().at(0));  // the old curve stays until the next draw
+}
+
+TEST_P(Dialog, ACancelledOriginKeepsTheMarker) {
+  CMainDlgDlg dlg = open();
+  h->editor.replies.push_back(Reply::cancel());
+  dlg.onPreview();
+  EXPECT_FALSE(dlg.originPicked());
+  ASSERT_EQ(entityCount(), 1u);  // drawn at the unpicked marker
+  auto pts = formula_test::pointsOf(h->modelSpace()[0]);
+  EXPECT_DOUBLE_EQ(pts.at(0).z, kUnpickedOrigin.z);
+  dlg.onSliderMoved(0, 20);  // no live redraw without a picked origin
+  EXPECT_EQ(dlg.drawnIds().size(), 1u);
+  EXPECT_EQ(h->modelSpace()[0].id, dlg.drawnIds()[0]);
+}
+
+TEST_P(Dialog, ClosingWithoutPreviewAsksForTheOriginAndDraws) {
+  CMainDlgDlg dlg = open();
+  dlg.onSelectionChange(21);
+  h->editor.replies.push_back(Reply::point({1, 2, 0}));
+  dlg.onClose();
+  EXPECT_NE(h->editor.transcript.find(GetParam() ? "请指定原点" : "Please specify the origin"), std::string::npos);
+  EXPECT_EQ(entityCount(), 1u);
+  EXPECT_EQ(stored(kSettingListIndex), 21u);
+}
+
+TEST_P(Dialog, ClosingAfterPreviewRedrawsWithoutAsking) {
+  CMainDlgDlg dlg = open();
+  h->editor.replies.push_back(Reply::point({1, 2, 0}));
+  dlg.onPreview();
+  std::string before = h->editor.transcript;
+  dlg.onClose();
+  EXPECT_EQ(h->editor.transcript, before);
+  EXPECT_EQ(entityCount(), 1u);
+}
+
+TEST_P(Dialog, ChoicesPersistToTheNextRun) {
+  {
+    CMainDlgDlg dlg = open();
+    dlg.onSelectionChange(12);
+    dlg.onCurveKindChange(1);
+    dlg.onDrawUcsChange(true);
+    h->editor.replies.push_back(Reply::point({0, 0, 0}));
+    dlg.onClose();
+    EXPECT_FALSE(geom::curveKindIsSpline());
+  }
+  EXPECT_EQ(stored(kSettingListIndex), 12u);
+  EXPECT_EQ(stored(kSettingCurveIsPline), 1u);
+  EXPECT_EQ(stored(kSettingDrawUcs), 1u);
+
+  h = std::make_unique<FormulaHost>(store);  // a new session over the same store
+  CMainDlgDlg next = open();
+  EXPECT_EQ(next.selectedIndex(), 12);
+  EXPECT_EQ(next.curveKindIndex(), 1);
+  EXPECT_TRUE(next.drawUcs());
+}
+
+TEST_P(Dialog, NoSelectionIsStoredAsZero) {
+  CMainDlgDlg dlg = open();
+  dlg.onSelectionChange(-1);
+  dlg.onCurveKindChange(-1);
+  h->editor.replies.push_back(Reply::point({0, 0, 0}));
+  dlg.onClose();
+  EXPECT_EQ(entityCount(), 0u);  // nothing to draw without a selection
+  EXPECT_EQ(stored(kSettingListIndex), 0u);
+  EXPECT_EQ(stored(kSettingCurveIsPline), 0u);
+  EXPECT_TRUE(geom::curveKindIsSpline());  // no selection counts as "Spline"
+}
+
+TEST_P(Dialog, DrawUcsAddsAGraduatedFrameAroundTheCurve) {
+  CMainDlgDlg dlg = open();
+  dlg.onSelectionChange(21);  // four-leaved rose of radius 10
+  dlg.onDrawUcsChange(true);
+  h->editor.replies.push_back(Reply::point({50, 50, 0}));
+  dlg.onClose();
+  int lines = 0, texts = 0;
+  std::vector<std::string> labels;
+  for (const auto& e : h->modelSpace()) {
+    lines += std::holds_alternative<host::Line>(e.data);
+    if (auto* t = std::get_if<host::Text>(&e.data)) {
+      ++texts;
+      labels.push_back(t->text);
+    }
+  }
+  // Two axes plus one tick mark per label; the rose reaches 10 on each side.
+  EXPECT_EQ(lines, texts + 2);
+  EXPECT_GE(texts, 8);
+  EXPECT_NE(std::find(labels.begin(), labels.end(), "-10"), labels.end());
+  EXPECT_NE(std::find(labels.begin(), labels.end(), "10"), labels.end());
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, Dialog, ::testing::Values(false, true),
+                         [](const auto& info) { return info.param ? "Chinese" : "English"; });
+
+}  // namespace
+}  // namespace formula

@@ -1,0 +1,310 @@
+// Rows whose formula is fixed: sample points recomputed here from the printed
+// formula and compared with the points of the entity drawn into the embedded
+// drawing (as a polyline, so its vertices are the samples themselves).
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <functional>
+
+#include "formula/draw.h"
+#include "formula_host.h"
+#include "geom/curve_kind.h"
+
+namespace formula {
+namespace {
+
+using formula_test::FormulaHost;
+using formula_test::pointsOf;
+
+constexpr double PI = 3.14159265358979323846;
+const ge::Point3d O{3, -2, 5};
+
+struct XYZ {
+  double x, y, z = 0;
+};
+
+class GivenFormulas : public ::testing::Test {
+ protected:
+  frame_test::FakeSettingsStore store;
+  FormulaHost h{store};
+  DrawnIds drawn;
+
+  void SetUp() override { geom::setCurveKindIsSpline(false); }
+  void TearDown() override { geom::setCurveKindIsSpline(true); }
+
+  // Draws the row and returns the points of every entity made.
+  std::vector<ge::PointList> draw(int row, std::array<int, 4> params) {
+    drawFormulaCurve(h.host, row, O, params, drawn);
+    std::vector<ge::PointList> out;
+    for (host::ObjectId id : drawn) out.push_back(pointsOf(*h.drawing.read(id)));
+    return out;
+  }
+
+  // Compares the drawn points with n expected samples f(i), offset by O.
+  static void expectSamples(const ge::PointList& got, int n, const std::function<XYZ(int)>& f) {
+    ASSERT_EQ(static_cast<int>(got.size()), n);
+    for (int i = 0; i < n; ++i) {
+      XYZ e = f(i);
+      double scale = 1 + std::abs(e.x) + std::abs(e.y) + std::abs(e.z);
+      ASSERT_NEAR(got[i].x, O.x + e.x, 1e-9 * scale) << "sample " << i;
+      ASSERT_NEAR(got[i].y, O.y + e.y, 1e-9 * scale) << "sample " << i;
+      ASSERT_NEAR(got[i].z, O.z + e.z, 1e-9 * scale) << "sample " << i;
+    }
+  }
+  static double t(int i, int n, double range) { return range * i / (n - 1); }
+};
+
+TEST_F(GivenFormulas, HeartStopsOneStepShortAndUsesColourOne) {
+  geom::setCurveKindIsSpline(true);  // the heart asks for a closed curve in colour 1
+  auto got = draw(0, {64, 0, 0, 0});
+  ASSERT_EQ(got.size(), 1u);
+  expectSamples(got[0], 35, [](int i) {
+    double tt = 2 * PI * i / 36, s = 2.0;
+    return XYZ{16 * s * std::pow(std::sin(tt), 3),
+               s * (13 * std::cos(tt) - 5 * std::cos(2 * tt) - 2 * std::cos(3 * tt) - std::cos(4 * tt))};
+  });
+  host::Entity e = *h.drawing.read(drawn[0]);
+  EXPECT_EQ(e.props.color.index, 1);
+  ASSERT_TRUE(std::holds_alternative<host::Polyline3d>(e.data));  // the maker's closed-spline path
+  EXPECT_TRUE(std::get<host::Polyline3d>(e.data).closed);
+}
+
+TEST_F(GivenFormulas, HyperbolaDrawsBothBranches) {
+  auto got = draw(5, {4, 3, 2, 0});
+  ASSERT_EQ(got.size(), 2u);
+  for (int side = 0; side < 2; ++side)
+    expectSamples(got[side], 72, [&](int i) {
+      double y = 20.0 * i / 72 - 10, x = 4.0 / 3.0 * std::sqrt(y * y + 9);
+      return XYZ{side == 0 ? x : -x, y};
+    });
+}
+
+TEST_F(GivenFormulas, TricuspidWithThreeTipsIsADeltoidOf36Points) {
+  auto got = draw(11, {20, 3, 0, 0});
+  expectSamples(got[0], 36, [&](int i) {
+    double a = t(i, 36, 2 * PI);
+    return XYZ{10 * (2 * std::cos(a) + std::cos(2 * a)), 10 * (2 * std::sin(a) - std::sin(2 * a))};
+  });
+  auto five = draw(11, {20, 5, 0, 0});
+  EXPECT_EQ(five[0].size(), 3u * 36);  // (Tips - 2) x 36
+}
+
+TEST_F(GivenFormulas, InvoluteDirectionReversesTheSenseOfT) {
+  for (int dir : {1, 0}) {
+    auto got = draw(12, {2, dir, 3, 0});
+    double d = dir ? 1 : -1;
+    expectSamples(got[0], 72, [&](int i) {
+      double a = d * t(i, 72, 4 * PI);
+      return XYZ{3 * std::cos(a) + a * 3 * std::sin(a), 3 * std::sin(a) - 3 * a * std::cos(a)};
+    });
+  }
+}
+
+TEST_F(GivenFormulas, ArchimedesDirectionZeroMirrorsAboutTheYAxis) {
+  auto ccw = draw(13, {3, 1, 2, 0})[0];
+  auto cw = draw(13, {3, 0, 2, 0})[0];
+  expectSamples(ccw, 108, [&](int i) {
+    double a = t(i, 108, 6 * PI);
+    return XYZ{2 * a * std::cos(a), 2 * a * std::sin(a)};
+  });
+  for (size_t i = 0; i < ccw.size(); ++i) {
+    EXPECT_NEAR(cw[i].x - O.x, -(ccw[i].x - O.x), 1e-9);
+    EXPECT_NEAR(cw[i].y, ccw[i].y, 1e-9);
+  }
+}
+
+TEST_F(GivenFormulas, LogarithmicSpiralUsesTheLiteralBase) {
+  auto got = draw(14, {2, 1, 5, 3});
+  expectSamples(got[0], 72, [&](int i) {
+    double a = t(i, 72, 4 * PI), rho = 3 * std::pow(2.718281828, 0.005 * a);
+    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  });
+  // Growth per turn is 2.718281828^(0.005 * 2 pi): sample 36 is not a whole turn
+  // (the 72 samples span two turns over 71 steps), so measure at the ends.
+  double r0 = std::hypot(got[0][0].x - O.x, got[0][0].y - O.y);
+  double r1 = std::hypot(got[0][71].x - O.x, got[0][71].y - O.y);
+  EXPECT_NEAR(r1 / r0, std::pow(2.718281828, 0.005 * 4 * PI), 1e-12);
+  EXPECT_NE(r1 / r0, std::exp(0.005 * 4 * PI));
+}
+
+TEST_F(GivenFormulas, HyperbolicAndInterlockingSpiralsStartAtTEqualsOne) {
+  auto hyp = draw(15, {2, 0, 10, 0})[0];
+  expectSamples(hyp, 72, [&](int i) {
+    double a = 4 * PI * i / 71 + 1.0, rho = 10 / a;
+    return XYZ{-rho * std::cos(a), rho * std::sin(a)};
+  });
+  auto lit = draw(16, {2, 1, 10, 0})[0];
+  expectSamples(lit, 72, [&](int i) {
+    double a = 4 * PI * i / 71 + 1.0, rho = 10 / std::sqrt(a);
+    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  });
+}
+
+TEST_F(GivenFormulas, KidneyLineTypes) {
+  auto cardioid = draw(17, {10, 1, 0, 0})[0];
+  expectSamples(cardioid, 35, [&](int i) {
+    double a = t(i, 35, 2 * PI), rho = 20 * (1 + std::cos(a));
+    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  });
+  auto other = draw(17, {10, 0, 0, 0})[0];
+  expectSamples(other, 35, [&](int i) {
+    double a = t(i, 35, 2 * PI), rho = 10 * (1 + std::sin(a / 2));
+    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  });
+}
+
+TEST_F(GivenFormulas, FixedCountCurvesOf175And315Samples) {
+  expectSamples(draw(18, {4, 7, 0, 0})[0], 175, [&](int i) {
+    double a = t(i, 175, 2 * PI);
+    return XYZ{21 * std::cos(a) + 4 * std::cos(3 * a), 21 * std::sin(a) + 4 * std::sin(3 * a)};
+  });
+  expectSamples(draw(19, {5, 0, 0, 0})[0], 175, [&](int i) {
+    double a = t(i, 175, 2 * PI);
+    return XYZ{5 * (3 * std::cos(a) - std::cos(3 * a)), 5 * (3 * std::sin(a) - std::sin(3 * a))};
+  });
+  expectSamples(draw(21, {10, 0, 0, 0})[0], 175, [&](int i) {
+    double a = t(i, 175, 2 * PI), rho = 10 * std::cos(2 * a);
+    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  });
+  expectSamples(draw(22, {10, 0, 0, 0})[0], 175, [&](int i) {
+    double a = PI * i / 174, rho = 10 * std::cos(3 * a);
+    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  });
+  expectSamples(draw(24, {4, 10, 1, 0})[0], 315, [&](int i) {
+    double a = 10 * PI * i / 314;
+    return XYZ{4 * std::cos(a) + 10 * std::cos(0.8 * a), 4 * std::sin(a) - 10 * std::sin(0.8 * a)};
+  });
+}
+
+TEST_F(GivenFormulas, RhodoneaOf35PointsWithRhoTenSinSevenT) {
+  expectSamples(draw(23, {7, 10, 1, 0})[0], 35, [&](int i) {
+    double a = t(i, 35, 2 * PI), rho = 10 * std::sin(7 * a);
+    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  });
+}
+
+TEST_F(GivenFormulas, EpicycloidAndHypocycloidSweepTwoPiB) {
+  expectSamples(draw(25, {5, 8, 8, 2})[0], 70, [&](int i) {
+    double a = t(i, 70, 2 * PI * 8), k = 5.0 / 8 + 1;
+    return XYZ{13 * std::cos(a) - 8 * std::cos(k * a), 13 * std::sin(a) - 8 * std::sin(k * a)};
+  });
+  auto hypo = draw(26, {5, 8, 8, 2})[0];
+  expectSamples(hypo, 70, [&](int i) {
+    double a = t(i, 70, 2 * PI * 8), k = 1 - 5.0 / 8;
+    return XYZ{-3 * std::cos(a) + 8 * std::cos(k * a), -3 * std::sin(a) + 8 * std::sin(k * a)};
+  });
+  EXPECT_NEAR(hypo.front().distanceTo(hypo.back()), 0, 1e-9);  // integer A and B close
+}
+
+TEST_F(GivenFormulas, FermatAndLissajous) {
+  expectSamples(draw(30, {10, 2, 0, 0})[0], 70, [&](int i) {
+    double a = t(i, 70, 5 * PI), rho = 10 * std::sqrt(a);
+    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  });
+  auto liss = draw(48, {3, 10, 100, 1})[0];
+  expectSamples(liss, 35, [&](int i) {
+    double a = t(i, 35, 2 * PI);
+    return XYZ{100 * std::sin(3 * a + 100), 100 * std::sin(a)};
+  });
+  // B = 7: x amplitude 70 but y amplitude 49, not a square.
+  auto other = draw(48, {3, 7, 100, 12})[0];
+  double maxX = 0, maxY = 0;
+  for (auto& p : other) maxX = std::max(maxX, std::abs(p.x - O.x)), maxY = std::max(maxY, std::abs(p.y - O.y));
+  EXPECT_NEAR(maxX, 70, 0.1);
+  EXPECT_NEAR(maxY, 49, 0.1);
+}
+
+TEST_F(GivenFormulas, GraphsOverU) {
+  expectSamples(draw(41, {10, 20, 1, 0})[0], 35, [&](int i) {
+    double u = (double(i) / 34 - 0.5) * 4.5;
+    return XYZ{10 * u, 2.0 * 10 * std::exp(-u * u)};
+  });
+  expectSamples(draw(44, {10, 1, 30, 0})[0], 35, [&](int i) {
+    double u = (double(i) / 34 - 0.5) * 6;
+    return XYZ{10 * u, 10 * std::sinh(u)};
+  });
+  expectSamples(draw(45, {10, 1, 30, 0})[0], 35, [&](int i) {
+    double u = (double(i) / 34 - 0.5) * 6;
+    return XYZ{10 * u, 10 * std::cosh(u)};
+  });
+  expectSamples(draw(46, {10, 1, 30, 0})[0], 35, [&](int i) {
+    double u = (double(i) / 34 - 0.5) * 6;
+    return XYZ{10 * u, 10 * std::tanh(u)};
+  });
+}
+
+TEST_F(GivenFormulas, VinelaineGrowsWithTheSquareOfA) {
+  expectSamples(draw(47, {4, 1, 0, 0})[0], 35, [&](int i) {
+    double th = (double(i) / 34 - 0.5) * 150 * PI / 180, rho = 8 * std::tan(th) * std::sin(th);
+    return XYZ{4 * rho * std::cos(th), 4 * rho * std::sin(th)};
+  });
+}
+
+TEST_F(GivenFormulas, FigureEightLameAndMussel) {
+  expectSamples(draw(49, {20, 30, 1, 0})[0], 35, [&](int i) {
+    double a = t(i, 35, 2 * PI);
+    return XYZ{20 * std::cos(a), 30 * std::sin(2 * a)};
+  });
+  // Lame: every sample on |x/R|^(2/e) + |y/R|^(2/e) = 1 with e = 2/(n/10), signs following cos t and sin t.
+  auto lame = draw(67, {10, 31, 1, 0})[0];
+  ASSERT_EQ(lame.size(), 35u);
+  double e = 2 / 3.1;
+  for (auto& p : lame) {
+    double x = (p.x - O.x) / 10, y = (p.y - O.y) / 10;
+    EXPECT_NEAR(std::pow(std::abs(x), 2 / e) + std::pow(std::abs(y), 2 / e), 1, 1e-9);
+  }
+  expectSamples(draw(68, {10, 31, 1, 0})[0], 35, [&](int i) {
+    double th = (178.0 * i / 34 - 89) * PI / 180;
+    double rho = (31.0 * 31 * std::cos(2 * th) + 100) / (10 * std::cos(th));
+    return XYZ{rho * std::cos(th), rho * std::sin(th)};
+  });
+}
+
+TEST_F(GivenFormulas, CatenaryLowestPointOnTheOrigin) {
+  auto got = draw(65, {10, 50, 1, 0})[0];
+  expectSamples(got, 35, [&](int i) {
+    double u = (double(i) / 34 - 0.5) * 10, a = 125;
+    return XYZ{u, a * (std::exp(u / 10) + std::exp(-u / 10)) / 2 - a};
+  });
+  EXPECT_NEAR(got.front().x - O.x, -5, 1e-12);
+  EXPECT_NEAR(got.back().x - O.x, 5, 1e-12);
+  EXPECT_NEAR(got.front().y - O.y, 125 * (std::cosh(0.5) - 1), 1e-9);
+  EXPECT_NEAR(got[17].y - O.y, 0, 1e-12);  // the middle sample, u = 0
+}
+
+TEST_F(GivenFormulas, ParabolaCountFollowsSurftab1) {
+  h.sysvars.vars["SURFTAB1"] = host::ResBuf::shortInt(10);
+  auto got = draw(6, {8, 1, 0, 0})[0];
+  ASSERT_EQ(got.size(), 60u);
+  for (auto& p : got) EXPECT_NEAR(p.x - O.x, (p.y - O.y) * (p.y - O.y) / 16, 1e-9);  // x = y^2/(2a), k = 1
+}
+
+TEST_F(GivenFormulas, DiskSpringPassesAndSphericalHelixOnItsSphere) {
+  auto spring = draw(7, {20, 10, 2, 0})[0];
+  ASSERT_EQ(spring.size(), 3u * 180);
+  for (int i = 0; i < 540; ++i) {
+    double th = 2 * PI * (i % 180) / 179;
+    EXPECT_NEAR(spring[i].x - O.x, 20 * std::cos(th), 1e-9);
+    EXPECT_NEAR(spring[i].z - O.z, std::cos(th) + 10 * (i / 180), 1e-9);
+  }
+  for (int b : {0, 1}) {
+    auto helix = draw(31, {10, b, 2, 0})[0];
+    ASSERT_EQ(helix.size(), 70u);
+    for (auto& p : helix) EXPECT_NEAR(p.distanceTo(O), 10, 1e-9);
+  }
+}
+
+TEST_F(GivenFormulas, SplineKindKeepsTheSamplesAsFitPoints) {
+  geom::setCurveKindIsSpline(true);
+  drawFormulaCurve(h.host, 23, O, {7, 10, 1, 0}, drawn);
+  ASSERT_EQ(drawn.size(), 1u);
+  host::Entity e = *h.drawing.read(drawn[0]);
+  ASSERT_TRUE(std::holds_alternative<host::Spline>(e.data));
+  expectSamples(std::get<host::Spline>(e.data).fitPoints, 35, [&](int i) {
+    double a = t(i, 35, 2 * PI), rho = 10 * std::sin(7 * a);
+    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  });
+}
+
+}  // namespace
+}  // namespace formula

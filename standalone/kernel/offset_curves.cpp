@@ -19,8 +19,9 @@ using namespace kernel;
 
 namespace {
 
-// Largest distance, relative to the curve's size, between a fitted free-form
-// offset and the exact offset at the midpoints between its fit points.
+// Largest distance, relative to the diagonal of the source's extents, between
+// a fitted free-form offset and the exact offset, checked at the quarter
+// points between its fit points.
 constexpr double kFreeFormOffsetTolerance = 1e-7;
 
 ErrorStatus offsetLine(const host::Line& l, double d, std::vector<host::EntityData>& out) {
@@ -75,7 +76,7 @@ ErrorStatus offsetFreeForm(const Path& path, const ge::Vector3d& normal, double 
     return piecePoint(piece, u) + t.cross(normal).normalized() * d;
   };
   auto bps = pieceBreakpoints(piece);
-  double limit = kFreeFormOffsetTolerance * pathScale(path);
+  double limit = kFreeFormOffsetTolerance * pathExtents(path).diagonal();
   for (int perSpan = 8; perSpan <= 1024; perSpan *= 2) {
     std::vector<ge::Point3d> pts;
     std::vector<double> us;
@@ -89,7 +90,8 @@ ErrorStatus offsetFreeForm(const Path& path, const ge::Vector3d& normal, double 
     Path fitted{{Piece{*fit, fit->startParam(), fit->endParam()}}, false, normal};
     double worst = 0;
     for (size_t i = 0; i + 1 < us.size(); ++i)
-      worst = std::max(worst, closestPoint(fitted, exact((us[i] + us[i + 1]) / 2)).distance);
+      for (double f : {0.25, 0.5, 0.75})
+        worst = std::max(worst, closestPoint(fitted, exact(us[i] + (us[i + 1] - us[i]) * f)).distance);
     if (worst <= limit || perSpan == 1024) {
       host::Spline s;
       s.degree = 3;

@@ -238,11 +238,20 @@ std::vector<std::vector<Seg>> validSlices(const std::vector<SubSeg>& subs, const
   return kept;
 }
 
-// Phase 5: valid slices joined end to start into polylines.
+// Phase 5: valid slices joined end to start into polylines. Where the raw
+// offset ran over itself (collinear or concentric overlaps) the same slice
+// appears twice; it is kept once.
 std::vector<Pline2> stitch(std::vector<std::vector<Seg>> slices, double tol) {
   std::vector<Pline2> out;
-  std::vector<bool> used(slices.size(), false);
   double joinTol = 1e3 * tol;
+  auto same = [&](const std::vector<Seg>& x, const std::vector<Seg>& y) {
+    return (x.front().a - y.front().a).length() <= joinTol && (x.back().b - y.back().b).length() <= joinTol &&
+           (x.front().pointAt(0.5) - y.front().pointAt(0.5)).length() <= joinTol;
+  };
+  std::vector<bool> used(slices.size(), false);
+  for (size_t i = 0; i < slices.size(); ++i)
+    for (size_t j = i + 1; j < slices.size() && !used[i]; ++j)
+      if (!used[j] && same(slices[i], slices[j])) used[j] = true;
   for (size_t i = 0; i < slices.size(); ++i) {
     if (used[i]) continue;
     used[i] = true;

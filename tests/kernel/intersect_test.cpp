@@ -1,0 +1,121 @@
+// intersectWith against closed forms: every pairing of segment kinds,
+// extension modes, free-form refinement and curves in different planes.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "standalone/kernel/curve_kernel.h"
+
+namespace {
+
+using namespace host;
+using ge::Point3d;
+constexpr double kPi = std::numbers::pi;
+
+standalone::CurveKernel kernel;
+
+std::vector<Point3d> meet(const EntityData& a, const EntityData& b, Intersect mode = Intersect::kOnBothOperands) {
+  std::vector<Point3d> pts;
+  EXPECT_EQ(kernel.intersectWith(a, b, mode, pts), ErrorStatus::eOk);
+  std::sort(pts.begin(), pts.end(), [](const Point3d& p, const Point3d& q) {
+    return p.x != q.x ? p.x < q.x : p.y < q.y;
+  });
+  return pts;
+}
+
+void expectPoints(const std::vector<Point3d>& got, std::vector<Point3d> want, double tol = 1e-9) {
+  ASSERT_EQ(got.size(), want.size());
+  for (const auto& w : want) {
+    double best = INFINITY;
+    for (const auto& g : got) best = std::min(best, g.distanceTo(w));
+    EXPECT_LT(best, tol) << w.x << "," << w.y << "," << w.z;
+  }
+}
+
+TEST(Intersect, LinesCrossOnlyWithinBothUnlessExtended) {
+  Line a{{0, 0, 0}, {4, 4, 0}}, b{{0, 4, 0}, {1, 3, 0}};
+  expectPoints(meet(a, b), {});
+  expectPoints(meet(a, b, Intersect::kExtendArg), {{2, 2, 0}});
+  expectPoints(meet(b, a, Intersect::kExtendThis), {{2, 2, 0}});
+  expectPoints(meet(a, Line{{0, 4, 0}, {4, 0, 0}}), {{2, 2, 0}});
+  // Parallel lines never meet; a shared end point counts once.
+  expectPoints(meet(a, Line{{1, 0, 0}, {5, 4, 0}}), {});
+  expectPoints(meet(a, Line{{4, 4, 0}, {9, 0, 0}}), {{4, 4, 0}});
+}
+
+class CircleLine : public ::testing::TestWithParam<std::tuple<double, double>> {};
+
+TEST_P(CircleLine, ChordPointsAtTheClosedFormDistance) {
+  auto [r, h] = GetParam();
+  Circle c{{10, -5, 0}, r};
+  Line l{{10 - 3 * r, -5 + h, 0}, {10 + 3 * r, -5 + h, 0}};
+  auto pts = meet(c, l);
+  if (h > r) {
+    EXPECT_TRUE(pts.empty());
+    return;
+  }
+  double k = std::sqrt(r * r - h * h);
+  expectPoints(pts, {{10 - k, -5 + h, 0}, {10 + k, -5 + h, 0}}, 1e-9 * std::max(1.0, r));
+  expectPoints(meet(l, c), {{10 - k, -5 + h, 0}, {10 + k, -5 + h, 0}}, 1e-9 * std::max(1.0, r));
+}
+
+INSTANTIATE_TEST_SUITE_P(Radii, CircleLine,
+                         ::testing::Combine(::testing::Values(0.01, 1.0, 1000.0), ::testing::Values(0.0, 0.005, 0.7, 5.0)));
+
+TEST(Intersect, ArcsMeetOnlyInsideTheirSweeps) {
+  Arc a{{0, 0, 0}, 1, 0, kPi};   // upper half of the unit circle
+  Circle c{{1, 0, 0}, 1};        // meets the unit circle at (1/2, ±√3/2)
+  expectPoints(meet(a, c), {{0.5, std::sqrt(3.0) / 2, 0}});
+  expectPoints(meet(a, c, Intersect::kExtendThis), {{0.5, std::sqrt(3.0) / 2, 0}, {0.5, -std::sqrt(3.0) / 2, 0}});
+  // Tangent circles touch once.
+  expectPoints(meet(Circle{{0, 0, 0}, 1}, Circle{{3, 0, 0}, 2}), {{1, 0, 0}});
+}
+
+TEST(Intersect, BulgedPolylinesGiveEveryCrossingOnce) {
+  LwPolyline zig;
+  zig.vertices = {{0, 0}, {1, 1}, {2, 0}, {3, 1}, {4, 0}};
+  Line across{{-1, 0.5, 0}, {5, 0.5, 0}};
+  expectPoints(meet(zig, across), {{0.5, 0.5, 0}, {1.5, 0.5, 0}, {2.5, 0.5, 0}, {3.5, 0.5, 0}});
+  // Through a shared vertex: one point, not two.
+  expectPoints(meet(zig, Line{{1, 0, 0}, {1, 3, 0}}), {{1, 1, 0}});
+  LwPolyline bump;
+  bump.vertices = {{0, 0, -1}, {2, 0}};  // clockwise semicircle above the chord, top at (1, 1)
+  expectPoints(meet(bump, Line{{-1, 1, 0}, {3, 1, 0}}), {{1, 1, 0}}, 1e-7);
+}
+
+TEST(Intersect, EllipseAndLineRefineToTheExactPoints) {
+  Ellipse e{{0, 0, 0}, {4, 0, 0}, {0, 0, 1}, 0.5, 0, 2 * kPi};  // x²/16 + y²/4 = 1
+  Line l{{-5, 1, 0}, {5, 1, 0}};
+  double x = 4 * std::sqrt(1 - 0.25);
+  expectPoints(meet(e, l), {{-x, 1, 0}, {x, 1, 0}});
+  expectPoints(meet(l, e), {{-x, 1, 0}, {x, 1, 0}});
+}
+
+TEST(Intersect, SplineAndCircle) {
+  Spline s;
+  kernel.fitSpline({{-3, 0, 0}, {-1, 0.5, 0}, {1, -0.5, 0}, {3, 0, 0}}, nullptr, nullptr, s);
+  Circle c{{0, 0, 0}, 2};
+  auto pts = meet(s, c);
+  ASSERT_EQ(pts.size(), 2u);
+  for (const auto& p : pts) {
+    EXPECT_NEAR(std::hypot(p.x, p.y), 2, 1e-9);
+    Point3d q;
+    kernel.getClosestPointTo(s, p, q);
+    EXPECT_LT(q.distanceTo(p), 1e-9);
+  }
+}
+
+TEST(Intersect, CurvesInDifferentPlanesMeetWhereOneCrossesTheOther) {
+  Circle flat{{0, 0, 0}, 2};
+  Line vertical{{2, 0, -1}, {2, 0, 1}};
+  expectPoints(meet(flat, vertical), {{2, 0, 0}});
+  Line skew{{0, 0, 1}, {1, 1, 1}};
+  expectPoints(meet(Line{{0, 1, 0}, {1, 0, 0}}, skew), {});
+  Polyline3d p3;
+  p3.vertices = {{{0, 0, 0}}, {{2, 2, 2}}, {{4, 0, 0}}};
+  expectPoints(meet(p3, Line{{1, 1, -3}, {1, 1, 3}}), {{1, 1, 1}});
+}
+
+}  // namespace

@@ -1,0 +1,161 @@
+// Offsets: arcs stay arcs, corners meet as extended segments, loops are
+// trimmed, and shapes offset out and back in return.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "standalone/kernel/curve_kernel.h"
+#include "standalone/kernel/path_query.h"
+
+namespace {
+
+using namespace host;
+using ge::Point3d;
+constexpr double kPi = std::numbers::pi;
+
+standalone::CurveKernel kernel;
+
+std::vector<EntityData> offset(const EntityData& e, double d, ErrorStatus expect = ErrorStatus::eOk) {
+  std::vector<EntityData> out;
+  EXPECT_EQ(kernel.getOffsetCurves(e, d, out), expect);
+  return out;
+}
+
+double area(const EntityData& e) {
+  double a;
+  EXPECT_EQ(kernel.getArea(e, a), ErrorStatus::eOk);
+  return a;
+}
+
+double distanceTo(const EntityData& e, const Point3d& p) {
+  Point3d q;
+  kernel.getClosestPointTo(e, p, q);
+  return q.distanceTo(p);
+}
+
+// Every sample of every result lies at |d| from the source.
+void expectAtDistance(const EntityData& src, const std::vector<EntityData>& res, double d, double tol = 1e-9) {
+  for (const auto& r : res) {
+    double s, t;
+    kernel.getStartParam(r, s), kernel.getEndParam(r, t);
+    for (int i = 0; i <= 200; ++i) {
+      Point3d p;
+      kernel.getPointAtParam(r, s + (t - s) * i / 200, p);
+      EXPECT_NEAR(distanceTo(src, p), std::abs(d), tol);
+    }
+  }
+}
+
+LwPolyline square(double side) {
+  LwPolyline pl;
+  pl.vertices = {{0, 0}, {side, 0}, {side, side}, {0, side}};
+  pl.closed = true;
+  return pl;
+}
+
+TEST(Offset, CirclesAndArcsChangeRadiusOnly) {
+  auto out = offset(Circle{{1, 1, 0}, 3}, 2);
+  ASSERT_EQ(out.size(), 1u);
+  EXPECT_EQ(std::get<Circle>(out[0]).radius, 5);
+  out = offset(Arc{{0, 0, 0}, 3, 0.5, 2}, -1);
+  EXPECT_EQ(std::get<Arc>(out[0]).radius, 2);
+  EXPECT_EQ(std::get<Arc>(out[0]).startAngle, 0.5);
+  offset(Circle{{0, 0, 0}, 3}, -3, ErrorStatus::eInvalidOffset);
+}
+
+TEST(Offset, LinesGoTowardsSmallerXForNegativeDistances) {
+  auto out = offset(Line{{0, 0, 0}, {0, 5, 0}}, -2);
+  EXPECT_EQ(std::get<Line>(out[0]).start, (Point3d{-2, 0, 0}));
+  out = offset(Line{{0, 5, 0}, {0, 0, 0}}, -2);
+  EXPECT_EQ(std::get<Line>(out[0]).start, (Point3d{-2, 5, 0}));
+}
+
+TEST(Offset, CounterClockwiseSquareGrowsWithMitredCorners) {
+  auto out = offset(square(10), 1);
+  ASSERT_EQ(out.size(), 1u);
+  const auto& pl = std::get<LwPolyline>(out[0]);
+  EXPECT_TRUE(pl.closed);
+  EXPECT_EQ(pl.vertices.size(), 4u);
+  EXPECT_NEAR(area(out[0]), 144, 1e-9);
+  out = offset(square(10), -1);
+  EXPECT_NEAR(area(out[0]), 64, 1e-9);
+  offset(square(10), -5.5, ErrorStatus::eInvalidOffset);
+}
+
+class RoundedShape : public ::testing::TestWithParam<std::tuple<double, bool>> {};
+
+TEST_P(RoundedShape, OutAndBackInReturnsTheShape) {
+  auto [d, reversed] = GetParam();
+  // A stadium: two straight sides joined by semicircles (convex, counter-clockwise).
+  LwPolyline pl;
+  pl.vertices = {{0, 0}, {6, 0, 1}, {6, 4}, {0, 4, 1}};
+  pl.closed = true;
+  EntityData src = pl;
+  if (reversed) kernel.reverseCurve(src);
+  double sign = reversed ? -1 : 1;  // the right side of a clockwise shape is its inside
+  auto out = offset(src, sign * d);
+  ASSERT_EQ(out.size(), 1u);
+  expectAtDistance(src, out, d);
+  // Steiner: area grows by perimeter times d plus a disc of radius d.
+  EXPECT_NEAR(area(out[0]), 24 + kPi * 4 + d * (12 + 4 * kPi) + kPi * d * d, 1e-9 * 100);
+  auto back = offset(out[0], -sign * d);
+  ASSERT_EQ(back.size(), 1u);
+  EXPECT_NEAR(area(back[0]), area(src), 1e-9 * 100);
+  expectAtDistance(back[0], {src}, 0, 1e-9);
+}
+
+INSTANTIATE_TEST_SUITE_P(Distances, RoundedShape, ::testing::Combine(::testing::Values(0.1, 1.0, 7.5), ::testing::Bool()));
+
+TEST(Offset, InwardOffsetTrimsTheLoopsOfANarrowNeck) {
+  // A dumbbell: two 10x10 squares joined by a neck 2 high. Inward by 1.5 the
+  // neck vanishes and two separate squares remain.
+  LwPolyline pl;
+  pl.vertices = {{0, 0}, {10, 0}, {10, 4}, {14, 4}, {14, 0}, {24, 0}, {24, 10}, {14, 10}, {14, 6}, {10, 6}, {10, 10}, {0, 10}};
+  pl.closed = true;
+  auto out = offset(pl, -1.5);
+  ASSERT_EQ(out.size(), 2u);
+  for (const auto& r : out) {
+    EXPECT_TRUE(std::get<LwPolyline>(r).closed);
+    EXPECT_NEAR(area(r), 7 * 7, 1e-9);
+    // Across the old neck the side runs straight on, farther than 1.5 from the
+    // neck's corners; nothing comes nearer.
+    double s, t;
+    kernel.getStartParam(r, s), kernel.getEndParam(r, t);
+    for (int i = 0; i <= 400; ++i) {
+      Point3d p;
+      kernel.getPointAtParam(r, s + (t - s) * i / 400, p);
+      EXPECT_GE(distanceTo(pl, p), 1.5 - 1e-9);
+    }
+  }
+}
+
+TEST(Offset, OpenPolylineOnTheInsideOfASharpBendIsTrimmed) {
+  LwPolyline pl;
+  pl.vertices = {{0, 0}, {10, 0}, {10, 10}};  // turns left: its right side is outside
+  auto out = offset(pl, -2);                   // left side, inside the corner
+  ASSERT_EQ(out.size(), 1u);
+  const auto& r = std::get<LwPolyline>(out[0]);
+  ASSERT_EQ(r.vertices.size(), 3u);
+  EXPECT_NEAR(r.vertices[1].x, 8, 1e-12);
+  EXPECT_NEAR(r.vertices[1].y, 2, 1e-12);
+  expectAtDistance(pl, out, 2);
+}
+
+TEST(Offset, EllipseGivesASplineWithinTheStatedTolerance) {
+  Ellipse e{{0, 0, 0}, {5, 0, 0}, {0, 0, 1}, 0.6, 0, 2 * kPi};
+  auto out = offset(e, 1);
+  ASSERT_EQ(out.size(), 1u);
+  ASSERT_TRUE(std::holds_alternative<Spline>(out[0]));
+  expectAtDistance(e, out, 1, 1e-7 * 2 * std::hypot(5.0, 3.0));  // the stated tolerance: 1e-7 of the diagonal
+  // Positive is outward: the ellipse's area grows.
+  EXPECT_GT(area(out[0]), area(e));
+}
+
+TEST(Offset, Nonplanar3dPolylineIsNotOffset) {
+  Polyline3d p;
+  p.vertices = {{{0, 0, 0}}, {{1, 0, 1}}};
+  offset(p, 1, ErrorStatus::eNotApplicable);
+}
+
+}  // namespace

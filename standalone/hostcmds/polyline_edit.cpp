@@ -1,0 +1,248 @@
+#include "standalone/hostcmds/polyline_edit.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/codes.h"
+
+namespace standalone {
+
+namespace {
+
+constexpr const char* kFirstPrompt = "Select polyline or [Multiple]: ";
+constexpr const char* kMultipleOptions = "Enter an option [Close/Open/Join/Width/Fit/Spline/Decurve/Ltype gen/Reverse/Undo]: ";
+constexpr const char* kOptionKeywords = "Close Open Join Width Edit Fit Spline Decurve Ltype Reverse Undo";
+constexpr const char* kWidthPrompt = "Specify new width for all segments: ";
+
+bool isPolyline(const host::EntityData& d) {
+  return std::holds_alternative<host::LwPolyline>(d) || std::holds_alternative<host::Polyline2d>(d) ||
+         std::holds_alternative<host::Polyline3d>(d);
+}
+
+bool isClosed(const host::EntityData& d) {
+  if (auto* lw = std::get_if<host::LwPolyline>(&d)) return lw->closed;
+  if (auto* p2 = std::get_if<host::Polyline2d>(&d)) return p2->closed;
+  if (auto* p3 = std::get_if<host::Polyline3d>(&d)) return p3->closed;
+  return false;
+}
+
+// The option prompt of a single polyline: Open stands in for Close on a closed
+// one; a 3D polyline has no widths and no arcs.
+std::string singleOptions(const host::EntityData& d) {
+  std::string closeOrOpen = isClosed(d) ? "Open" : "Close";
+  if (std::holds_alternative<host::Polyline3d>(d))
+    return "Enter an option [" + closeOrOpen + "/Join/Edit vertex/Spline curve/Decurve/Reverse/Undo]: ";
+  return "Enter an option [" + closeOrOpen + "/Join/Width/Edit vertex/Fit/Spline/Decurve/Ltype gen/Reverse/Undo]: ";
+}
+
+bool setPlinegen(host::EntityData& d, bool on) {
+  if (auto* lw = std::get_if<host::LwPolyline>(&d)) return lw->plinegen = on, true;
+  if (auto* p2 = std::get_if<host::Polyline2d>(&d)) return p2->plinegen = on, true;
+  return false;
+}
+
+bool plinegenOf(const host::EntityData& d) {
+  if (auto* lw = std::get_if<host::LwPolyline>(&d)) return lw->plinegen;
+  if (auto* p2 = std::get_if<host::Polyline2d>(&d)) return p2->plinegen;
+  return false;
+}
+
+int readShort(const host::SystemVariables& vars, std::string_view name, int fallback) {
+  host::ResBuf v;
+  if (vars.getVar(name, v) != host::RTNORM) return fallback;
+  const auto* s = std::get_if<std::int16_t>(&v.value);
+  return s ? *s : fallback;
+}
+
+// One PEDIT run over its polylines, with the records before each option kept for Undo.
+class PolylineEdit {
+ public:
+  explicit PolylineEdit(HostCommandContext& c) : c_(c) {}
+
+  void operator()() {
+    if (!choosePolylines()) return;
+    while (true) {
+      c_.editor.initGet(0, kOptionKeywords);
+      std::string option;
+      int rc = c_.editor.getKword(prompt(), option);
+      if (rc != host::RTNORM) return;  // Enter ends the command, a cancel too
+      apply(option);
+    }
+  }
+
+ private:
+  bool choosePolylines() {
+    while (true) {
+      c_.editor.initGet(0, "Multiple");
+      host::ObjectId id;
+      ge::Point3d picked;
+      int rc = c_.editor.entSel(kFirstPrompt, id, picked);
+      if (rc == host::RTKWORD) return selectMultiple();
+      if (rc == host::RTCAN || rc == host::RTNONE) return false;
+      if (rc != host::RTNORM) continue;
+      std::optional<host::Entity> e = c_.drawing.read(id);
+      if (!e || !isPolyline(e->data)) {
+        c_.editor.print("Object selected is not a polyline.\n");
+        continue;
+      }
+      ids_ = {id};
+      multiple_ = false;
+      return true;
+    }
+  }
+
+  bool selectMultiple() {
+    host::ResBufList filter{host::ResBuf::group(-4, "<or"), host::ResBuf::group(0, "POLYLINE"),
+                            host::ResBuf::group(0, "LWPOLYLINE"), host::ResBuf::group(-4, "or>")};
+    if (c_.editor.ssget("", nullptr, nullptr, &filter, ids_) != host::RTNORM || ids_.empty()) return false;
+    multiple_ = true;
+    return true;
+  }
+
+  std::string prompt() const {
+    if (multiple_) return kMultipleOptions;
+    std::optional<host::Entity> e = c_.drawing.read(ids_.front());
+    return e ? singleOptions(e->data) : kMultipleOptions;
+  }
+
+  // Snapshot of every edited record, so Undo can put them back.
+  void remember() {
+    std::vector<host::Entity> snapshot;
+    for (host::ObjectId id : ids_)
+      if (std::optional<host::Entity> e = c_.drawing.read(id)) snapshot.push_back(*e);
+    undo_.push_back(std::move(snapshot));
+  }
+
+  template <class Edit>
+  void editEach(Edit edit) {
+    remember();
+    for (host::ObjectId id : ids_) {
+      std::optional<host::Entity> e = c_.drawing.read(id);
+      if (e && edit(*e)) c_.drawing.write(*e);
+    }
+  }
+
+  void apply(const std::string& option) {
+    if (option == "Close") return editEach([](host::Entity& e) { return setPolylineClosed(e.data, true); });
+    if (option == "Open") return editEach([](host::Entity& e) { return setPolylineClosed(e.data, false); });
+    if (option == "Width") return width();
+    if (option == "Spline") return editEach([this](host::Entity& e) { return splineFit(e); });
+    if (option == "Decurve") return editEach([](host::Entity& e) { return decurvePolyline(e.data); });
+    if (option == "Reverse")
+      return editEach([this](host::Entity& e) { return c_.curves.reverseCurve(e.data) == host::ErrorStatus::eOk; });
+    if (option == "Ltype") return linetypeGeneration();
+    if (option == "Undo") return undo();
+    c_.editor.print("The " + option + " option is not available in this build yet.\n");
+  }
+
+  void width() {
+    double w = 0;
+    c_.editor.initGet(host::RSG_NONEG, "");
+    if (c_.editor.getDist(nullptr, kWidthPrompt, w) != host::RTNORM) return;
+    editEach([w](host::Entity& e) { return setUniformWidth(e.data, w); });
+  }
+
+  void linetypeGeneration() {
+    bool on = false;
+    if (std::optional<host::Entity> e = c_.drawing.read(ids_.front())) on = plinegenOf(e->data);
+    c_.editor.initGet(0, "ON OFF");
+    std::string answer;
+    int rc = c_.editor.getKword(std::string("Enter polyline linetype generation option [ON/OFF] <") +
+                                    (on ? "On" : "Off") + ">: ",
+                                answer);
+    if (rc == host::RTNORM) on = answer == "ON";
+    else if (rc != host::RTNONE) return;
+    editEach([on](host::Entity& e) { return setPlinegen(e.data, on); });
+  }
+
+  // Spline fitting of a 2D polyline on its vertices as the frame; a
+  // lightweight polyline becomes a 2D polyline first, as in the host.
+  bool splineFit(host::Entity& e) {
+    host::Polyline2d pl;
+    if (auto* lw = std::get_if<host::LwPolyline>(&e.data)) {
+      if (c_.curves.convertLwTo2d(*lw, pl) != host::ErrorStatus::eObjectToBeDeleted) return false;
+    } else if (auto* p2 = std::get_if<host::Polyline2d>(&e.data)) {
+      pl = *p2;
+    } else {
+      c_.editor.print("Spline fitting of 3D polylines is not available in this build yet.\n");
+      return false;
+    }
+    int type = readShort(c_.sysvars, "SPLINETYPE", 6);
+    int segs = readShort(c_.sysvars, "SPLINESEGS", 8);
+    if (c_.curves.fitPolyline2d(pl, type, segs) != host::ErrorStatus::eOk) return false;
+    e.data = std::move(pl);
+    return true;
+  }
+
+  void undo() {
+    if (undo_.empty()) {
+      c_.editor.print("All changes have been undone.\n");
+      return;
+    }
+    for (const host::Entity& e : undo_.back()) c_.drawing.write(e);
+    undo_.pop_back();
+  }
+
+  HostCommandContext& c_;
+  std::vector<host::ObjectId> ids_;
+  bool multiple_ = false;
+  std::vector<std::vector<host::Entity>> undo_;
+};
+
+}  // namespace
+
+bool setUniformWidth(host::EntityData& d, double width) {
+  if (auto* lw = std::get_if<host::LwPolyline>(&d)) {
+    lw->constantWidth = width;
+    for (auto& v : lw->vertices) v.startWidth = v.endWidth = 0;
+    return true;
+  }
+  if (auto* p2 = std::get_if<host::Polyline2d>(&d)) {
+    p2->defaultStartWidth = p2->defaultEndWidth = width;
+    for (auto& v : p2->vertices) v.startWidth = v.endWidth = width;
+    return true;
+  }
+  return false;
+}
+
+bool setPolylineClosed(host::EntityData& d, bool closed) {
+  if (auto* lw = std::get_if<host::LwPolyline>(&d)) return lw->closed = closed, true;
+  if (auto* p2 = std::get_if<host::Polyline2d>(&d)) return p2->closed = closed, true;
+  if (auto* p3 = std::get_if<host::Polyline3d>(&d)) return p3->closed = closed, true;
+  return false;
+}
+
+bool decurvePolyline(host::EntityData& d) {
+  if (auto* p2 = std::get_if<host::Polyline2d>(&d)) {
+    if (p2->splineFit) {
+      std::erase_if(p2->vertices, [](const host::Vertex2d& v) { return !(v.flags & host::kVertexSplineFrame); });
+    } else if (p2->curveFit) {
+      std::erase_if(p2->vertices, [](const host::Vertex2d& v) { return v.flags & host::kVertexCurveFitExtra; });
+    }
+    for (auto& v : p2->vertices) v.flags &= ~(host::kVertexSplineFrame | host::kVertexCurveFitExtra);
+    p2->splineFit = p2->curveFit = false;
+    p2->curveType = host::PolyCurveType::kNone;
+    return true;
+  }
+  if (auto* p3 = std::get_if<host::Polyline3d>(&d)) {
+    if (p3->splineFit)
+      std::erase_if(p3->vertices, [](const host::Vertex3d& v) { return !(v.flags & host::kVertexSplineFrame); });
+    for (auto& v : p3->vertices) v.flags = host::kVertex3dPolyline;
+    p3->splineFit = false;
+    p3->curveType = host::PolyCurveType::kNone;
+    return true;
+  }
+  return std::holds_alternative<host::LwPolyline>(d);
+}
+
+void addPolylineEditCommands(HostCommandRunner& runner) {
+  runner.addHostCommand("PEDIT", [](HostCommandContext& c) {
+    PolylineEdit edit(c);
+    edit();
+  });
+}
+
+}  // namespace standalone

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <unordered_set>
 
 #include "standalone/db/dxf_entity_reader.h"
 #include "standalone/db/tag_record.h"
@@ -41,6 +42,13 @@ class FileReader {
   DrawingContents c_;
   EntityReadContext ctx_;
   std::vector<PendingOwner> pending_;
+  // Entities without a handle of their own (R12) or with one already taken:
+  // entity index, its block (npos for the ENTITIES section) and place in it.
+  struct PendingId {
+    std::size_t entity, block, position;
+  };
+  std::vector<PendingId> pendingIds_;
+  std::unordered_set<std::uint64_t> entityHandles_;
   std::vector<bool> blockIdKnown_;
   std::size_t lastLine_ = 1;
 };
@@ -194,6 +202,8 @@ void FileReader::readEntities(std::vector<std::uint64_t>& order, const BlockDefi
                           rec.extras.paperSpaceFlag ? PendingOwner::Space::kPaper : PendingOwner::Space::kModel});
     }
     ctx_.maxHandle = std::max(ctx_.maxHandle, rec.entity.id.value);
+    if (rec.entity.id.isNull() || !entityHandles_.insert(rec.entity.id.value).second)
+      pendingIds_.push_back({c_.entities.size(), block ? c_.blocks.size() : std::string::npos, order.size()});
     order.push_back(rec.entity.id.value);
     c_.entities.push_back(std::move(rec));
   }
@@ -242,6 +252,13 @@ void FileReader::resolveOwners() {
   findSpaces();
   if (c_.modelSpace == 0) c_.modelSpace = privateId();
   if (c_.paperSpace == 0) c_.paperSpace = privateId();
+  for (const PendingId& p : pendingIds_) {
+    EntityRecord& e = c_.entities[p.entity];
+    e.entity.id = {next++};
+    if (!e.raw.empty() && c_.hasHandles) e.raw = {};  // rewritten with its new handle
+    auto& order = p.block == std::string::npos ? c_.entitySection : c_.blocks[p.block].entities;
+    order[p.position] = e.entity.id.value;
+  }
   for (const PendingOwner& p : pending_) {
     auto& owner = c_.entities[p.entity].entity.owner.value;
     switch (p.space) {

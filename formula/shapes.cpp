@@ -33,21 +33,25 @@ CurveList goldenIngot(const GeneratorInput& in) {
   }));
 }
 
-// Cap: x = R cos t, y = 0.8R sin t for the upper half. Stem: y = 1.5R sin t,
-// x = R(w cos t + (1 - w) cos^7 t) with w = hidden slot/100 its half-width. P x 35 samples.
+// Cap: x = R cos t, y = 0.8R sin t for the upper half. Below it the gills turn
+// in quickly and the stem runs down with nearly straight sides:
+// x = R(w sign(cos t)|cos t|^0.3 + (1 - w) cos^31 t), y = 1.5R sin t, with
+// w = hidden slot/100 the stem's half-width. P x 35 samples.
 CurveList mushroom(const GeneratorInput& in) {
   const double r = in.real(0), w = in.real(2) / 100;
   return single(planar(in.origin, precisionCount(in.whole(1)), 0.0, kTwoPi, [&](double t) {
     double c = std::cos(t), s = std::sin(t);
     if (s >= 0) return XY{r * c, 0.8 * r * s};
-    return XY{r * (w * c + (1 - w) * std::pow(c, 7)), 1.5 * r * s};
+    return XY{r * (w * std::copysign(std::pow(std::abs(c), 0.3), c) + (1 - w) * std::pow(c, 31)), 1.5 * r * s};
   }));
 }
 
-// Fay's butterfly rho = (R/3)(e^cos t - 2 cos 4t + sin^5(t/12)), t over [0, 12 pi]. P x 35 samples.
+// Fay's butterfly rho = (R/3)(e^cos t - 2 cos 4t + sin^5(t/12)), one sweep of
+// t over [0, 2 pi] (the full pattern needs 12 pi, more than the samples can
+// follow). P x 35 samples.
 CurveList butterfly(const GeneratorInput& in) {
   const double r = in.real(0);
-  return single(planar(in.origin, precisionCount(in.whole(1)), 0.0, 12 * kPi, [&](double t) {
+  return single(planar(in.origin, precisionCount(in.whole(1)), 0.0, kTwoPi, [&](double t) {
     return polar(r / 3 * (std::exp(std::cos(t)) - 2 * std::cos(4 * t) + std::pow(std::sin(t / 12), 5)), t);
   }));
 }

@@ -143,15 +143,15 @@ std::optional<std::string> KeywordList::match(std::string_view answer) const {
   return std::nullopt;
 }
 
-std::string formatReal(double value) {
+std::string displayReal(double value) {
   if (value == 0) return "0";  // also for -0
   char buf[64];
   std::snprintf(buf, sizeof buf, "%.8g", value);
   return buf;
 }
 
-std::string formatPoint(const ge::Point3d& p) {
-  return formatReal(p.x) + "," + formatReal(p.y) + "," + formatReal(p.z);
+std::string displayPoint(const ge::Point3d& p) {
+  return displayReal(p.x) + "," + displayReal(p.y) + "," + displayReal(p.z);
 }
 
 }  // namespace standalone

@@ -60,8 +60,8 @@ std::string toUpperAscii(std::string_view text);
 // Case-insensitive ASCII equality.
 bool equalsNoCase(std::string_view a, std::string_view b);
 // A real printed as the host prints it on its command line: up to 8 significant digits, no trailing zeros.
-std::string formatReal(double value);
-// "x,y,z" with formatReal for each coordinate.
-std::string formatPoint(const ge::Point3d& p);
+std::string displayReal(double value);
+// "x,y,z" with displayReal for each coordinate.
+std::string displayPoint(const ge::Point3d& p);
 
 }  // namespace standalone

@@ -101,7 +101,7 @@ class Zoom {
   void center(HostCommandContext& c) {
     ge::Point3d p;
     if (c.editor.getPoint(nullptr, "Specify center point: ", p) != host::RTNORM) return;
-    std::string prompt = "Enter magnification or height <" + formatReal(c.view.height) + ">: ";
+    std::string prompt = "Enter magnification or height <" + displayReal(c.view.height) + ">: ";
     View v = c.view;
     v.center = {p.x, p.y};
     while (true) {

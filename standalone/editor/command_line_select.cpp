@@ -46,7 +46,7 @@ int CommandLine::entSel(std::string_view prompt, host::ObjectId& entity, ge::Poi
       lastPoint_ = resolvePoint(*p, lastPoint_);
       std::optional<host::ObjectId> id = finder_.pickAt(lastPoint_, pickAperture());
       if (!id) {
-        print("Nothing found at " + formatPoint(lastPoint_) + ".\n");
+        print("Nothing found at " + displayPoint(lastPoint_) + ".\n");
         return host::RTERROR;
       }
       entity = *id;

@@ -114,7 +114,7 @@ std::string printExpression(const Expr& e) {
     case Expr::Kind::kString:
       return "\"" + e.text + "\"";
     case Expr::Kind::kNumber:
-      return formatReal(e.number);
+      return displayReal(e.number);
     case Expr::Kind::kSymbol:
       return e.text;
     case Expr::Kind::kList: {

@@ -167,7 +167,7 @@ void HostCommandRunner::runQueuedExpressions() {
       Expr result = evaluateExpression(readExpression(text), bridge);
       t.print(printExpression(result) + "\n");
     } catch (const ExpressionError& e) {
-      t.print(std::string("Expression not supported: ") + e.what() + "\n");
+      t.print(std::string("; error: ") + e.what() + "\n");
     }
   }
 }

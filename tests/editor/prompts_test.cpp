@@ -1,0 +1,142 @@
+// Every prompt kind driven by a script through the embedded host, checked on
+// the transcript as the host's command line shows it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host_fixture.h"
+
+namespace corvane_test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+// "PROBE\n<kind>\n<bits>\n<keywords>\n<answers...>\nQuit\n"
+std::string probe(const std::string& kind, int bits, const std::string& keywords, const std::string& answers) {
+  return "PROBE\n" + kind + "\n" + std::to_string(bits) + "\n" + keywords + "\n" + answers + "\nQuit\n";
+}
+
+TEST(IntegerPrompt, RefusedAnswersAreAskedAgainWithTheHostsComplaint) {
+  HostFixture f;
+  std::string t = f.run(probe("Int", 0, "", "abc\n40000\n1.5\n12"));
+  EXPECT_THAT(t, HasSubstr("Enter an integer: abc\nRequires an integer value.\n"
+                           "Enter an integer: 40000\nRequires an integer between -32768 and 32767.\n"
+                           "Enter an integer: 1.5\nRequires an integer value.\n"
+                           "Enter an integer: 12\n-> RTNORM 12\n"));
+  EXPECT_FALSE(f.result().failure);
+}
+
+TEST(IntegerPrompt, EnterGivesNoneUnlessNonNullIsSet) {
+  HostFixture f;
+  EXPECT_THAT(f.run(probe("Int", 0, "", "")), HasSubstr("Enter an integer: \n-> RTNONE\n"));
+  // RSG_NONULL: the empty answer is refused and the prompt comes again.
+  EXPECT_THAT(f.run(probe("Int", 1, "", "\n7")), HasSubstr("Enter an integer: \nEnter an integer: 7\n-> RTNORM 7\n"));
+}
+
+TEST(IntegerPrompt, ZeroAndNegativeBits) {
+  HostFixture f;
+  EXPECT_THAT(f.run(probe("Int", 2, "", "0\n-2")),
+              HasSubstr("Enter an integer: 0\nValue must be nonzero.\nEnter an integer: -2\n-> RTNORM -2\n"));
+  EXPECT_THAT(f.run(probe("Int", 4, "", "-1\n0")),
+              HasSubstr("Enter an integer: -1\nValue must not be negative.\nEnter an integer: 0\n-> RTNORM 0\n"));
+  EXPECT_THAT(f.run(probe("Int", 6, "", "0\n-5\n3")),
+              HasSubstr("Enter an integer: 0\nValue must be positive and nonzero.\n"
+                        "Enter an integer: -5\nValue must be positive and nonzero.\n"
+                        "Enter an integer: 3\n-> RTNORM 3\n"));
+}
+
+TEST(IntegerPrompt, KeywordsAndArbitraryInput) {
+  HostFixture f;
+  EXPECT_THAT(f.run(probe("Int", 6, "Multiple", "m")), HasSubstr("-> RTKWORD Multiple\n"));
+  EXPECT_THAT(f.run(probe("Int", 6, "Multiple", "mul")), HasSubstr("-> RTKWORD Multiple\n"));
+  // RSG_OTHER hands any text back as a keyword.
+  EXPECT_THAT(f.run(probe("Int", 128, "", "hello")), HasSubstr("-> RTKWORD hello\n"));
+  // RSG_OTHER with RSG_NONULL: Enter comes back as an empty keyword.
+  EXPECT_THAT(f.run(probe("Int", 129, "", "")), HasSubstr("Enter an integer: \n-> RTKWORD \n"));
+}
+
+TEST(RealPrompt, NumbersAndComplaints) {
+  HostFixture f;
+  std::string t = f.run(probe("Real", 6, "", "x\n-0.5\n1.5e1"));
+  EXPECT_THAT(t, HasSubstr("Enter a real: x\nRequires numeric value.\n"
+                           "Enter a real: -0.5\nValue must be positive and nonzero.\n"
+                           "Enter a real: 1.5e1\n-> RTNORM 15\n"));
+}
+
+TEST(DistancePrompt, NumberOrTwoPoints) {
+  HostFixture f;
+  EXPECT_THAT(f.run(probe("Dist", 0, "", "2.5")), HasSubstr("-> RTNORM 2.5\n"));
+  EXPECT_THAT(f.run(probe("Dist", 0, "", "0,0\n3,4")),
+              HasSubstr("Enter a distance: 0,0\nSpecify second point: 3,4\n-> RTNORM 5\n"));
+  EXPECT_THAT(f.run(probe("Dist", 0, "", "abc\n1")),
+              HasSubstr("Enter a distance: abc\nRequires numeric distance or two points.\n"));
+  // With a base point (1,1) one point is enough.
+  EXPECT_THAT(f.run(probe("Base", 0, "", "4,5")), HasSubstr("Enter a distance: 4,5\n-> RTNORM 5\n"));
+}
+
+TEST(DistancePrompt, TwoDimensionalBitIgnoresHeight) {
+  HostFixture f;
+  EXPECT_THAT(f.run(probe("Dist", 0, "", "0,0,0\n3,4,12")), HasSubstr("-> RTNORM 13\n"));
+  EXPECT_THAT(f.run(probe("Dist", 64, "", "0,0,0\n3,4,12")), HasSubstr("-> RTNORM 5\n"));
+}
+
+TEST(PointPrompt, AbsoluteRelativeAndInvalid) {
+  HostFixture f;
+  std::string t = f.run("PROBE\nPoint\n0\n\n1,2\nPoint\n0\n\n@1,1\nPoint\n0\n\n@\nPoint\n0\n\nfoo\n1,2,3\nQuit\n");
+  EXPECT_THAT(t, HasSubstr("Enter a point: 1,2\n-> RTNORM 1,2,0\n"));
+  EXPECT_THAT(t, HasSubstr("Enter a point: @1,1\n-> RTNORM 2,3,0\n"));
+  EXPECT_THAT(t, HasSubstr("Enter a point: @\n-> RTNORM 2,3,0\n"));
+  EXPECT_THAT(t, HasSubstr("Enter a point: foo\nInvalid point.\nEnter a point: 1,2,3\n-> RTNORM 1,2,3\n"));
+}
+
+TEST(KeywordPrompt, CapitalLettersFullNamesAndGlobalForms) {
+  HostFixture f;
+  EXPECT_THAT(f.run(probe("Kword", 0, "Yes No", "n")), HasSubstr("Enter a keyword: n\n-> RTNORM No\n"));
+  EXPECT_THAT(f.run(probe("Kword", 0, "Yes No", "YES")), HasSubstr("-> RTNORM Yes\n"));
+  EXPECT_THAT(f.run(probe("Kword", 0, "Yes No", "nox\n")),
+              HasSubstr("Enter a keyword: nox\nInvalid option keyword.\nEnter a keyword: \n-> RTNONE\n"));
+  // Local keywords answer with their global form; "_" asks for the global one directly.
+  EXPECT_THAT(f.run(probe("Kword", 0, "Ja Nein LTyp _ Yes No Ltype", "j")), HasSubstr("-> RTNORM Yes\n"));
+  EXPECT_THAT(f.run(probe("Kword", 0, "Ja Nein LTyp _ Yes No Ltype", "_no")), HasSubstr("-> RTNORM No\n"));
+  EXPECT_THAT(f.run(probe("Kword", 0, "Ja Nein LTyp _ Yes No Ltype", "lty")), HasSubstr("-> RTNORM Ltype\n"));
+  // An explicit abbreviation after a comma.
+  EXPECT_THAT(f.run(probe("Kword", 0, "LTYPE,LT Layer", "lt")), HasSubstr("-> RTNORM LTYPE\n"));
+}
+
+TEST(StringPrompt, SpacesEndAnAnswerUnlessTheWholeLineIsTaken) {
+  HostFixture f;
+  EXPECT_THAT(f.run("PROBE\nLine hello big world\nQuit\n"), HasSubstr("-> RTNORM [hello big world]\n"));
+  std::string t = f.run("PROBE\nString hello Quit\n");
+  EXPECT_THAT(t, HasSubstr("Enter a text: hello\n-> RTNORM [hello]\nProbe"));
+  std::string longLine(140, 'a');
+  EXPECT_THAT(f.run("PROBE\nLine " + longLine + "\nQuit\n"), HasSubstr("[" + std::string(132, 'a') + "]"));
+}
+
+TEST(Cancel, CaretCCancelsThePromptAndTheCommandGoesOn) {
+  HostFixture f;
+  std::string t = f.run(probe("Int", 0, "", "^C"));
+  EXPECT_THAT(t, HasSubstr("Enter an integer: ^C\n*Cancel*\n-> RTCAN\n"));
+  EXPECT_FALSE(f.result().failure);
+}
+
+TEST(Pick, UsesThePickBoxMeasuredInPixelsOfTheView) {
+  HostFixture f;
+  host::ObjectId line = f.addLine({0, 0, 0}, {10, 0, 0});
+  // View height 10 over 1000 pixels and PICKBOX 3: the box reaches 0.03 units.
+  EXPECT_THAT(f.run("PROBE Pick 5,0.02 Quit\n"), HasSubstr("-> RTNORM " + hex(line) + " LINE at 5,0.02,0\n"));
+  std::string miss = f.run("PROBE Pick 5,0.05 Quit\n");
+  EXPECT_THAT(miss, HasSubstr("Nothing found at 5,0.05,0.\n-> RTERROR\n"));
+  // Zooming out doubles the view height and with it the box.
+  EXPECT_THAT(f.run("ZOOM 0.5x\nPROBE Pick 5,0.05 Quit\n"), HasSubstr("-> RTNORM " + hex(line) + " LINE"));
+}
+
+TEST(Pick, NearestEntityAndHandles) {
+  HostFixture f;
+  f.addLine({0, 0, 0}, {10, 0, 0});
+  host::ObjectId circle = f.addCircle({5, 1, 0}, 0.99);
+  EXPECT_THAT(f.run("PROBE Pick 5,0.011 Quit\n"), HasSubstr("-> RTNORM " + hex(circle) + " CIRCLE"));
+  EXPECT_THAT(f.run("PROBE Pick #" + hex(circle) + " Quit\n"), HasSubstr("-> RTNORM " + hex(circle) + " CIRCLE"));
+}
+
+}  // namespace
+}  // namespace corvane_test

@@ -1,0 +1,172 @@
+// The command loop, the command stack and the host commands driven by typing
+// and by tokens: unknown names, scripts that stop mid-prompt, ZOOM, ERASE,
+// MENULOAD through queued expressions, CMDECHO.
+#include <fstream>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "host_fixture.h"
+
+namespace corvane_test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+double viewSize(HostFixture& f) {
+  host::ResBuf v;
+  EXPECT_EQ(f.host().sysvars().getVar("VIEWSIZE", v), host::RTNORM);
+  return std::get<double>(v.value);
+}
+
+TEST(Session, UnknownCommandIsReportedAndTheRunFails) {
+  HostFixture f;
+  std::string t = f.run("XYZ\nPROBE Quit\n");
+  EXPECT_THAT(t, HasSubstr("Command: XYZ\nUnknown command \"XYZ\".  Press F1 for help.\nCommand: PROBE\n"));
+  ASSERT_TRUE(f.result().failure);
+  EXPECT_THAT(*f.result().failure, HasSubstr("XYZ"));
+  EXPECT_EQ(f.result().commandsRun, 1);
+}
+
+TEST(Session, InputThatEndsWhileAPromptWaitsIsAFailureNamingThePrompt) {
+  HostFixture f;
+  f.run("PROBE Int 0\n\n");
+  ASSERT_TRUE(f.result().failure);
+  EXPECT_THAT(*f.result().failure, HasSubstr("Enter an integer:"));
+}
+
+TEST(Session, CommentLinesAndCaseOfNamesDoNotMatter) {
+  HostFixture f;
+  std::string t = f.run("; a comment\nprobe quit\n_test_probe Q\n");
+  EXPECT_THAT(t, Not(HasSubstr("comment")));
+  EXPECT_EQ(f.result().commandsRun, 2);
+  EXPECT_FALSE(f.result().failure);
+}
+
+TEST(CommandStack, GroupsNamesAndRemoval) {
+  HostFixture f;
+  standalone::CommandRegistry& r = f.host().commands();
+  int runs = 0;
+  EXPECT_TRUE(r.addCommand("G", "GLOBAL_ONE", "ONE", 0, [&] { ++runs; }));
+  EXPECT_FALSE(r.addCommand("G", "global_one", "OTHER", 0, [] {}));  // same global name in the group
+  EXPECT_FALSE(r.addCommand("G", "X2", "one", 0, [] {}));            // same local name in the group
+  f.run("one\n_GLOBAL_ONE\nglobal_one\n");
+  EXPECT_EQ(runs, 3);
+  f.run("_ONE\n");  // a local name is no global name
+  EXPECT_TRUE(f.result().failure);
+  EXPECT_TRUE(r.removeGroup("g"));
+  f.run("ONE\n");
+  EXPECT_EQ(runs, 3);
+}
+
+TEST(Zoom, WindowCenterScaleExtentsAndPrevious) {
+  HostFixture f;
+  f.addLine({0, 0, 0}, {100, 20, 0});
+  EXPECT_DOUBLE_EQ(viewSize(f), 10);  // the empty drawing's view
+  f.run("ZOOM E\n");
+  EXPECT_DOUBLE_EQ(viewSize(f), 62.5);  // extents at 1600x1000: 100 wide needs 62.5 high
+  f.run("ZOOM W 0,0 16,4\n");
+  EXPECT_DOUBLE_EQ(viewSize(f), 10);
+  f.run("ZOOM 2x\n");
+  EXPECT_DOUBLE_EQ(viewSize(f), 5);
+  f.run("ZOOM C 50,10 40\n");
+  EXPECT_DOUBLE_EQ(viewSize(f), 40);
+  host::ResBuf ctr;
+  f.host().sysvars().getVar("VIEWCTR", ctr);
+  EXPECT_EQ(std::get<ge::Point3d>(ctr.value), (ge::Point3d{50, 10, 0}));
+  f.run("ZOOM P\nZOOM P\n");
+  EXPECT_DOUBLE_EQ(viewSize(f), 10);
+  f.run("ZOOM P\n");
+  EXPECT_DOUBLE_EQ(viewSize(f), 62.5);
+  EXPECT_FALSE(f.result().failure);
+}
+
+TEST(Zoom, ViewIsStoredInTheDrawingsActiveViewport) {
+  HostFixture f;
+  f.run("ZOOM C 3,4 7\n");
+  f.host().storeView();
+  std::optional<standalone::ActiveView> v = f.host().drawing().activeView();
+  ASSERT_TRUE(v);
+  EXPECT_DOUBLE_EQ(v->height, 7);
+  EXPECT_DOUBLE_EQ(v->center.x, 3);
+  EXPECT_DOUBLE_EQ(v->center.y, 4);
+  EXPECT_DOUBLE_EQ(v->aspect, 1.6);
+}
+
+TEST(HostCommandTokens, EraseDrivenByTokensAndEchoFollowsCmdecho) {
+  HostFixture f;
+  host::ObjectId a = f.addLine({0, 0, 0}, {1, 0, 0});
+  host::ObjectId b = f.addLine({0, 5, 0}, {1, 5, 0});
+  host::Host& h = f.host().host();
+  int rc = h.hostCommands.command({host::ResBuf::text("_.ERASE"), host::ResBuf::entity(a), host::ResBuf::enter()});
+  EXPECT_EQ(rc, host::RTNORM);
+  EXPECT_FALSE(h.drawing.read(a));
+  EXPECT_TRUE(h.drawing.read(b));
+  EXPECT_THAT(f.transcript(), HasSubstr("Command: _.ERASE\nSelect objects: #" + hex(a) + "\n1 found\n"));
+
+  std::size_t before = f.transcript().size();
+  h.sysvars.setVar("CMDECHO", host::ResBuf::shortInt(0));
+  rc = h.hostCommands.command({host::ResBuf::text("ERASE"), host::ResBuf::entity(b), host::ResBuf::enter()});
+  EXPECT_EQ(rc, host::RTNORM);
+  EXPECT_FALSE(h.drawing.read(b));
+  EXPECT_THAT(f.transcript().substr(before), Not(HasSubstr("Select objects")));
+}
+
+TEST(HostCommandTokens, TooFewTokensCancelAndUnknownNamesFail) {
+  HostFixture f;
+  f.addLine({0, 0, 0}, {1, 0, 0});
+  host::Host& h = f.host().host();
+  EXPECT_EQ(h.hostCommands.command({host::ResBuf::text("ZOOM"), host::ResBuf::text("W"), host::ResBuf::text("0,0")}),
+            host::RTCAN);
+  EXPECT_EQ(h.hostCommands.command({host::ResBuf::text("NOSUCH")}), host::RTERROR);
+  EXPECT_EQ(h.hostCommands.releaseNumber(), 23);
+}
+
+class MenuTest : public ::testing::Test {
+ protected:
+  void writeMenu(const std::string& text) { std::ofstream(path) << text; }
+  // A command that queues what a plug-in queues at drawing load.
+  void addQueueingCommand() {
+    host::Host& h = f.host().host();
+    h.commandStack.addCommand("T", "QUEUE_MENU", "QM", 0, [&h, this] {
+      h.hostCommands.queueExpression("(if(null(menugroup \"CORVANE\"))(command \"menuload\" \"" + path + "\")) ");
+      h.hostCommands.queueExpression("(menucmd \"P12=+CORVANE.POP1\")");
+    });
+  }
+
+  HostFixture f;
+  std::string path = f.dir.file("menu.cuix");
+};
+
+TEST_F(MenuTest, QueuedExpressionsLoadTheMenuOnceAndPutItOnTheMenuBar) {
+  writeMenu("CORVANE-MENU 1\nGROUP CORVANE\nPOPUP POP1 Corvane\nITEM Divide | ^C^C_ZORL_PLDevide\nSEPARATOR\n");
+  addQueueingCommand();
+  std::string t = f.run("QM\n");
+  EXPECT_THAT(t, HasSubstr("Command: menuload\nEnter name of menu file to load: " + path +
+                           "\nMenu group \"CORVANE\" loaded: 1 pop-up menu, 2 entries.\n"));
+  EXPECT_TRUE(f.host().host().hostCommands.isMenuGroupLoaded("corvane"));
+  EXPECT_EQ(f.host().menus().menuBar(), std::vector<std::string>{"CORVANE.POP1"});
+  EXPECT_THAT(f.host().menus().describeMenuBar(), HasSubstr("Corvane (CORVANE.POP1)\n  Divide  [^C^C_ZORL_PLDevide]\n"));
+  // The second time the group is there, so the if does nothing.
+  std::string again = f.run("QM\n");
+  EXPECT_THAT(again, Not(HasSubstr("MENULOAD")));
+}
+
+TEST_F(MenuTest, BadMenuFileLoadsNothingAndSaysWhy) {
+  writeMenu("CORVANE-MENU 1\nGROUP CORVANE\nITEM Divide | x\n");
+  addQueueingCommand();
+  std::string t = f.run("QM\n");
+  EXPECT_THAT(t, HasSubstr("Cannot load the menu file " + path + ": line 3: ITEM before the first POPUP\n"));
+  EXPECT_FALSE(f.host().host().hostCommands.isMenuGroupLoaded("CORVANE"));
+  EXPECT_THAT(t, HasSubstr("; error: menucmd cannot do"));
+}
+
+TEST_F(MenuTest, OtherExpressionsAreReportedAsNotSupported) {
+  f.host().host().hostCommands.queueExpression("(setq a 1)");
+  f.host().hostCommands().runQueuedExpressions();
+  EXPECT_THAT(f.transcript(), HasSubstr("Command: (setq a 1)\n; error: the function SETQ is not supported\n"));
+}
+
+}  // namespace
+}  // namespace corvane_test

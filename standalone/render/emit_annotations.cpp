@@ -11,7 +11,6 @@ namespace standalone {
 
 namespace {
 
-constexpr double kTwoPi = 2 * std::numbers::pi;
 // Distance between MTEXT baselines per unit of text height (line spacing factor 1).
 constexpr double kMTextLinePitch = 5.0 / 3.0;
 
@@ -102,11 +101,7 @@ struct Sweep {
   double from = 0, to = 0;
 };
 Sweep edgeSweep(double start, double end, bool ccw) {
-  if (ccw)
-    while (end <= start) end += kTwoPi;
-  else
-    while (end >= start) end -= kTwoPi;
-  return {start, end};
+  return {start, ccw ? start + ccwSweep(start, end) : start - ccwSweep(end, start)};
 }
 
 // One closed boundary path of a hatch, in world space after the OCS.

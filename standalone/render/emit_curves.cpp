@@ -159,8 +159,8 @@ void emit(const host::Circle& c, const Emitter& out) {
 
 void emit(const host::Arc& a, const Emitter& out) {
   Plane plane = planeOf(a.normal);
-  double end = a.endAngle;
-  while (end <= a.startAngle) end += kTwoPi;  // arcs always run counter-clockwise about their normal
+  // Arcs always run counter-clockwise about their normal.
+  double end = a.startAngle + ccwSweep(a.startAngle, a.endAngle);
   Path path;
   out.addArc(path, a.center, plane.x, plane.y, a.radius, a.startAngle, end, true, false);
   out.stroke(std::move(path));
@@ -168,9 +168,7 @@ void emit(const host::Arc& a, const Emitter& out) {
 
 void emit(const host::Ellipse& e, const Emitter& out) {
   ge::Vector3d minor = e.normal.normalized().cross(e.majorAxis) * e.ratio;
-  double end = e.endParam;
-  while (end <= e.startParam) end += kTwoPi;
-  double sweep = std::min(end - e.startParam, kTwoPi);
+  double sweep = ccwSweep(e.startParam, e.endParam);
   int pieces = piecesForSweep(sweep);
   ge::PointList points;
   for (int i = 0; i <= pieces; ++i) {

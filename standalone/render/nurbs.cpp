@@ -12,8 +12,9 @@ namespace {
 constexpr int kSamplesPerSpan = 24;
 // Samples per helix turn when it is built from its axis data.
 constexpr int kHelixSamplesPerTurn = 72;
-// Upper bound on helix turns we draw, so bad data cannot exhaust memory.
-constexpr double kMaxHelixTurns = 10000;
+// Most helix turns we draw: the host allows 500, and bad data must not
+// make us sample millions of points.
+constexpr double kMaxHelixTurns = 500;
 
 struct Homogeneous {
   double x = 0, y = 0, z = 0, w = 1;

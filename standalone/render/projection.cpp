@@ -56,9 +56,18 @@ std::optional<BulgeArc> bulgeToArc(const ge::Point2d& a, const ge::Point2d& b, d
   return BulgeArc{center, radius, a0, a0 + theta, bulge > 0};
 }
 
+double ccwSweep(double startAngle, double endAngle) {
+  constexpr double kTwoPi = 2 * std::numbers::pi;
+  if (!std::isfinite(startAngle) || !std::isfinite(endAngle)) return 0;
+  double sweep = std::fmod(endAngle - startAngle, kTwoPi);
+  if (sweep <= 0) sweep += kTwoPi;
+  return sweep;
+}
+
 int piecesForSweep(double sweep) {
   // One piece per 2 degrees keeps the chord error under 1e-4 of the radius.
   constexpr double kPieceAngle = std::numbers::pi / 90;
+  if (!std::isfinite(sweep)) return 4;
   return std::clamp(static_cast<int>(std::ceil(std::abs(sweep) / kPieceAngle)), 4, 720);
 }
 

@@ -32,6 +32,10 @@ struct BulgeArc {
 };
 std::optional<BulgeArc> bulgeToArc(const ge::Point2d& a, const ge::Point2d& b, double bulge);
 
+// The counter-clockwise sweep from one angle to another (radians), in
+// (0, 2 pi]: equal angles mean a full turn. Non-finite angles give 0.
+double ccwSweep(double startAngle, double endAngle);
+
 // XY projection of a world point.
 inline ge::Point2d toXY(const ge::Point3d& p) { return {p.x, p.y}; }
 

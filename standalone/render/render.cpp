@@ -42,7 +42,7 @@ void renderDrawing(const host::Drawing& drawing, const std::filesystem::path& fi
   Scene scene = buildScene(drawing, sceneOptions(o));
   ViewTransform view = viewFor(scene, o);
   canvas->setView(view);
-  paintScene(scene, *canvas, view.viewHeight(pageOf(o)));
+  paintScene(scene, *canvas, {view.scale, view.viewHeight(pageOf(o))});
   canvas->finish();
 }
 
@@ -83,7 +83,7 @@ void renderPointListsToPng(const std::vector<ge::PointList>& lists, const std::f
   PageRect page{0, 0, static_cast<double>(widthPx), static_cast<double>(heightPx)};
   ViewTransform view = fitView(scene.extents(), page, kPreviewMargin);
   canvas->setView(view);
-  paintScene(scene, *canvas, view.viewHeight(page));
+  paintScene(scene, *canvas, {view.scale, view.viewHeight(page)});
   canvas->finish();
 }
 
@@ -99,7 +99,7 @@ void renderSheetToPng(const std::vector<SheetCell>& cells, const std::filesystem
     Scene scene = pointListScene(cells[i].lists);
     ViewTransform view = fitView(scene.extents(), picture, kPreviewMargin);
     canvas->setView(view);
-    paintScene(scene, *canvas, view.viewHeight(picture));
+    paintScene(scene, *canvas, {view.scale, view.viewHeight(picture)});
     canvas->setColor(kBlack);
     canvas->pageText(cells[i].caption, {x + 4, y + cellPx - captionBand + 2}, std::min(kCaptionPx, captionBand * 0.7));
   }

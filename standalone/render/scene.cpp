@@ -42,6 +42,25 @@ void addTextExtents(const TextRun& t, Box2d& box) {
     for (double dy : {y0 - 0.25 * h, y0 + h}) box.add(t.anchor.x + c * dx - s * dy, t.anchor.y + s * dx + c * dy);
 }
 
+bool isFinite(const ge::Point2d& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
+
+// A path with a non-finite number anywhere (broken data) is not drawn at all.
+bool isFinite(const Path& path) {
+  for (const auto& op : path.ops) {
+    if (auto* m = std::get_if<PathMove>(&op); m && !isFinite(m->to)) return false;
+    if (auto* l = std::get_if<PathLine>(&op); l && !isFinite(l->to)) return false;
+    if (auto* a = std::get_if<PathArc>(&op); a && !(isFinite(a->center) && std::isfinite(a->radius) &&
+                                                    std::isfinite(a->startAngle) && std::isfinite(a->endAngle)))
+      return false;
+  }
+  return true;
+}
+
+bool isFinite(const TextRun& t) {
+  return isFinite(t.anchor) && std::isfinite(t.height) && std::isfinite(t.rotation) && std::isfinite(t.widthFactor) &&
+         std::isfinite(t.oblique) && std::isfinite(t.fitWidth);
+}
+
 void tracePath(const Path& path, Canvas& canvas) {
   for (const auto& op : path.ops) {
     if (auto* m = std::get_if<PathMove>(&op)) canvas.moveTo(m->to);
@@ -49,6 +68,48 @@ void tracePath(const Path& path, Canvas& canvas) {
     else if (auto* a = std::get_if<PathArc>(&op)) canvas.arc(a->center, a->radius, a->startAngle, a->endAngle, a->ccw);
     else canvas.closePath();
   }
+}
+
+// Strokes a path in pieces of a few hundred operations. Stroking one long,
+// self-crossing path (a helix of many turns seen from above) costs time
+// quadratic in its crossings; pieces look the same and stay fast.
+// Straight pieces shorter than this many pixels are merged into the next
+// one: they change nothing visible and dense sampling would cost dearly.
+constexpr double kMinPiecePx = 0.25;
+
+void strokeInPieces(const Path& path, Canvas& canvas, double pixelsPerUnit) {
+  constexpr std::size_t kOpsPerStroke = 256;
+  double minPiece = kMinPiecePx / pixelsPerUnit;
+  std::size_t sinceStroke = 0;
+  ge::Point2d subpathStart, current;
+  bool split = false;  // the current sub-path was cut, so a close must be drawn as a line
+  for (std::size_t i = 0; i < path.ops.size(); ++i) {
+    const PathOp& op = path.ops[i];
+    if (auto* m = std::get_if<PathMove>(&op)) {
+      canvas.moveTo(m->to);
+      subpathStart = current = m->to;
+      split = false;
+    } else if (auto* l = std::get_if<PathLine>(&op)) {
+      bool nextIsLine = i + 1 < path.ops.size() && std::holds_alternative<PathLine>(path.ops[i + 1]);
+      if (nextIsLine && std::hypot(l->to.x - current.x, l->to.y - current.y) < minPiece) continue;
+      canvas.lineTo(l->to);
+      current = l->to;
+    } else if (auto* a = std::get_if<PathArc>(&op)) {
+      canvas.arc(a->center, a->radius, a->startAngle, a->endAngle, a->ccw);
+      current = {a->center.x + a->radius * std::cos(a->endAngle), a->center.y + a->radius * std::sin(a->endAngle)};
+    } else {
+      if (split) canvas.lineTo(subpathStart);
+      else canvas.closePath();
+      current = subpathStart;
+    }
+    if (++sinceStroke >= kOpsPerStroke) {
+      canvas.stroke();
+      canvas.moveTo(current);
+      sinceStroke = 0;
+      split = true;
+    }
+  }
+  canvas.stroke();
 }
 
 void paintMarker(const PointMarker& m, Canvas& canvas, double viewHeight) {
@@ -106,18 +167,24 @@ Box2d Scene::extents() const {
   return box;
 }
 
-void paintScene(const Scene& scene, Canvas& canvas, double viewHeight) {
+void paintScene(const Scene& scene, Canvas& canvas, const PaintScale& scale) {
+  double viewHeight = scale.viewHeight;
   for (const auto& item : scene.items) {
     canvas.setColor(item.color);
     canvas.setLineWidth(item.lineWidthPx);
     if (auto* p = std::get_if<ScenePath>(&item.shape)) {
-      tracePath(p->path, canvas);
-      if (p->filled) canvas.fill();
-      else canvas.stroke();
+      if (!isFinite(p->path)) continue;
+      if (p->filled) {
+        tracePath(p->path, canvas);
+        canvas.fill();
+      } else {
+        strokeInPieces(p->path, canvas, scale.pixelsPerUnit);
+      }
     } else if (auto* t = std::get_if<TextRun>(&item.shape)) {
-      canvas.text(*t);
+      if (isFinite(*t)) canvas.text(*t);
     } else if (auto* m = std::get_if<PointMarker>(&item.shape)) {
-      paintMarker(*m, canvas, viewHeight);
+      if (isFinite(m->at) && std::isfinite(m->rotation) && std::isfinite(markerSize(*m, viewHeight)))
+        paintMarker(*m, canvas, viewHeight);
     }
   }
 }

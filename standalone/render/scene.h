@@ -67,9 +67,14 @@ struct Scene {
 // Size of a point glyph in drawing units for a view of the given height.
 double markerSize(const PointMarker& m, double viewHeight);
 
-// Paints the scene on the canvas in its current view; viewHeight (drawing
-// units) sizes the point glyphs whose size is relative.
-void paintScene(const Scene& scene, Canvas& canvas, double viewHeight);
+// What painting needs to know of the view the canvas shows.
+struct PaintScale {
+  double pixelsPerUnit = 1;  // page pixels per drawing unit
+  double viewHeight = 1;     // drawing units; sizes the point glyphs whose size is relative
+};
+
+// Paints the scene on the canvas in its current view.
+void paintScene(const Scene& scene, Canvas& canvas, const PaintScale& scale);
 
 // Adds the extents of one path (arcs by their true bulge, not their chord).
 void addPathExtents(const Path& path, Box2d& box);

@@ -14,6 +14,9 @@ namespace {
 constexpr double kDefaultLineWidthPx = 1.0;
 // Pixels per millimetre of lineweight, as a 96 dpi screen shows them.
 constexpr double kPixelsPerMm = 96.0 / 25.4;
+// Most entities one picture draws: block references nested and arrayed by a
+// broken or hostile file could otherwise multiply beyond any memory.
+constexpr std::size_t kMaxDrawnEntities = 2'000'000;
 
 // What a block reference passes on to the entities drawn through it.
 struct Inherited {
@@ -30,8 +33,10 @@ class SceneBuilder {
       : drawing_(drawing), options_(options), scene_(scene) {}
 
   void drawSpace(host::ObjectId record, const Inherited& from) {
-    for (host::ObjectId id : drawing_.entitiesOf(record))
+    for (host::ObjectId id : drawing_.entitiesOf(record)) {
+      if (drawn_ >= kMaxDrawnEntities) return;
       if (auto entity = drawing_.read(id)) drawEntity(*entity, from);
+    }
   }
 
  private:
@@ -46,6 +51,7 @@ class SceneBuilder {
       drawReference(*ref, color, layer, from);
       return;
     }
+    ++drawn_;
     Emitter out(scene_, from.placement, color, lineWidthPx(e.props.lineweight));
     if (!emitCurve(e.data, out)) emitAnnotation(e.data, out, {options_.pointMode, options_.pointSize, measurer_});
   }
@@ -57,22 +63,21 @@ class SceneBuilder {
     // A block that contains itself (a broken drawing) is drawn once, not forever.
     if (!block || std::find(from.blockChain.begin(), from.blockChain.end(), *block) != from.blockChain.end()) return;
     ge::Point3d base = drawing_.blockBasePoint(*block);
-    ge::Matrix3d ocs = ocsToWorld(ref.normal);
+    ge::Matrix3d ocs = ocsToWorld(ref.normal), turn = ge::Matrix3d::rotation(ref.rotation, ge::kZAxis);
+    ge::Matrix3d inBlock = ocs * turn * scaling(ref.scale) * ge::Matrix3d::translation(-base.asVector());
+    Inherited inner;
+    inner.byBlock = color;
+    inner.layer = layer;
+    inner.depth = from.depth + 1;
+    inner.blockChain = from.blockChain;
+    inner.blockChain.push_back(*block);
     int columns = std::max(1, ref.columnCount), rows = std::max(1, ref.rowCount);
-    for (int r = 0; r < rows; ++r)
-      for (int c = 0; c < columns; ++c) {
-        // Array copies are spaced along the reference's rotated OCS axes.
-        ge::Vector3d cell = ocs.apply(
-            ge::Matrix3d::rotation(ref.rotation, ge::kZAxis).apply(ge::Vector3d{c * ref.columnSpacing, r * ref.rowSpacing, 0}));
-        Inherited inner;
-        inner.placement = from.placement * ge::Matrix3d::translation(ref.position.asVector() + cell) * ocs *
-                          ge::Matrix3d::rotation(ref.rotation, ge::kZAxis) * scaling(ref.scale) *
-                          ge::Matrix3d::translation(-base.asVector());
-        inner.byBlock = color;
-        inner.layer = layer;
-        inner.depth = from.depth + 1;
-        inner.blockChain = from.blockChain;
-        inner.blockChain.push_back(*block);
+    for (int r = 0; r < rows && drawn_ < kMaxDrawnEntities; ++r)
+      for (int c = 0; c < columns && drawn_ < kMaxDrawnEntities; ++c) {
+        ++drawn_;  // an empty block still costs its copies
+        // Array copies are spaced along the reference's turned OCS axes.
+        ge::Vector3d cell = ocs.apply(turn.apply(ge::Vector3d{c * ref.columnSpacing, r * ref.rowSpacing, 0}));
+        inner.placement = from.placement * ge::Matrix3d::translation(ref.position.asVector() + cell) * inBlock;
         drawSpace(*block, inner);
       }
   }
@@ -94,6 +99,7 @@ class SceneBuilder {
   const SceneOptions& options_;
   Scene& scene_;
   TextMeasurer measurer_;
+  std::size_t drawn_ = 0;
 };
 
 }  // namespace

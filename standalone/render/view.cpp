@@ -6,6 +6,7 @@
 namespace standalone {
 
 void Box2d::add(double x, double y) {
+  if (!std::isfinite(x) || !std::isfinite(y)) return;  // broken data must not spoil the view
   if (!isValid()) {
     minX = maxX = x;
     minY = maxY = y;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <fstream>
+#include <limits>
 #include <numbers>
 
 #include "standalone/render/render.h"
@@ -253,6 +254,41 @@ TEST_F(RenderDrawing, SelfReferencingBlockEnds) {
   d.add(self);
   Picture pic = render(d);
   EXPECT_TRUE(pic.inkNear(px(1), py(0.5)));
+}
+
+TEST_F(RenderDrawing, BrokenValuesAreSkippedNotFatal) {
+  FakeDrawing d;
+  const double nan = std::nan(""), inf = std::numeric_limits<double>::infinity();
+  d.add(host::Line{{nan, 0, 0}, {1, 1, 0}});
+  d.add(host::Line{{inf, 0, 0}, {1, 1, 0}});
+  host::Arc huge;
+  huge.radius = 3;
+  huge.startAngle = 1e300;  // a naive "add 2 pi until past the start" never ends
+  huge.endAngle = -1e300;
+  d.add(huge);
+  host::Ellipse flat;
+  flat.majorAxis = {0, 0, 0};
+  flat.startParam = nan;
+  d.add(flat);
+  host::Text t;
+  t.height = nan;
+  t.text = "x";
+  d.add(t);
+  host::Helix h;
+  h.turns = 1e12;
+  d.add(h);
+  host::ObjectId empty = d.addBlock("EMPTY");
+  (void)empty;
+  host::BlockReference many;
+  many.blockName = "EMPTY";
+  many.columnCount = many.rowCount = 30000;  // 9e8 copies of nothing
+  d.add(many);
+  d.add(host::Line{{-8, -8, 0}, {8, -8, 0}});
+  RenderOptions fit;  // fitted to the finite part only
+  fit.widthPx = fit.heightPx = 200;
+  Picture pic = render(d, fit);
+  EXPECT_GT(pic.inkCount(0, 0, 200, 200), 20);
+  EXPECT_NO_THROW(render(d));
 }
 
 TEST_F(RenderDrawing, PointGlyphCrossInCircle) {

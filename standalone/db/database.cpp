@@ -36,12 +36,16 @@ void giveSubHandles(host::EntityData& data, DrawingDatabase& db) {
   }
 }
 
-// Kept tags that still fit after an entity changed kind: the common part and the tail.
+// Kept tags that still fit after an entity changed kind: the common part
+// (anchored at AcDbEntity, which becomes the only marker) and the tail.
 void dropKindTags(EntityExtras& x) {
-  std::erase_if(x.kept, [&](const KeptTag& k) {
-    if (k.anchor == 0 || k.anchor == kAnchorTail) return false;
-    return k.anchor > x.markers.size() || x.markers[k.anchor - 1] != "AcDbEntity";
-  });
+  auto isCommon = [&](const KeptTag& k) {
+    return k.anchor >= 1 && k.anchor <= x.markers.size() && x.markers[k.anchor - 1] == "AcDbEntity";
+  };
+  std::erase_if(x.kept, [&](const KeptTag& k) { return k.anchor != 0 && k.anchor != kAnchorTail && !isCommon(k); });
+  for (auto& k : x.kept)
+    if (k.anchor != 0 && k.anchor != kAnchorTail) k.anchor = 1;
+  x.markers = {"AcDbEntity"};
 }
 
 }  // namespace

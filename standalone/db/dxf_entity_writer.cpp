@@ -52,10 +52,16 @@ class Emitter {
   }
 
   // Kept groups not yet written (all of them for a file without markers),
-  // then XDATA and embedded objects.
+  // with the original markers this writer does not produce itself, then
+  // XDATA and embedded objects.
   void finish() {
     if (current_ != 0) flushAnchor(current_);
-    for (std::size_t a = 0; a < done_.size(); ++a) flushAnchor(a);
+    flushAnchor(0);
+    for (std::size_t a = 1; a < done_.size(); ++a) {
+      if (done_[a]) continue;
+      if (ctx_.markers) out_.tag(100, rec_.extras.markers[a - 1]);
+      flushAnchor(a);
+    }
     for (const KeptTag& k : rec_.extras.kept)
       if (k.anchor == kAnchorTail) out_.tag(k.code, k.value);
   }

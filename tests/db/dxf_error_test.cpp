@@ -1,0 +1,137 @@
+// Malformed files give one DxfError naming the line; a failed save leaves
+// the target as it was and no temporary file behind.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "standalone/db/dxf_reader.h"
+#include "standalone/db/dxf_writer.h"
+#include "tests/db/dxf_snippets.h"
+
+namespace {
+
+using dbtest::drawing;
+using dbtest::dxf;
+using standalone::DxfError;
+
+// The line number and message of the error reading the text.
+std::pair<std::size_t, std::string> errorOf(const std::string& text) {
+  try {
+    standalone::readDxf(text);
+  } catch (const DxfError& e) {
+    return {e.line(), e.what()};
+  }
+  return {0, "no error"};
+}
+
+std::size_t lineOf(const std::string& text, const std::string& needle) {
+  auto at = text.find(needle);
+  EXPECT_NE(at, std::string::npos) << needle;
+  return static_cast<std::size_t>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n')) + 1;
+}
+
+const std::string kLine = dxf({{0, "LINE"}, {5, "50"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbLine"},
+                               {10, "1.0"}, {20, "2.0"}, {30, "0.0"}, {11, "3.0"}, {21, "4.0"}, {31, "0.0"}});
+
+TEST(DxfErrors, BadGroupCodeNamesItsLine) {
+  std::string text = drawing(kLine);
+  text.replace(text.find(" 21\n4.0"), 3, "2x1");
+  auto [line, message] = errorOf(text);
+  EXPECT_EQ(line, lineOf(text, "2x1"));
+  EXPECT_NE(message.find("expected a group code, found \"2x1\""), std::string::npos) << message;
+  EXPECT_EQ(message.rfind("line " + std::to_string(line) + ": ", 0), 0u) << message;
+}
+
+TEST(DxfErrors, BadNumberNamesTheValueLine) {
+  std::string text = drawing(kLine);
+  text.replace(text.find("\n3.0\n"), 5, "\n3.o\n");
+  auto [line, message] = errorOf(text);
+  EXPECT_EQ(line, lineOf(text, "3.o"));
+  EXPECT_NE(message.find("expected a number for group code 11"), std::string::npos) << message;
+}
+
+TEST(DxfErrors, TruncatedAndUnterminatedFiles) {
+  std::string text = drawing(kLine);
+  // Cut after a group code: the value is missing.
+  std::string cut = text.substr(0, text.find(" 11\n") + 4);
+  auto [line, message] = errorOf(cut);
+  EXPECT_EQ(line, lineOf(cut, " 11\n"));
+  EXPECT_NE(message.find("has no value"), std::string::npos) << message;
+  // Cut inside the ENTITIES section.
+  auto [line2, message2] = errorOf(text.substr(0, text.find("  0\nENDSEC\n  0\nSECTION\n  2\nOBJECTS")));
+  EXPECT_GT(line2, 0u);
+  EXPECT_NE(message2.find("ENDSEC"), std::string::npos) << message2;
+  // Everything there but the EOF marker.
+  std::string noEof = text.substr(0, text.rfind("  0\nEOF"));
+  auto [line3, message3] = errorOf(noEof);
+  EXPECT_EQ(line3, static_cast<std::size_t>(std::count(noEof.begin(), noEof.end(), '\n')));
+  EXPECT_NE(message3.find("EOF"), std::string::npos) << message3;
+}
+
+TEST(DxfErrors, OtherShapesOfBrokenFiles) {
+  EXPECT_NE(errorOf("AutoCAD Binary DXF\r\n\x1a").second.find("binary"), std::string::npos);
+  EXPECT_EQ(errorOf(dxf({{0, "SECTION"}, {2, "ENTITIES"}, {10, "1.0"}})).first, 5u);
+  EXPECT_NE(errorOf("").second.find("EOF"), std::string::npos);
+  std::string hatch = drawing(dxf({{0, "HATCH"}, {5, "50"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"},
+                                   {100, "AcDbHatch"}, {2, "SOLID"}, {70, "1"}, {71, "0"}, {91, "1"},
+                                   {92, "2"}, {72, "0"}, {73, "1"}, {93, "999999999999"}}));
+  EXPECT_GT(errorOf(hatch).first, 0u);
+}
+
+class DxfSaveFailure : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = std::filesystem::temp_directory_path() /
+           ("corvane_db_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
+            ::testing::UnitTest::GetInstance()->current_test_info()->name());
+    std::filesystem::remove_all(dir_);
+    std::filesystem::create_directories(dir_);
+  }
+  void TearDown() override { std::filesystem::remove_all(dir_); }
+  std::string contents(const std::filesystem::path& p) {
+    std::ifstream in(p, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  }
+  std::filesystem::path dir_;
+};
+
+TEST_F(DxfSaveFailure, AnR12DrawingRefusesASplineAndKeepsTheTarget) {
+  auto target = dir_ / "plan.dxf";
+  auto db = standalone::DrawingDatabase::createEmpty("AC1009");
+  standalone::saveDxf(db, target);
+  std::string before = contents(target);
+  host::Entity e;
+  e.data = host::Spline{};
+  db.append(e);
+  EXPECT_THROW(standalone::saveDxf(db, target), DxfError);
+  EXPECT_EQ(contents(target), before);
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir_), std::filesystem::directory_iterator()), 1);
+}
+
+TEST_F(DxfSaveFailure, MissingFolderAndMissingFile) {
+  auto db = standalone::DrawingDatabase::createEmpty();
+  EXPECT_THROW(standalone::saveDxf(db, dir_ / "no" / "such" / "x.dxf"), DxfError);
+  try {
+    standalone::loadDxf(dir_ / "absent.dxf");
+    FAIL() << "loading a missing file succeeded";
+  } catch (const DxfError& e) {
+    EXPECT_EQ(e.line(), 0u);
+    EXPECT_NE(std::string(e.what()).find("absent.dxf"), std::string::npos);
+  }
+}
+
+TEST_F(DxfSaveFailure, SaveReplacesTheTargetWhole) {
+  auto target = dir_ / "plan.dxf";
+  {
+    std::ofstream out(target);
+    out << "old content";
+  }
+  auto db = standalone::DrawingDatabase::createEmpty();
+  standalone::saveDxf(db, target);
+  EXPECT_EQ(contents(target), standalone::writeDxf(db));
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir_), std::filesystem::directory_iterator()), 1);
+}
+
+}  // namespace

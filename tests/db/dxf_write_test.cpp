@@ -1,0 +1,270 @@
+// Writing: unchanged drawings come out byte for byte, new and changed
+// entities come back as the same records, kept groups stay where they were.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "standalone/db/dxf_reader.h"
+#include "standalone/db/dxf_writer.h"
+#include "tests/db/dxf_snippets.h"
+
+namespace {
+
+using dbtest::drawing;
+using dbtest::dxf;
+using standalone::DrawingDatabase;
+using standalone::readDxf;
+using standalone::writeDxf;
+
+const dbtest::Groups kMixedEntities = {
+    {0, "LINE"}, {5, "50"}, {102, "{ACAD_XDICTIONARY"}, {360, "D"}, {102, "}"}, {330, "1F"},
+    {100, "AcDbEntity"}, {8, "Walls"}, {347, "A1"}, {100, "AcDbLine"}, {10, "0.0"}, {20, "0.0"}, {30, "0.0"},
+    {11, "1.5"}, {21, "2.5"}, {31, "0.0"}, {100, "AcDbCustomLine"}, {1, "custom"},
+    {1001, "APP"}, {1000, "note"}, {1040, "2.0"},
+    {0, "ARC"}, {5, "51"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbCircle"}, {10, "1.0"},
+    {20, "1.0"}, {30, "0.0"}, {40, "2.0"}, {210, "0.0"}, {220, "0.0"}, {230, "-1.0"}, {100, "AcDbArc"},
+    {50, "10.0"}, {51, "100.0"},
+    {0, "INSERT"}, {5, "52"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbBlockReference"},
+    {66, "1"}, {2, "Door"}, {10, "5.0"}, {20, "6.0"}, {30, "0.0"},
+    {0, "ATTRIB"}, {5, "53"}, {330, "52"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbText"}, {10, "5.0"},
+    {20, "6.0"}, {30, "0.0"}, {40, "1.0"}, {1, "D1"}, {100, "AcDbAttribute"}, {2, "TAG"}, {70, "0"},
+    {0, "SEQEND"}, {5, "54"}, {330, "52"}, {100, "AcDbEntity"}, {8, "0"},
+    {0, "DIMENSION"}, {5, "55"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbDimension"},
+    {2, "*D1"}, {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {70, "32"}, {100, "AcDbAlignedDimension"},
+    {13, "0.0"}, {23, "0.0"}, {33, "0.0"}, {14, "4.0"}, {24, "0.0"}, {34, "0.0"},
+    {0, "TEXT"}, {5, "56"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbText"}, {10, "1.0"},
+    {20, "1.0"}, {30, "0.0"}, {40, "2.0"}, {1, "caf\xE9"}, {100, "AcDbText"}};
+
+host::Entity first(const DrawingDatabase& db) { return *db.read(db.entitiesOf(db.modelSpace()).at(0)); }
+
+TEST(DxfWriteUnchanged, FileComesOutByteForByte) {
+  for (const char* eol : {"\n", "\r\n"}) {
+    std::string in = drawing(dxf(kMixedEntities));
+    if (std::string(eol) == "\r\n") {
+      std::string crlf;
+      for (char c : in) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+      in = crlf;
+    }
+    EXPECT_EQ(writeDxf(readDxf(in)), in) << "line end " << (eol[0] == '\r' ? "CRLF" : "LF");
+  }
+}
+
+TEST(DxfWriteChanged, KeptGroupsReturnAfterTheirSubclassMarker) {
+  auto db = readDxf(drawing(dxf(kMixedEntities)));
+  auto line = first(db);
+  std::get<host::Line>(line.data).end = {7, 8, 0};
+  ASSERT_EQ(db.write(line), host::ErrorStatus::eOk);
+  std::string out = writeDxf(db);
+  auto back = readDxf(out);
+  EXPECT_EQ(std::get<host::Line>(first(back).data).end, (ge::Point3d{7, 8, 0}));
+  std::string expected = dxf({{0, "LINE"}, {5, "50"}, {102, "{ACAD_XDICTIONARY"}, {360, "D"}, {102, "}"},
+                              {330, "1F"}, {100, "AcDbEntity"}, {8, "Walls"}, {347, "A1"}, {100, "AcDbLine"},
+                              {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {11, "7.0"}, {21, "8.0"}, {31, "0.0"},
+                              {100, "AcDbCustomLine"}, {1, "custom"}, {1001, "APP"}, {1000, "note"},
+                              {1040, "2.0"}, {0, "ARC"}});
+  EXPECT_NE(out.find(expected), std::string::npos) << out.substr(out.find("LINE") - 4, 600);
+}
+
+TEST(DxfWriteChanged, InsertKeepsAttributesAndOthersKeepTheirBytes) {
+  auto db = readDxf(drawing(dxf(kMixedEntities)));
+  auto ids = db.entitiesOf(db.modelSpace());
+  auto insert = *db.read(ids[2]);
+  std::get<host::BlockReference>(insert.data).position = {9, 9, 0};
+  db.write(insert);
+  auto dim = *db.read(ids[3]);
+  dim.props.layer = "Walls";
+  dim.props.color.index = 3;
+  ASSERT_EQ(db.write(dim), host::ErrorStatus::eOk);
+  ASSERT_EQ(db.erase(ids[1]), host::ErrorStatus::eOk);
+  std::string out = writeDxf(db);
+  auto back = readDxf(out);
+  auto backIds = back.entitiesOf(back.modelSpace());
+  ASSERT_EQ(backIds.size(), 4u);  // the ARC is gone
+  EXPECT_EQ(std::get<host::BlockReference>(back.peek(backIds[1])->data).position, (ge::Point3d{9, 9, 0}));
+  EXPECT_NE(out.find(dxf({{0, "ATTRIB"}, {5, "53"}})), std::string::npos);
+  EXPECT_NE(out.find(dxf({{0, "SEQEND"}, {5, "54"}})), std::string::npos);
+  auto dimBack = *back.read(backIds[2]);
+  EXPECT_EQ(dimBack.props.layer, "Walls");
+  EXPECT_EQ(dimBack.props.color.index, 3);
+  EXPECT_NE(out.find(dxf({{100, "AcDbAlignedDimension"}, {13, "0.0"}})), std::string::npos);
+  // The text came from an ANSI_1252 file and goes back in it.
+  EXPECT_NE(out.find("caf\xE9"), std::string::npos);
+}
+
+TEST(DxfWriteChanged, SeedStaysAboveEveryHandleAndNewVariablesJoinTheHeader) {
+  auto db = readDxf(drawing(dxf(kMixedEntities)));
+  host::Entity e;
+  e.data = host::Polyline2d{{{}, {}, {}}};
+  db.append(e);
+  db.setHeaderVariable("$PDSIZE", {{40, 0.5}});
+  db.setHeaderVariable("$PDMODE", {{70, std::int16_t{3}}});
+  auto back = readDxf(writeDxf(db));
+  auto seed = back.headerVariable("$HANDSEED");
+  ASSERT_TRUE(seed);
+  std::uint64_t seedValue = std::stoull(std::get<std::string>(seed->at(0).value), nullptr, 16);
+  const auto& p = std::get<host::Polyline2d>(back.peek(e.id)->data);
+  EXPECT_GT(seedValue, p.seqendHandle);
+  for (const auto& v : p.vertices) EXPECT_GT(seedValue, v.handle);
+  EXPECT_EQ(*back.headerVariable("PDSIZE"), (host::ResBufList{{40, 0.5}}));
+  EXPECT_EQ(*back.headerVariable("PDMODE"), (host::ResBufList{{70, std::int16_t{3}}}));
+}
+
+host::HatchSplineEdge splineEdge() {
+  host::HatchSplineEdge s;
+  s.knots = {0, 0, 0, 0, 1, 1, 1, 1};
+  s.controlPoints = {{0, 0}, {1, 1}, {2, 1}, {3, 0}};
+  return s;
+}
+
+// One sample record of every kind the drawing interprets.
+std::vector<host::EntityData> samples() {
+  host::Spline spline;
+  spline.degree = 2;
+  spline.flags = 8 | 4;
+  spline.knots = {0, 0, 0, 1, 1, 1};
+  spline.controlPoints = {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}};
+  spline.weights = {1, 0.5, 1};
+  spline.startTangent = ge::Vector3d{1, 0, 0};
+  host::Helix helix;
+  helix.curve = spline;
+  helix.startPoint = {2, 0, 0};
+  helix.turns = 2.5;
+  host::Hatch hatch;
+  hatch.patternName = "ANSI31";
+  hatch.solidFill = false;
+  host::HatchPath poly;
+  poly.flags = 3;
+  poly.polyline = {{0, 0, 0.5}, {4, 0, 0}, {4, 4, 0}};
+  host::HatchPath edges;
+  edges.edges = {host::HatchLineEdge{{0, 0}, {1, 0}}, host::HatchArcEdge{{1, 1}, 1, 1.0, 2.0, false},
+                 host::HatchEllipseEdge{{0, 0}, {2, 0}, 0.5, 0.5, 1.5, true},
+                 splineEdge()};
+  hatch.paths = {poly, edges};
+  host::Text text;
+  text.position = {1, 2, 0};
+  text.alignmentPoint = {5, 2, 0};
+  text.horizontalJustify = 2;
+  text.text = "中文 and text";
+  text.rotation = 0.5;
+  host::MText mtext;
+  mtext.text = std::string(600, 'x') + "中";
+  mtext.attachment = 5;
+  host::Polyline2d fit;
+  fit.splineFit = true;
+  fit.curveType = host::PolyCurveType::kCubicSpline;
+  fit.vertices = {{{0, 0, 0}, 0, 0, 0, 0, host::kVertexSplineFit, 0}, {{1, 1, 0}, 0, 0, 0, 0, host::kVertexSplineFrame, 0}};
+  host::Polyline3d p3;
+  p3.vertices = {{{0, 0, 0}}, {{1, 2, 3}}};
+  p3.closed = true;
+  host::BlockReference ref;
+  ref.blockName = "Door";
+  ref.position = {3, 4, 0};
+  ref.scale = {2, 2, 1};
+  ref.rotation = 1.0;
+  host::Image image;
+  image.widthPixels = 640;
+  image.heightPixels = 480;
+  image.imageDefHandle = 0x99;
+  return {host::Line{{0, 0, 0}, {1, 2, 3}},
+          host::Circle{{1, 2, 0}, 3, 0, {0, 0, -1}},
+          host::Arc{{1, 2, 3}, 4, 0.25, 2.5, 0, {0.6, 0, 0.8}},
+          host::Ellipse{{0, 0, 0}, {3, 1, 0}, ge::kZAxis, 0.5, 0.1, 2.0},
+          host::LwPolyline{{{0, 0, 0.5, 0, 0}, {3, 0, -1, 0.1, 0.2}}, true, false, 0, 1.5},
+          fit, p3, spline, helix, text, mtext,
+          host::PointEntity{{1, 2, 3}},
+          ref, hatch, image};
+}
+
+// Written and read again, the record is the one appended (angles to rounding).
+void expectSameRecord(const host::EntityData& a, const host::EntityData& b) {
+  ASSERT_EQ(a.index(), b.index()) << host::dxfName(a);
+  if (auto* x = std::get_if<host::Arc>(&a)) {
+    const auto& y = std::get<host::Arc>(b);
+    EXPECT_NEAR(x->center.distanceTo(y.center), 0, 1e-12);
+    EXPECT_NEAR(x->startAngle, y.startAngle, 1e-14);
+    EXPECT_NEAR(x->endAngle, y.endAngle, 1e-14);
+    return;
+  }
+  if (auto* x = std::get_if<host::Text>(&a)) {
+    const auto& y = std::get<host::Text>(b);
+    EXPECT_EQ(x->text, y.text);
+    EXPECT_EQ(x->alignmentPoint, y.alignmentPoint);
+    EXPECT_NEAR(x->rotation, y.rotation, 1e-14);
+    return;
+  }
+  if (auto* x = std::get_if<host::BlockReference>(&a)) {
+    const auto& y = std::get<host::BlockReference>(b);
+    EXPECT_EQ(x->position, y.position);
+    EXPECT_EQ(x->scale, y.scale);
+    EXPECT_NEAR(x->rotation, y.rotation, 1e-14);
+    return;
+  }
+  if (auto* x = std::get_if<host::Hatch>(&a)) {
+    const auto& y = std::get<host::Hatch>(b);
+    ASSERT_EQ(x->paths.size(), y.paths.size());
+    EXPECT_EQ(x->paths[0], y.paths[0]);
+    const auto& ax = std::get<host::HatchArcEdge>(x->paths[1].edges[1]);
+    const auto& ay = std::get<host::HatchArcEdge>(y.paths[1].edges[1]);
+    EXPECT_NEAR(ax.startAngle, ay.startAngle, 1e-14);
+    EXPECT_EQ(ax.counterClockwise, ay.counterClockwise);
+    EXPECT_EQ(x->paths[1].edges[3], y.paths[1].edges[3]);
+    return;
+  }
+  if (auto* x = std::get_if<host::Polyline2d>(&a)) {
+    const auto& y = std::get<host::Polyline2d>(b);
+    EXPECT_EQ(x->vertices.size(), y.vertices.size());
+    for (std::size_t i = 0; i < x->vertices.size(); ++i) EXPECT_EQ(x->vertices[i].flags, y.vertices[i].flags);
+    EXPECT_EQ(x->splineFit, y.splineFit);
+    EXPECT_EQ(x->curveType, y.curveType);
+    return;
+  }
+  EXPECT_TRUE(a == b) << host::dxfName(a);
+}
+
+class DxfWriteNewEntities : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(DxfWriteNewEntities, ReadBackAsTheSameRecords) {
+  auto db = DrawingDatabase::createEmpty(GetParam());
+  std::vector<host::ObjectId> ids;
+  for (const auto& data : samples()) {
+    host::Entity e;
+    e.props.layer = "NEW LAYER";
+    e.props.color.index = 5;
+    e.data = data;
+    ASSERT_EQ(db.append(e), host::ErrorStatus::eOk);
+    ids.push_back(e.id);
+  }
+  auto back = readDxf(writeDxf(db));
+  auto list = back.entitiesOf(back.modelSpace());
+  ASSERT_EQ(list, ids);
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    auto e = *back.read(ids[i]);
+    EXPECT_EQ(e.props.layer, "NEW LAYER");
+    EXPECT_EQ(e.props.color.index, 5);
+    expectSameRecord(db.peek(ids[i])->data, e.data);
+  }
+  auto layers = back.layerNames();
+  EXPECT_NE(std::find(layers.begin(), layers.end(), "NEW LAYER"), layers.end());
+}
+
+INSTANTIATE_TEST_SUITE_P(Versions, DxfWriteNewEntities, ::testing::Values("AC1015", "AC1018", "AC1024", "AC1032"));
+
+TEST(DxfWriteR12, LightweightPolylineBecomesAnOldStylePolyline) {
+  auto db = DrawingDatabase::createEmpty("AC1009");
+  host::Entity e;
+  e.data = host::LwPolyline{{{0, 0, 0.5, 0, 0}, {3, 0, 0, 0, 0}, {3, 3, 0, 0, 0}}, true};
+  db.append(e);
+  std::string out = writeDxf(db);
+  EXPECT_EQ(out.find("AcDb"), std::string::npos);
+  auto back = readDxf(out);
+  const auto& p = std::get<host::Polyline2d>(back.peek(back.entitiesOf(back.modelSpace()).at(0))->data);
+  ASSERT_EQ(p.vertices.size(), 3u);
+  EXPECT_TRUE(p.closed);
+  EXPECT_EQ(p.vertices[0].bulge, 0.5);
+  EXPECT_NE(p.vertices[2].handle, 0u);
+}
+
+}  // namespace

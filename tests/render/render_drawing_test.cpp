@@ -203,6 +203,23 @@ TEST_F(RenderDrawing, WidePolylineIsFilledAndBulgesBend) {
   EXPECT_FALSE(pic.inkNear(px(2), py(2), 3));
 }
 
+TEST_F(RenderDrawing, LongClosedPolylineDrawsItsClosingSegment) {
+  // 600 vertices on three quarters of a circle: long enough to be stroked in
+  // pieces; the closing chord runs from (0,-6) back to (6,0).
+  FakeDrawing d;
+  host::LwPolyline pl;
+  for (int i = 0; i < 600; ++i) {
+    double t = 1.5 * kPi * i / 599;
+    pl.vertices.push_back({6 * std::cos(t), 6 * std::sin(t), 0, 0, 0});
+  }
+  pl.closed = true;
+  d.add(pl);
+  Picture pic = render(d);
+  EXPECT_TRUE(pic.inkNear(px(3), py(-3)));
+  EXPECT_TRUE(pic.inkNear(px(-6), py(0)));
+  EXPECT_FALSE(pic.inkNear(px(4.2), py(-4.2), 2));  // the missing quarter of the circle
+}
+
 TEST_F(RenderDrawing, SplineFitPolylineDrawsItsCurveNotItsFrame) {
   FakeDrawing d;
   host::Polyline2d pl;

@@ -7,7 +7,6 @@ namespace frame {
 namespace {
 constexpr Text kAboutLine{"\nCorvane %s: two-dimensional drafting commands for curves and polylines.\n",
                           "\n【Corvane】 %s：二维曲线与多段线绘图命令集。\n"};
-constexpr Text kCannotOpen{"\nCould not open %s.\n", "\n无法打开 %s。\n"};
 constexpr Text kNotAvailable{"\nThe command %s is not available in this build yet.\n",
                              "\n命令 %s 在此版本中尚不可用。\n"};
 }  // namespace
@@ -17,7 +16,9 @@ std::string defaultDemoPage(int n) { return "https://corvane.example/demo/" + st
 std::string introductionPage(int n) { return "https://corvane.example/intro/" + std::to_string(n); }
 
 void openPage(host::Host& host, std::string_view address) {
-  if (!host.platform.openWithDesktop(address)) print(host, kCannotOpen, address);
+  // The host notes every address it is asked to open, and why it did not when
+  // there is no display; nothing more is said here.
+  host.platform.openWithDesktop(address);
 }
 
 void aboutCommand(CommandContext& context) {

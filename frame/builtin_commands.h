@@ -31,7 +31,7 @@ void demoCommand(CommandContext& context) {
 // Says that the command of the context is not available in this build yet.
 void notAvailableCommand(CommandContext& context);
 
-// Opens a page; a failure to start the opener is printed.
+// Opens a page with the desktop's opener without waiting.
 void openPage(host::Host& host, std::string_view address);
 
 }  // namespace frame

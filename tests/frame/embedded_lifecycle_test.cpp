@@ -1,0 +1,157 @@
+// The module on the embedded host: greeting, command table, load counter,
+// menu loading and commands typed in a script, in both languages.
+#include <gtest/gtest.h>
+
+#include "embedded_session.h"
+#include "frame/builtin_commands.h"
+#include "frame/menu.h"
+#include "frame/language.h"
+#include "frame/output.h"
+#include "frame/settings.h"
+#include "frame/sysvars.h"
+
+namespace {
+
+using frame_test::EmbeddedSession;
+using standalone::kCorvaneKey;
+
+std::size_t countOf(const std::string& text, const std::string& part) {
+  std::size_t n = 0;
+  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) ++n;
+  return n;
+}
+
+class Lifecycle : public testing::TestWithParam<bool> {
+ protected:
+  void SetUp() override {
+    if (chinese()) session.settingsFile().writeInt(kCorvaneKey, "ChineseVersion", 1);
+  }
+  void TearDown() override { frame::setChinese(false); }
+  bool chinese() const { return GetParam(); }
+
+  EmbeddedSession session;
+};
+
+TEST_P(Lifecycle, GreetsOnceAndRegistersTheTableWithTheHost) {
+  session.load();
+  std::string greeting = chinese() ? "【Corvane】 " + std::string(frame::versionLabel()) + " 已成功加载。"
+                                   : "Corvane " + std::string(frame::versionLabel()) + " loaded successfully.";
+  EXPECT_EQ(countOf(session.transcript(), greeting), 1u) << session.transcript();
+  const auto& entries = session.host().commands().entries();
+  ASSERT_EQ(entries.size(), 53u);
+  auto table = frame::commandTable();
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    EXPECT_EQ(entries[i].group, "Corvane");
+    EXPECT_EQ(entries[i].globalName, table[i].globalName);
+    EXPECT_EQ(entries[i].localName, table[i].localName);
+    EXPECT_EQ(entries[i].flags, host::ACRX_CMD_MODAL);
+  }
+}
+
+TEST_P(Lifecycle, TypedCommandsRunThroughTheFrameAndAreCounted) {
+  session.load();
+  std::string out = session.run("CHBJ\nplint\n_ZORL_PLMAP4\nZORL_DEMO2\n");
+  EXPECT_FALSE(session.lastResult().failure) << *session.lastResult().failure;
+  for (const char* name : {"CHBJ", "PLINT", "PLMAP4"}) {
+    std::string expected = chinese() ? "命令 " + std::string(name) + " 在此版本中尚不可用。"
+                                     : "The command " + std::string(name) + " is not available in this build yet.";
+    EXPECT_EQ(countOf(out, expected), 1u) << out;
+  }
+  EXPECT_NE(out.find(frame::defaultDemoPage(2)), std::string::npos) << out;
+  EXPECT_EQ(session.settingsFile().readInt(kCorvaneKey, "cmdtimes"), 4u);
+}
+
+TEST_P(Lifecycle, MenuWithBackslashesInItsPathIsLoadedOnce) {
+  EmbeddedSession odd("menu\\files");
+  if (chinese()) odd.settingsFile().writeInt(kCorvaneKey, "ChineseVersion", 1);
+  odd.writeMenus();
+  odd.settingsFile().writeText(kCorvaneKey, "Location", odd.folder().string() + "  ");
+  odd.load();
+  odd.openDrawing();
+  std::string doubled = frame::doubleBackslashes(odd.folder().string());
+  ASSERT_NE(doubled, odd.folder().string());
+  EXPECT_NE(odd.transcript().find(doubled), std::string::npos) << "the queued expression carries the doubled path\n"
+                                                                << odd.transcript();
+  EXPECT_TRUE(odd.host().menus().isLoaded("CORVANE")) << odd.transcript();
+  EXPECT_EQ(odd.host().menus().menuBar(), std::vector<std::string>{"CORVANE.POP1"});
+  int menubar = 0;
+  frame::getSysVar(odd.host().host(), "MENUBAR", menubar);
+  EXPECT_EQ(menubar, 1);
+
+  std::size_t queuedBefore = countOf(odd.transcript(), "menuload");
+  odd.openDrawing();
+  EXPECT_EQ(countOf(odd.transcript(), "menuload"), queuedBefore) << "a second drawing does not queue the menu";
+  EXPECT_NE(queuedBefore, 0u);
+}
+
+TEST_P(Lifecycle, MissingMenuFileIsReportedInAMessageBox) {
+  session.load();
+  session.openDrawing();
+  std::string file = chinese() ? "Corvane_chn2010.cuix" : "Corvane_eng.cuix";
+  // Without Location the folder is that of the module path.
+  std::string expected = (session.folder() / file).string() + "--- Menu file not fonud!";
+  EXPECT_NE(session.transcript().find(expected), std::string::npos) << session.transcript();
+  EXPECT_FALSE(session.host().menus().isLoaded("CORVANE"));
+  session.run("ZORL_DEMO1\n");
+  EXPECT_FALSE(session.lastResult().failure) << "the commands stay usable";
+}
+
+TEST_P(Lifecycle, UnloadRemovesTheCommands) {
+  session.load();
+  session.unload();
+  EXPECT_TRUE(session.host().commands().entries().empty());
+  session.run("CHBJ\n");
+  EXPECT_TRUE(session.lastResult().failure) << "CHBJ is unknown after unload";
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, Lifecycle, testing::Values(false, true),
+                         [](const auto& info) { return info.param ? "Chinese" : "English"; });
+
+struct CounterCase {
+  std::uint32_t before, after;
+  bool about;
+  int introPage;
+};
+
+class LoadCounterOnHost : public testing::TestWithParam<CounterCase> {};
+
+TEST_P(LoadCounterOnHost, OpensPagesOnTheCycleAndResetsAt121) {
+  const CounterCase& c = GetParam();
+  EmbeddedSession session;
+  session.settingsFile().writeInt(kCorvaneKey, "pagetimes", c.before);
+  session.load();
+  EXPECT_EQ(session.settingsFile().readInt(kCorvaneKey, "pagetimes"), c.after);
+  const std::string out = session.transcript();
+  EXPECT_EQ(countOf(out, std::string(frame::kAboutPage)), c.about ? 1u : 0u) << out;
+  for (int page = 1; page <= 3; ++page) {
+    EXPECT_EQ(countOf(out, frame::introductionPage(page)), page == c.introPage ? 1u : 0u) << out;
+  }
+  if (c.about && c.introPage) {
+    EXPECT_LT(out.find(std::string(frame::kAboutPage)), out.find(frame::introductionPage(c.introPage)));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Cycle, LoadCounterOnHost,
+                         testing::Values(CounterCase{0, 1, true, 1}, CounterCase{3, 4, false, 0},
+                                         CounterCase{32, 33, true, 1}, CounterCase{121, 0, false, 0}));
+
+TEST(SettingsOnHost, EdgeCasesOfTheSettingsFile) {
+  EmbeddedSession session;
+  session.settingsFile().writeText(kCorvaneKey, "ChineseVersion", "1");
+  session.load();
+  EXPECT_FALSE(frame::isChinese()) << "ChineseVersion stored as text selects English";
+  frame::Settings& s = session.module().settings();
+  EXPECT_EQ(s.readInt("formula_ListIndex"), 0u);
+  EXPECT_STREQ(s.readText("Demo5"), "");
+  EXPECT_FALSE(s.writeBytes("Software\\Brightvale\\Missing", "blob", std::vector<std::uint8_t>{1}))
+      << "bytes are not written under a missing key";
+  EXPECT_TRUE(s.writeText("Software\\Brightvale\\Missing", "note", "x")) << "a text write creates the key";
+  EXPECT_TRUE(s.writeBytes("Software\\Brightvale\\Missing", "blob", std::vector<std::uint8_t>{1}));
+  std::vector<std::uint8_t> back;
+  ASSERT_TRUE(s.readBytes("Software\\Brightvale\\Missing", "blob", back));
+  EXPECT_EQ(back.size(), frame::kBytesValueSize);
+  s.writeText("Location", std::string(frame::kTextBufferBytes, 'x'));
+  EXPECT_STREQ(s.readText("Location"), "") << "a text longer than the buffer reads as empty";
+}
+
+}  // namespace

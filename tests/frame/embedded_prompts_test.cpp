@@ -1,0 +1,141 @@
+// Prompts, selections and the system-variable guard driven by scripts through
+// the embedded host's command line, in both languages. Small test commands
+// registered beside the plug-in's own call the helpers and print what they got.
+#include <gtest/gtest.h>
+
+#include "embedded_session.h"
+#include "frame/language.h"
+#include "frame/output.h"
+#include "frame/prompts.h"
+#include "frame/selection.h"
+#include "frame/sysvars.h"
+
+namespace {
+
+using frame_test::EmbeddedSession;
+
+class OnHost : public testing::TestWithParam<bool> {
+ protected:
+  void SetUp() override {
+    if (chinese()) session.settingsFile().writeInt(standalone::kCorvaneKey, "ChineseVersion", 1);
+    session.load();
+    addTestCommand("TYESNO", [](host::Host& h) {
+      bool yes = frame::askYesNo(h, {"\nLower Left default?[Y/N](Y):", "\n是否把默认起点设在左下角[Y/N](Y):"}, true);
+      frame::print(h, {"\nanswer=%s\n", "\n回答=%s\n"}, yes ? "yes" : "no");
+    });
+    addTestCommand("TCOUNT", [](host::Host& h) {
+      int rows = frame::askInt(h, {"\nPlease input the array rows[2--1000](9):", "\n请阵列行数[2--1000](9):"}, 9, 2,
+                               1000);
+      frame::print(h, {"\nrows=%d\n", "\n行数=%d\n"}, rows);
+    });
+    addTestCommand("TCURVES", [](host::Host& h) {
+      std::vector<host::ObjectId> ids;
+      bool any = frame::selectCurves(h, {}, ids);
+      std::string kinds;
+      for (auto id : ids) kinds += std::string(host::dxfName(h.drawing.read(id)->data)) + " ";
+      frame::print(h, {"\ncurves=%d %s%s\n", "\n曲线=%d %s%s\n"}, static_cast<int>(ids.size()), kinds,
+                   any ? "true" : "false");
+    });
+    addTestCommand("TGUARD", [](host::Host& h) {
+      frame::SdSysVarStack stack(h);
+      stack.pushShort("PDMODE", 35);
+      stack.pushReal("PDSIZE", 2.5);
+      stack.pushShort("NOSUCHVAR", 1);
+      int mode = 0;
+      double size = 0;
+      frame::getSysVar(h, "PDMODE", mode);
+      frame::getSysVar(h, "PDSIZE", size);
+      frame::print(h, {"\ninside=%d %.1f\n", "\n内部=%d %.1f\n"}, mode, size);
+    });
+  }
+  void TearDown() override { frame::setChinese(false); }
+  bool chinese() const { return GetParam(); }
+
+  void addTestCommand(const char* name, void (*body)(host::Host&)) {
+    host::Host& h = session.host().host();
+    h.commandStack.addCommand("FrameTest", std::string("TEST_") + name, name, host::ACRX_CMD_MODAL,
+                              [&h, body] { body(h); });
+  }
+  std::string run(const std::string& script) {
+    std::string out = session.run(script);
+    EXPECT_FALSE(session.lastResult().failure) << *session.lastResult().failure << "\n" << out;
+    return out;
+  }
+  std::string said(const char* en, const char* zh) const { return chinese() ? zh : en; }
+
+  EmbeddedSession session;
+};
+
+TEST_P(OnHost, YesNoAnswers) {
+  // Enter keeps the default (yes); "No", "N" and "Yes" are keywords.
+  std::string out = run("TYESNO\n\nTYESNO No\nTYESNO N\nTYESNO Yes\n");
+  std::string yes = said("answer=yes", "回答=yes"), no = said("answer=no", "回答=no");
+  std::vector<std::size_t> at;
+  for (auto pos = out.find(said("answer=", "回答=")); pos != std::string::npos;
+       pos = out.find(said("answer=", "回答="), pos + 1))
+    at.push_back(pos);
+  ASSERT_EQ(at.size(), 4u) << out;
+  EXPECT_EQ(out.compare(at[0], yes.size(), yes), 0) << out;
+  EXPECT_EQ(out.compare(at[1], no.size(), no), 0) << out;
+  EXPECT_EQ(out.compare(at[2], no.size(), no), 0) << out;
+  EXPECT_EQ(out.compare(at[3], yes.size(), yes), 0) << out;
+  EXPECT_NE(out.find(said("Lower Left default?[Y/N](Y):", "是否把默认起点设在左下角[Y/N](Y):")), std::string::npos);
+}
+
+TEST_P(OnHost, NumericPromptKeepsTheDefaultOnEnterAndClamps) {
+  std::string out = run("TCOUNT\n\nTCOUNT 5000\nTCOUNT 1\nTCOUNT 40\n");
+  std::string label = said("rows=", "行数=");
+  for (const char* v : {"9", "1000", "2", "40"})
+    EXPECT_NE(out.find(label + v + "\n"), std::string::npos) << v << "\n" << out;
+}
+
+TEST_P(OnHost, NumericPromptRefusesZeroAndNegativeAndAsksAgain) {
+  std::string out = run("TCOUNT 0 -3 12\n");
+  EXPECT_NE(out.find(said("rows=12", "行数=12")), std::string::npos) << out;
+}
+
+TEST_P(OnHost, CurveSelectionKeepsOnlyCurves) {
+  host::Host& h = session.host().host();
+  auto append = [&](host::EntityData data) {
+    host::Entity e{{}, {}, h.drawing.defaultProps(), std::move(data)};
+    h.drawing.append(e);
+  };
+  append(host::Line{{0, 0, 0}, {10, 0, 0}});
+  host::Text label;
+  label.position = {0, 5, 0};
+  label.height = 2;
+  label.text = "not a curve";
+  append(label);
+  append(host::Line{{0, 10, 0}, {10, 10, 0}});
+  std::string out = run("TCURVES ALL\n\n");
+  EXPECT_NE(out.find(said("curves=2 LINE LINE true", "曲线=2 LINE LINE true")), std::string::npos) << out;
+  EXPECT_NE(out.find(said("Please select Curves >", "请选择多根曲线>")), std::string::npos) << out;
+}
+
+TEST_P(OnHost, EmptyCurveSelectionSaysSo) {
+  std::string out = run("TCURVES ALL\n\n");
+  EXPECT_NE(out.find(said("No Curve selected.", "未选中曲线。")), std::string::npos) << out;
+  EXPECT_NE(out.find(said("curves=0 false", "曲线=0 false")), std::string::npos) << out;
+}
+
+TEST_P(OnHost, GuardRestoresVariablesAfterTheCommand) {
+  host::Host& h = session.host().host();
+  int modeBefore = -1;
+  double sizeBefore = -1;
+  ASSERT_EQ(frame::getSysVar(h, "PDMODE", modeBefore), frame::kSysVarOk);
+  ASSERT_EQ(frame::getSysVar(h, "PDSIZE", sizeBefore), frame::kSysVarOk);
+  std::string out = run("TGUARD\n");
+  EXPECT_NE(out.find(said("inside=35 2.5", "内部=35 2.5")), std::string::npos) << out;
+  EXPECT_NE(out.find("Could not save state of system variable \"NOSUCHVAR\"."), std::string::npos) << out;
+  int mode = -1;
+  double size = -1;
+  frame::getSysVar(h, "PDMODE", mode);
+  frame::getSysVar(h, "PDSIZE", size);
+  EXPECT_EQ(mode, modeBefore);
+  EXPECT_EQ(size, sizeBefore);
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, OnHost, testing::Values(false, true),
+                         [](const auto& info) { return info.param ? "Chinese" : "English"; });
+
+}  // namespace

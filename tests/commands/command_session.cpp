@@ -1,0 +1,139 @@
+#include "command_session.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+
+#include "frame/language.h"
+#include "standalone/db/dxf_reader.h"
+#include "standalone/db/dxf_writer.h"
+#include "standalone/editor/answer_source.h"
+#include "standalone/hostcmds/polyline_edit.h"
+
+namespace commands_test {
+
+CommandSession::CommandSession(Language language)
+    : language_(language), draft_(standalone::DrawingDatabase::createEmpty("AC1027")) {
+  unsetenv("DISPLAY");
+  unsetenv("WAYLAND_DISPLAY");
+  char pattern[] = "/tmp/corvane-commands-XXXXXX";
+  dir_ = mkdtemp(pattern);
+  // The load counter past the pages shown on the first loads keeps the transcript to the commands.
+  std::ofstream(dir_ / "settings.reg") << "Windows Registry Editor Version 5.00\n\n"
+                                          "[HKEY_CURRENT_USER\\Software\\Brightvale\\Corvane]\n"
+                                       << "\"ChineseVersion\"=dword:0000000" << (chinese() ? 1 : 0) << "\n"
+                                       << "\"pagetimes\"=dword:0000000a\n";
+}
+
+CommandSession::~CommandSession() {
+  module_.reset();
+  host_.reset();
+  frame::setChinese(false);
+  std::error_code ignored;
+  std::filesystem::remove_all(dir_, ignored);
+}
+
+host::ObjectId CommandSession::add(host::EntityData data, const std::string& layer, int color) {
+  host::Entity e;
+  e.props.layer = layer;
+  e.props.color.index = color;
+  e.data = std::move(data);
+  draft_.append(e);
+  return e.id;
+}
+
+void CommandSession::start() {
+  std::filesystem::path in = dir_ / "in.dxf";
+  standalone::saveDxf(draft_, in);
+  standalone::EmbeddedHostOptions options;
+  options.settingsPath = (dir_ / "settings.reg").string();
+  options.modulePath = (dir_ / "corvane").string();
+  host_ = std::make_unique<standalone::EmbeddedHost>(standalone::loadDxf(in), out_, options);
+  standalone::addPolylineEditCommands(host_->hostCommands());
+  module_ = std::make_unique<frame::Module>(host_->host());
+  module_->acrxEntryPoint(frame::AppMsg::kInitAppMsg);
+}
+
+std::string CommandSession::run(const std::string& script) {
+  std::size_t before = out_.str().size();
+  auto source = standalone::ScriptReader::fromText("test.scr", script);
+  host_->run(source);
+  return out_.str().substr(before);
+}
+
+std::vector<host::Entity> CommandSession::entities() const {
+  std::vector<host::Entity> out;
+  const auto& db = host_->drawing();
+  for (host::ObjectId id : db.entitiesOf(db.modelSpace()))
+    if (auto e = db.read(id)) out.push_back(*e);
+  return out;
+}
+
+std::vector<std::string> CommandSession::readBackWithEzdxf() {
+  std::filesystem::path out = dir_ / "out.dxf";
+  standalone::saveDxf(host_->drawing(), out);
+  std::string cmd = std::string(CORVANE_PYTHON) + " " + CORVANE_DUMP_DXF + " " + out.string() + " 2>&1";
+  FILE* pipe = popen(cmd.c_str(), "r");
+  if (!pipe) throw std::runtime_error("cannot run " + cmd);
+  std::vector<std::string> lines;
+  std::string line;
+  char buf[4096];
+  while (fgets(buf, sizeof buf, pipe)) {
+    line += buf;
+    if (!line.empty() && line.back() == '\n') {
+      line.pop_back();
+      lines.push_back(line);
+      line.clear();
+    }
+  }
+  if (pclose(pipe) != 0) throw std::runtime_error("ezdxf could not read the drawing: " + (lines.empty() ? "" : lines.back()));
+  return lines;
+}
+
+std::string pickOf(host::ObjectId id) {
+  char buf[24];
+  std::snprintf(buf, sizeof buf, "#%llX", static_cast<unsigned long long>(id.value));
+  return buf;
+}
+
+host::LwPolyline lwThrough(const std::vector<ge::Point2d>& pts, bool closed, double elevation) {
+  host::LwPolyline lw;
+  for (auto p : pts) lw.vertices.push_back({p.x, p.y});
+  lw.closed = closed;
+  lw.elevation = elevation;
+  return lw;
+}
+
+host::Polyline2d old2dThrough(const std::vector<ge::Point2d>& pts, bool closed) {
+  host::Polyline2d pl;
+  for (auto p : pts) pl.vertices.push_back({{p.x, p.y, 0}});
+  pl.closed = closed;
+  return pl;
+}
+
+host::Polyline3d poly3dThrough(const std::vector<ge::Point3d>& pts, bool closed) {
+  host::Polyline3d pl;
+  for (auto p : pts) pl.vertices.push_back({p});
+  pl.closed = closed;
+  return pl;
+}
+
+ge::PointList verticesOf(const host::Entity& e) {
+  ge::PointList pts;
+  if (auto* lw = std::get_if<host::LwPolyline>(&e.data))
+    for (auto& v : lw->vertices) pts.push_back({v.x, v.y, lw->elevation});
+  if (auto* p2 = std::get_if<host::Polyline2d>(&e.data))
+    for (auto& v : p2->vertices) pts.push_back(v.position);
+  if (auto* p3 = std::get_if<host::Polyline3d>(&e.data))
+    for (auto& v : p3->vertices) pts.push_back(v.position);
+  return pts;
+}
+
+std::size_t countOf(const std::string& hay, const std::string& needle) {
+  std::size_t n = 0;
+  for (std::size_t at = hay.find(needle); at != std::string::npos; at = hay.find(needle, at + needle.size())) ++n;
+  return n;
+}
+
+}  // namespace commands_test

@@ -1,0 +1,71 @@
+#pragma once
+// A drawing saved as DXF, loaded into the embedded host with the plug-in's
+// module and the host's PEDIT, driven by a script in the chosen language,
+// and the result saved as DXF again for an independent reader.
+#include <filesystem>
+#include <memory>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "frame/module.h"
+#include "standalone/editor/embedded_host.h"
+
+namespace commands_test {
+
+enum class Language { kEnglish, kChinese };
+
+class CommandSession {
+ public:
+  explicit CommandSession(Language language);
+  ~CommandSession();
+  CommandSession(const CommandSession&) = delete;
+  CommandSession& operator=(const CommandSession&) = delete;
+
+  // Adds an entity to the drawing that will be saved and loaded; its id.
+  host::ObjectId add(host::EntityData data, const std::string& layer = "0", int color = 256);
+  // Saves the drawing as DXF, loads that file into a fresh host and loads the module.
+  void start();
+  // Runs a script; the transcript it produced.
+  std::string run(const std::string& script);
+
+  standalone::EmbeddedHost& host() { return *host_; }
+  std::optional<host::Entity> read(host::ObjectId id) const { return host_->drawing().read(id); }
+  // Live entities of model space in drawing order.
+  std::vector<host::Entity> entities() const;
+  template <class T>
+  std::vector<host::Entity> entitiesOf() const {
+    std::vector<host::Entity> out;
+    for (auto& e : entities())
+      if (std::holds_alternative<T>(e.data)) out.push_back(e);
+    return out;
+  }
+  // Saves the drawing after the commands and reads it back with ezdxf: one
+  // line per model-space entity (see dump_dxf.py).
+  std::vector<std::string> readBackWithEzdxf();
+  bool chinese() const { return language_ == Language::kChinese; }
+  // The literal of the session's language.
+  const char* pick(const char* en, const char* zh) const { return chinese() ? zh : en; }
+
+ private:
+  Language language_;
+  std::filesystem::path dir_;
+  standalone::DrawingDatabase draft_;
+  std::ostringstream out_;
+  std::unique_ptr<standalone::EmbeddedHost> host_;
+  std::unique_ptr<frame::Module> module_;
+};
+
+// "#1F": the handle answer of a selection prompt.
+std::string pickOf(host::ObjectId id);
+
+// Record builders.
+host::LwPolyline lwThrough(const std::vector<ge::Point2d>& pts, bool closed = false, double elevation = 0);
+host::Polyline2d old2dThrough(const std::vector<ge::Point2d>& pts, bool closed = false);
+host::Polyline3d poly3dThrough(const std::vector<ge::Point3d>& pts, bool closed = false);
+ge::PointList verticesOf(const host::Entity& e);
+
+// Number of non-overlapping occurrences of text in hay.
+std::size_t countOf(const std::string& hay, const std::string& needle);
+
+}  // namespace commands_test

@@ -1,0 +1,161 @@
+// PLDD, PLCLOSE, PLOPEN, PLGXK, PL2OLD, OLDPL2LW end to end, and the host's PEDIT they drive.
+#include <gtest/gtest.h>
+
+#include "command_session.h"
+
+namespace commands_test {
+namespace {
+
+class PolylineBatch : public ::testing::TestWithParam<Language> {
+ protected:
+  CommandSession s{GetParam()};
+  std::string processed(int n) {
+    return std::string(s.pick("\nProcessed <", "\n处理了< ")) + std::to_string(n) +
+           s.pick(" > curve(s) OK.", " >根曲线。 ");
+  }
+  std::string select(std::initializer_list<host::ObjectId> ids) {
+    std::string out;
+    for (auto id : ids) out += pickOf(id) + "\n";
+    return out + "\n";
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Languages, PolylineBatch, ::testing::Values(Language::kEnglish, Language::kChinese));
+
+short cmdecho(CommandSession& s) {
+  host::ResBuf v;
+  s.host().host().sysvars.getVar("CMDECHO", v);
+  return std::get<std::int16_t>(v.value);
+}
+
+TEST_P(PolylineBatch, ReverseFlipsEveryKindOfCurveAndCountsThem) {
+  host::ObjectId line = s.add(host::Line{{0, 0, 0}, {10, 0, 0}});
+  host::LwPolyline lw = lwThrough({{0, 0}, {5, 0}, {5, 5}});
+  lw.vertices[0].bulge = 0.5;
+  host::ObjectId pl = s.add(lw);
+  host::Arc a;
+  a.center = {0, 0, 0};
+  a.radius = 5;
+  a.startAngle = 0;
+  a.endAngle = 1.5;
+  host::ObjectId arc = s.add(a);
+  host::ObjectId p3 = s.add(poly3dThrough({{0, 0, 0}, {1, 2, 3}, {4, 5, 6}}));
+  host::ObjectId text = s.add(host::Text{{1, 1, 0}, {1, 1, 0}, 1, "not a curve"});
+  s.start();
+  std::string out = s.run("PLDD\n" + select({line, pl, arc, p3, text}));
+  EXPECT_NE(out.find(s.pick("Please select PLINE >\n", "请选择多段线>\n")), std::string::npos) << out;
+  EXPECT_NE(out.find(processed(4)), std::string::npos) << out;
+  EXPECT_EQ(std::get<host::Line>(s.read(line)->data).start, (ge::Point3d{10, 0, 0}));
+  EXPECT_EQ(verticesOf(*s.read(pl)), (ge::PointList{{5, 5, 0}, {5, 0, 0}, {0, 0, 0}}));
+  EXPECT_EQ(std::get<host::LwPolyline>(s.read(pl)->data).vertices[1].bulge, -0.5) << "the bulge moves and flips";
+  EXPECT_EQ(verticesOf(*s.read(p3)).front(), (ge::Point3d{4, 5, 6}));
+  auto dump = s.readBackWithEzdxf();
+  EXPECT_EQ(dump[0], "LINE points 10.000000,0.000000,0.000000;0.000000,0.000000,0.000000");
+  out = s.run("PLDD\n\n");
+  EXPECT_NE(out.find(s.pick("No PLINE selected.\n", "未选中多段线。\n")), std::string::npos) << out;
+}
+
+TEST_P(PolylineBatch, CloseAndOpenGoThroughPeditAndLeaveCmdechoAtOne) {
+  host::ObjectId a = s.add(lwThrough({{0, 0}, {10, 0}, {10, 10}}));
+  host::ObjectId b = s.add(old2dThrough({{20, 0}, {30, 0}, {30, 10}}, true));
+  host::ObjectId c = s.add(poly3dThrough({{0, 0, 0}, {1, 0, 1}, {1, 1, 2}}));
+  s.start();
+  s.host().host().sysvars.setVar("CMDECHO", host::ResBuf::shortInt(0));
+  std::string out = s.run("PLCLOSE\n" + select({a, b, c}));
+  EXPECT_NE(out.find(s.pick("Please select polyline >\n", "请选择待优化的多段线>\n")), std::string::npos) << out;
+  EXPECT_TRUE(std::get<host::LwPolyline>(s.read(a)->data).closed);
+  EXPECT_TRUE(std::get<host::Polyline2d>(s.read(b)->data).closed) << "already closed: stays closed";
+  EXPECT_TRUE(std::get<host::Polyline3d>(s.read(c)->data).closed);
+  EXPECT_EQ(cmdecho(s), 1);
+  EXPECT_EQ(out.find("Processed"), std::string::npos) << "no count line";
+  auto dump = s.readBackWithEzdxf();
+  EXPECT_EQ(dump[0].rfind("LWPOLYLINE closed=1", 0), 0u) << dump[0];
+  EXPECT_EQ(dump[2].rfind("POLYLINE3d closed=1", 0), 0u) << dump[2];
+
+  s.run("PLOPEN\n" + select({a, c}));
+  EXPECT_FALSE(std::get<host::LwPolyline>(s.read(a)->data).closed);
+  EXPECT_FALSE(std::get<host::Polyline3d>(s.read(c)->data).closed);
+  EXPECT_TRUE(std::get<host::Polyline2d>(s.read(b)->data).closed) << "not selected";
+  out = s.run("PLOPEN\n\n");
+  EXPECT_NE(out.find(s.pick("No polyline selected.\n", "未选中多段线。\n")), std::string::npos) << out;
+}
+
+TEST_P(PolylineBatch, WidthIsSetOnAllAndTinyOrMissingWidthsBecomeZero) {
+  host::LwPolyline wide = lwThrough({{0, 0}, {10, 0}});
+  wide.vertices[0].startWidth = 2;
+  host::ObjectId a = s.add(wide);
+  host::ObjectId b = s.add(old2dThrough({{20, 0}, {30, 0}}));
+  s.start();
+  std::string out = s.run("PLGXK\n" + select({a, b}) + "0.75\n");
+  EXPECT_NE(out.find(s.pick("\nPlease enter a new line width:", "\n请输入新的线宽:")), std::string::npos) << out;
+  const auto& lw = std::get<host::LwPolyline>(s.read(a)->data);
+  EXPECT_EQ(lw.constantWidth, 0.75);
+  EXPECT_EQ(lw.vertices[0].startWidth, 0);
+  const auto& old = std::get<host::Polyline2d>(s.read(b)->data);
+  EXPECT_EQ(old.vertices[1].endWidth, 0.75);
+  auto dump = s.readBackWithEzdxf();
+  EXPECT_NE(dump[0].find("width=0.75"), std::string::npos) << dump[0];
+
+  s.run("PLGXK\n" + select({a}) + "1e-12\n");
+  EXPECT_EQ(std::get<host::LwPolyline>(s.read(a)->data).constantWidth, 0);
+  s.run("PLGXK\n" + select({b}) + "\n");
+  EXPECT_EQ(std::get<host::Polyline2d>(s.read(b)->data).vertices[0].startWidth, 0) << "Enter sends width 0";
+  EXPECT_EQ(cmdecho(s), 1);
+}
+
+TEST_P(PolylineBatch, LightweightAndOldStylePolylinesConvertBothWaysKeepingTheirIdentity) {
+  host::LwPolyline lw = lwThrough({{0, 0}, {10, 0}, {10, 10}}, true);
+  lw.vertices[1].bulge = 0.3;
+  host::ObjectId a = s.add(lw, "walls", 2);
+  host::ObjectId p3 = s.add(poly3dThrough({{0, 0, 0}, {1, 0, 1}}));
+  s.start();
+  std::string out = s.run("PL2OLD\n" + select({a}));
+  EXPECT_NE(out.find(s.pick("Please select Lightweight Polyline(s) >\n", "请选择轻量级多段线>\n")), std::string::npos);
+  EXPECT_NE(out.find(processed(1)), std::string::npos) << out;
+  auto old = s.read(a);
+  ASSERT_TRUE(old && std::holds_alternative<host::Polyline2d>(old->data));
+  EXPECT_EQ(std::get<host::Polyline2d>(old->data).vertices[1].bulge, 0.3);
+  EXPECT_TRUE(std::get<host::Polyline2d>(old->data).closed);
+  EXPECT_EQ(old->props.layer, "walls");
+  auto dump = s.readBackWithEzdxf();
+  EXPECT_EQ(dump[0].rfind("POLYLINE2d closed=1", 0), 0u) << dump[0];
+
+  out = s.run("OLDPL2LW\n" + select({a, p3}));
+  EXPECT_NE(out.find(s.pick("Please select old type Polyline(s) >\n", "请选择老式多段线>\n")), std::string::npos);
+  EXPECT_NE(out.find(processed(1)), std::string::npos) << "the 3D polyline is refused: " << out;
+  EXPECT_TRUE(std::holds_alternative<host::LwPolyline>(s.read(a)->data));
+  EXPECT_TRUE(std::holds_alternative<host::Polyline3d>(s.read(p3)->data));
+  dump = s.readBackWithEzdxf();
+  EXPECT_EQ(dump[0].rfind("LWPOLYLINE closed=1", 0), 0u) << dump[0];
+
+  out = s.run("PL2OLD\n\n");
+  EXPECT_NE(out.find(s.pick("No Polyline selected.\n", "未选中。\n")), std::string::npos) << out;
+  out = s.run("OLDPL2LW\n\n");
+  EXPECT_NE(out.find(s.pick("No Polyline2D selected.\n", "未选中。\n")), std::string::npos) << out;
+}
+
+TEST_P(PolylineBatch, PeditTypedByTheUserEditsOnePolylineWithUndo) {
+  host::ObjectId a = s.add(lwThrough({{0, 0}, {10, 0}, {10, 10}, {0, 10}}));
+  s.start();
+  std::string out = s.run("PEDIT\n" + pickOf(a) + "\nC\nW\n2\nU\n\n");
+  EXPECT_NE(out.find("Select polyline or [Multiple]: "), std::string::npos) << out;
+  EXPECT_NE(out.find("Enter an option [Close/Join/Width/Edit vertex/Fit/Spline/Decurve/Ltype gen/Reverse/Undo]: "),
+            std::string::npos);
+  EXPECT_NE(out.find("Enter an option [Open/Join/Width/"), std::string::npos) << "a closed polyline offers Open";
+  EXPECT_NE(out.find("Specify new width for all segments: "), std::string::npos);
+  const auto& lw = std::get<host::LwPolyline>(s.read(a)->data);
+  EXPECT_TRUE(lw.closed);
+  EXPECT_EQ(lw.constantWidth, 0) << "the width was undone";
+
+  out = s.run("PEDIT\nM\n" + pickOf(a) + "\n\nS\n\n");
+  auto fitted = s.read(a);
+  ASSERT_TRUE(std::holds_alternative<host::Polyline2d>(fitted->data)) << out;
+  EXPECT_TRUE(std::get<host::Polyline2d>(fitted->data).splineFit);
+  s.run("PEDIT\n" + pickOf(a) + "\nD\n\n");
+  const auto& plain = std::get<host::Polyline2d>(s.read(a)->data);
+  EXPECT_FALSE(plain.splineFit);
+  EXPECT_EQ(plain.vertices.size(), 4u) << "the frame comes back";
+}
+
+}  // namespace
+}  // namespace commands_test

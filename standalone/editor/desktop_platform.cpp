@@ -44,8 +44,9 @@ std::string currentExecutablePath() {
   return ec ? std::string() : p.string();
 }
 
-DesktopPlatform::DesktopPlatform(std::string modulePath, std::function<void(const std::string&)> note)
-    : modulePath_(std::move(modulePath)), note_(std::move(note)) {}
+DesktopPlatform::DesktopPlatform(std::string modulePath, std::function<void(const std::string&)> note,
+                                 bool openPages)
+    : modulePath_(std::move(modulePath)), note_(std::move(note)), openPages_(openPages) {}
 
 bool DesktopPlatform::fileExists(std::string_view path) const {
   std::error_code ec;
@@ -56,8 +57,8 @@ bool DesktopPlatform::openWithDesktop(std::string_view target) {
   const char* x = std::getenv("DISPLAY");
   const char* wayland = std::getenv("WAYLAND_DISPLAY");
   bool display = (x && *x) || (wayland && *wayland);
-  if (!display) {
-    if (note_) note_("Opening " + std::string(target) + " (no display: not opened)");
+  if (!display || !openPages_) {
+    if (note_) note_("Opening " + std::string(target) + (display ? " (not opened)" : " (no display: not opened)"));
     return false;
   }
   if (note_) note_("Opening " + std::string(target));

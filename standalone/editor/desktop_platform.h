@@ -12,7 +12,8 @@ class DesktopPlatform : public host::Platform {
  public:
   // modulePath: the file the plug-in is loaded from (the corvane executable).
   // note: where "not opened" notices go (the transcript).
-  DesktopPlatform(std::string modulePath, std::function<void(const std::string&)> note);
+  // openPages false: openWithDesktop only writes its notice (listings that load the plug-in for a moment).
+  DesktopPlatform(std::string modulePath, std::function<void(const std::string&)> note, bool openPages = true);
 
   std::string appName() const override { return modulePath_; }
   std::string modulePath() const override { return modulePath_; }
@@ -26,6 +27,7 @@ class DesktopPlatform : public host::Platform {
  private:
   std::string modulePath_;
   std::function<void(const std::string&)> note_;
+  bool openPages_;
 };
 
 // The path of the running executable ("" when it cannot be found).

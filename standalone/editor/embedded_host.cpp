@@ -50,14 +50,20 @@ EmbeddedHost::EmbeddedHost(DrawingDatabase drawing, std::ostream& out, EmbeddedH
     : drawing_(std::move(drawing)),
       transcript_(out),
       view_(initialView(drawing_, kernel_, options.viewportWidthPixels, options.viewportHeightPixels)),
-      settings_(options.settingsPath, [this](const std::string& note) { transcript_.print(note + "\n"); }),
+      settings_(options.settingsPath, [this](const std::string& note) { showNote(note); }),
       sysvars_(header_, settings_, view_),
       editor_(transcript_, drawing_, kernel_, sysvars_, view_),
       runner_(HostCommandContext{editor_, drawing_, kernel_, sysvars_, view_, menus_}, registry_),
       demandLoad_(settings_),
-      platform_(options.modulePath, [this](const std::string& note) { transcript_.print(note + "\n"); }),
+      platform_(options.modulePath, [this](const std::string& note) { showNote(note); },
+                options.openPages),
       host_{editor_, drawing_, kernel_, sysvars_, registry_, runner_, demandLoad_, settings_, platform_} {
   addBasicHostCommands(runner_);
+}
+
+void EmbeddedHost::showNote(const std::string& note) {
+  transcript_.endLine();
+  transcript_.print(note + "\n");
 }
 
 SessionResult EmbeddedHost::run(AnswerSource& source) {

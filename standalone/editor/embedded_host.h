@@ -27,6 +27,7 @@ struct EmbeddedHostOptions {
   std::string modulePath;    // what the plug-in sees as its own module file
   int viewportWidthPixels = 1600;
   int viewportHeightPixels = 1000;
+  bool openPages = true;  // false: pages and documents are never handed to the desktop
 };
 
 class EmbeddedHost {
@@ -54,6 +55,9 @@ class EmbeddedHost {
   void storeView();
 
  private:
+  // A notice of the host itself (settings file, desktop) on a line of its own.
+  void showNote(const std::string& note);
+
   class Header : public DrawingHeader {
    public:
     explicit Header(DrawingDatabase& db) : db_(db) {}

@@ -1,0 +1,48 @@
+// corvane: runs the plug-in's commands on a drawing from a script, text or
+// the terminal; lists commands, the menu and the stored settings.
+#include <filesystem>
+#include <iostream>
+
+#include "options.h"
+#include "program.h"
+#include "standalone/db/dxf_tags.h"
+#include "standalone/editor/errors.h"
+#if CORVANE_HAS_RENDER
+#include "standalone/render/render_error.h"
+#endif
+
+int main(int argc, char** argv) {
+  using namespace corvane_app;
+  std::vector<std::string> args(argv + 1, argv + argc);
+  try {
+    Request request = parseArguments(args);
+    if (std::holds_alternative<HelpRequest>(request)) {
+      std::cout << usageText();
+      return 0;
+    }
+    if (std::holds_alternative<CommandsListing>(request)) return listCommands(std::cout, std::cerr);
+    if (std::holds_alternative<MenuListing>(request)) return showMenu(std::cout, std::cerr);
+    if (const auto* s = std::get_if<SettingsRequest>(&request)) return settingsCommand(*s, std::cout, std::cerr);
+    return runDrawing(std::get<RunRequest>(request), std::cout, std::cerr);
+  } catch (const UsageError& e) {
+    std::cerr << "corvane: " << e.what() << " (corvane --help shows the usage)\n";
+    return 2;
+  } catch (const standalone::DxfError& e) {
+    std::cerr << "corvane: " << e.what() << "\n";
+    return 1;
+  } catch (const standalone::InputError& e) {
+    std::cerr << "corvane: " << e.what() << "\n";
+    return 1;
+#if CORVANE_HAS_RENDER
+  } catch (const standalone::RenderError& e) {
+    std::cerr << "corvane: " << e.what() << "\n";
+    return 1;
+#endif
+  } catch (const std::filesystem::filesystem_error& e) {
+    std::cerr << "corvane: " << e.what() << "\n";
+    return 1;
+  } catch (const std::exception& e) {
+    std::cerr << "corvane: unexpected failure: " << e.what() << "\n";
+    return 1;
+  }
+}

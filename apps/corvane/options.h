@@ -1,0 +1,41 @@
+#pragma once
+// The command line of the corvane program.
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace corvane_app {
+
+// A command line that does not fit the usage.
+class UsageError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+struct HelpRequest {};
+struct CommandsListing {};
+struct MenuListing {};
+struct SettingsRequest {
+  enum class Op { kList, kGet, kSet } op = Op::kList;
+  std::string name;
+  std::string value;
+};
+struct RunRequest {
+  std::string drawing;
+  std::optional<std::string> script;       // -s
+  std::optional<std::string> commandText;  // -c
+  std::optional<std::string> output;       // -o
+  std::optional<std::string> svg;
+  std::optional<std::string> png;
+};
+
+using Request = std::variant<HelpRequest, CommandsListing, MenuListing, SettingsRequest, RunRequest>;
+
+// What the arguments (without the program name) ask for; throws UsageError.
+Request parseArguments(const std::vector<std::string>& args);
+// The text of --help.
+std::string usageText();
+
+}  // namespace corvane_app

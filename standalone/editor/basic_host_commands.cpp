@@ -1,4 +1,4 @@
-// ZOOM, ERASE and MENULOAD.
+// ZOOM, ERASE, MENULOAD and SETVAR.
 #include <cmath>
 #include <memory>
 
@@ -161,6 +161,44 @@ void menuLoad(HostCommandContext& c) {
   }
 }
 
+std::string valueText(const host::ResBuf& v) {
+  if (const auto* s = std::get_if<std::int16_t>(&v.value)) return std::to_string(*s);
+  if (const auto* d = std::get_if<double>(&v.value)) return displayReal(*d);
+  if (const auto* t = std::get_if<std::string>(&v.value)) return "\"" + *t + "\"";
+  if (const auto* p = std::get_if<ge::Point3d>(&v.value)) return displayPoint(*p);
+  return "?";
+}
+
+// SETVAR: shows a system variable and sets it from text of its own type.
+void setVariable(HostCommandContext& c) {
+  std::string name;
+  if (c.editor.getString(false, "Enter variable name: ", name) != host::RTNORM || name.empty()) return;
+  name = toUpperAscii(name);
+  host::ResBuf current;
+  if (c.sysvars.getVar(name, current) != host::RTNORM) {
+    c.editor.print("Unknown variable name.\n");
+    return;
+  }
+  if (current.type == host::RT3DPOINT || name == "VIEWSIZE") {
+    c.editor.print(name + " = " + valueText(current) + " (read only)\n");
+    return;
+  }
+  std::string text;
+  if (c.editor.getString(false, "Enter new value for " + name + " <" + valueText(current) + ">: ", text) !=
+          host::RTNORM ||
+      text.empty())
+    return;
+  std::optional<host::ResBuf> value;
+  if (current.type == host::RTSHORT) {
+    if (std::optional<int> i = parseInteger(text)) value = host::ResBuf::shortInt(static_cast<std::int16_t>(*i));
+  } else if (current.type == host::RTREAL) {
+    if (std::optional<double> d = parseReal(text)) value = host::ResBuf::real(*d);
+  } else {
+    value = host::ResBuf::text(text);
+  }
+  if (!value || c.sysvars.setVar(name, *value) != host::RTNORM) c.editor.print("Invalid value for " + name + ".\n");
+}
+
 }  // namespace
 
 void addBasicHostCommands(HostCommandRunner& runner) {
@@ -168,6 +206,7 @@ void addBasicHostCommands(HostCommandRunner& runner) {
   runner.addHostCommand("ZOOM", [zoom](HostCommandContext& c) { (*zoom)(c); });
   runner.addHostCommand("ERASE", erase);
   runner.addHostCommand("MENULOAD", menuLoad);
+  runner.addHostCommand("SETVAR", setVariable);
 }
 
 }  // namespace standalone

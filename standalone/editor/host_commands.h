@@ -62,7 +62,7 @@ class HostCommandRunner : public host::HostCommands {
 // The token a command receives for a typed value, as the user would type it.
 std::string tokenText(const host::ResBuf& token);
 
-// Adds ZOOM, ERASE and MENULOAD.
+// Adds ZOOM, ERASE, MENULOAD and SETVAR.
 void addBasicHostCommands(HostCommandRunner& runner);
 
 }  // namespace standalone

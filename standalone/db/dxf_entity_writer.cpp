@@ -8,6 +8,7 @@
 #include "standalone/db/dxf_tags.h"
 #include "standalone/db/entity_props.h"
 #include "standalone/db/ocs.h"
+#include "standalone/db/r12_downgrade.h"
 
 namespace standalone {
 
@@ -405,18 +406,37 @@ struct KindWriter {
 
 const char* kindMissingIn(const host::EntityData& data, const std::string& version) {
   if (hasSubclassMarkers(version)) return nullptr;
-  if (std::holds_alternative<host::Ellipse>(data)) return "ELLIPSE";
-  if (std::holds_alternative<host::Spline>(data)) return "SPLINE";
-  if (std::holds_alternative<host::Helix>(data)) return "HELIX";
-  if (std::holds_alternative<host::MText>(data)) return "MTEXT";
   if (std::holds_alternative<host::Hatch>(data)) return "HATCH";
   if (std::holds_alternative<host::Image>(data)) return "IMAGE";
   return nullptr;
 }
 
+namespace {
+
+std::size_t subRecordCount(const host::EntityData& data) {
+  if (auto* lw = std::get_if<host::LwPolyline>(&data)) return lw->vertices.size() + 1;
+  if (auto* p = std::get_if<host::Polyline2d>(&data)) return p->vertices.size() + 1;
+  if (auto* p3 = std::get_if<host::Polyline3d>(&data)) return p3->vertices.size() + 1;
+  return 0;
+}
+
+void giveSpareHandles(host::EntityData& data, const EntityWriteContext& ctx) {
+  auto next = [&]() -> std::uint64_t { return ctx.spareHandles && ctx.handles ? (*ctx.spareHandles)++ : 0; };
+  if (auto* p = std::get_if<host::Polyline2d>(&data)) {
+    for (auto& v : p->vertices) v.handle = next();
+    p->seqendHandle = next();
+  } else if (auto* p3 = std::get_if<host::Polyline3d>(&data)) {
+    for (auto& v : p3->vertices) v.handle = next();
+    p3->seqendHandle = next();
+  }
+}
+
+}  // namespace
+
 std::size_t spareHandlesNeeded(const EntityRecord& rec, const EntityWriteContext& ctx) {
   if (ctx.markers || !rec.raw.empty() || !ctx.handles) return 0;
-  if (auto* lw = std::get_if<host::LwPolyline>(&rec.entity.data)) return lw->vertices.size() + 1;
+  if (std::holds_alternative<host::LwPolyline>(rec.entity.data)) return subRecordCount(rec.entity.data);
+  if (auto standIn = r12StandIn(rec.entity.data)) return subRecordCount(*standIn);
   return 0;
 }
 
@@ -428,6 +448,15 @@ void writeEntity(DxfOut& out, const EntityRecord& rec, const EntityWriteContext&
   if (std::holds_alternative<host::OtherEntity>(rec.entity.data)) {
     for (const Tag& t : rec.extras.otherTags) out.tag(t.code, t.value);
     return;
+  }
+  if (!ctx.markers) {
+    if (auto standIn = r12StandIn(rec.entity.data)) {
+      EntityRecord copy = rec;
+      copy.entity.data = std::move(*standIn);
+      giveSpareHandles(copy.entity.data, ctx);
+      writeEntity(out, copy, ctx);
+      return;
+    }
   }
   Emitter e(out, rec, ctx);
   bool subRecords = std::holds_alternative<host::Polyline2d>(rec.entity.data) ||

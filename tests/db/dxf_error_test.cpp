@@ -97,13 +97,13 @@ class DxfSaveFailure : public ::testing::Test {
   std::filesystem::path dir_;
 };
 
-TEST_F(DxfSaveFailure, AnR12DrawingRefusesASplineAndKeepsTheTarget) {
+TEST_F(DxfSaveFailure, AnR12DrawingRefusesAHatchAndKeepsTheTarget) {
   auto target = dir_ / "plan.dxf";
   auto db = standalone::DrawingDatabase::createEmpty("AC1009");
   standalone::saveDxf(db, target);
   std::string before = contents(target);
   host::Entity e;
-  e.data = host::Spline{};
+  e.data = host::Hatch{};
   db.append(e);
   EXPECT_THROW(standalone::saveDxf(db, target), DxfError);
   EXPECT_EQ(contents(target), before);

@@ -267,4 +267,38 @@ TEST(DxfWriteR12, LightweightPolylineBecomesAnOldStylePolyline) {
   EXPECT_NE(p.vertices[2].handle, 0u);
 }
 
+TEST(DxfWriteR12, CurvesAndMultilineTextGetStandIns) {
+  auto db = DrawingDatabase::createEmpty("AC1009");
+  host::Entity ellipse, spline, mtext;
+  ellipse.data = host::Ellipse{{1, 2, 0}, {4, 0, 0}, ge::kZAxis, 0.5, 0, 2 * 3.141592653589793};
+  host::Spline s;
+  s.degree = 2;
+  s.knots = {0, 0, 0, 1, 1, 1};
+  s.controlPoints = {{0, 0, 0}, {1, 2, 0}, {2, 0, 0}};
+  spline.data = s;
+  host::MText m;
+  m.text = "{\\fArial|b0;first}\\Psecond";
+  m.height = 2;
+  mtext.data = m;
+  for (auto* e : {&ellipse, &spline, &mtext}) db.append(*e);
+  auto back = readDxf(writeDxf(db));
+  auto ids = back.entitiesOf(back.modelSpace());
+  ASSERT_EQ(ids.size(), 3u);
+  const auto& pe = std::get<host::Polyline2d>(back.peek(ids[0])->data);
+  EXPECT_TRUE(pe.closed);
+  EXPECT_GE(pe.vertices.size(), 64u);
+  for (const auto& v : pe.vertices) {
+    double u = (v.position.x - 1) / 4, w = (v.position.y - 2) / 2;
+    EXPECT_NEAR(u * u + w * w, 1.0, 1e-12);
+  }
+  const auto& ps = std::get<host::Polyline2d>(back.peek(ids[1])->data);
+  EXPECT_EQ(ps.vertices.front().position, (ge::Point3d{0, 0, 0}));
+  EXPECT_EQ(ps.vertices.back().position, (ge::Point3d{2, 0, 0}));
+  // The middle of a quadratic Bezier: (P0 + 2 P1 + P2) / 4.
+  EXPECT_NEAR(ps.vertices[ps.vertices.size() / 2].position.y, 1.0, 1e-12);
+  const auto& t = std::get<host::Text>(back.peek(ids[2])->data);
+  EXPECT_EQ(t.text, "first second");
+  EXPECT_EQ(t.height, 2);
+}
+
 }  // namespace

@@ -123,6 +123,18 @@ void benchThinning(std::size_t n) {
   e.data = std::move(lw);
   db.append(e);
   Session session(std::move(db));
+  // The host's own queries the command makes on the polyline, for comparison.
+  const host::CurveServices& curves = session.host->host().curves;
+  ge::Extents3d ext;
+  double extentsTime = seconds([&] { curves.getGeomExtents(e.data, ext); });
+  double endParam = 0, length = 0;
+  double lengthTime = seconds([&] {
+    curves.getEndParam(e.data, endParam);
+    curves.getDistAtParam(e.data, endParam, length);
+  });
+  double readTime = seconds([&] { session.host->drawing().read(e.id); });
+  std::printf("host queries on it: extents %.4f s, length (end param + distance) %.4f s, one read %.4f s\n",
+              extentsTime, lengthTime, readTime);
   double whole = seconds([&] { session.run("PLYH\n" + handleOf(e.id) + "\n\n1\n"); });
   std::printf("PLYH command through the embedded host (selection, extents, read, thin, append, erase): %.4f s\n",
               whole);

@@ -213,8 +213,10 @@ struct KindWriter {
       if (v.bulge != 0) out().real(42, v.bulge);
       out().integer(70, v.flags);
       if (v.flags & host::kVertexTangentDefined) out().real(50, degrees(v.tangent));
+      endSubRecord();
     }
     subRecord("SEQEND", d.seqendHandle);
+    endSubRecord();
   }
   void operator()(const host::Polyline3d& d) {
     e.begin("POLYLINE");
@@ -232,8 +234,10 @@ struct KindWriter {
       }
       out().point(10, v.position);
       out().integer(70, v.flags | host::kVertex3dPolyline);
+      endSubRecord();
     }
     subRecord("SEQEND", d.seqendHandle);
+    endSubRecord();
   }
   // VERTEX or SEQEND owned by the polyline, on the polyline's layer.
   void subRecord(const char* type, std::uint64_t handle) {
@@ -245,7 +249,17 @@ struct KindWriter {
     }
     if (ctx.paperSpaces.count(rec.entity.owner.value)) out().integer(67, 1);
     out().tag(8, e.text(rec.entity.props.layer.empty() ? "0" : rec.entity.props.layer));
+    pendingKept_ = nullptr;
+    for (const auto& sub : rec.extras.subRecords)
+      if (sub.handle == handle && handle != 0) pendingKept_ = &sub.kept;
   }
+  // The kept groups of the VERTEX or SEQEND just written, at its end.
+  void endSubRecord() {
+    if (!pendingKept_) return;
+    for (const KeptTag& k : *pendingKept_) out().tag(k.code, k.value);
+    pendingKept_ = nullptr;
+  }
+  const std::vector<KeptTag>* pendingKept_ = nullptr;
   void operator()(const host::Spline& d) {
     e.begin("SPLINE");
     splineBody(d);

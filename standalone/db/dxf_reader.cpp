@@ -146,6 +146,7 @@ void FileReader::readTables() {
     if (t.value != "TABLE") throw DxfError(t.line, "expected TABLE, found \"" + std::string(t.value) + "\"");
     SymbolTable table;
     table.head = readRecord(t);
+    ctx_.maxHandle = std::max(ctx_.maxHandle, table.head.handle);
     while (true) {
       RawTag e = need(0, "a table entry or ENDTAB");
       if (e.value == "ENDTAB") {

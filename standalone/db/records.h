@@ -35,6 +35,13 @@ struct KeptTag {
 };
 inline constexpr std::uint16_t kAnchorTail = 0xFFFF;
 
+// Groups of a VERTEX or SEQEND record that the polyline record has no field
+// for (XDATA, colours of single vertices, ...), by the record's handle.
+struct SubRecordKept {
+  std::uint64_t handle = 0;
+  std::vector<KeptTag> kept;
+};
+
 // Per-entity data the record types of host/entity.h do not hold.
 struct EntityExtras {
   std::vector<std::uint64_t> reactors;  // 102 {ACAD_REACTORS
@@ -44,6 +51,7 @@ struct EntityExtras {
   std::string_view attributeTail;  // ATTRIB ... SEQEND after an INSERT, written back verbatim
   bool paperSpaceFlag = false;     // group 67 was 1
   TagList otherTags;  // full tags of an uninterpreted entity once its properties were changed
+  std::vector<SubRecordKept> subRecords;  // only those with something kept
 };
 
 struct EntityRecord {

@@ -94,6 +94,32 @@ TEST(DxfWriteChanged, InsertKeepsAttributesAndOthersKeepTheirBytes) {
   EXPECT_NE(out.find("caf\xE9"), std::string::npos);
 }
 
+TEST(DxfWriteChanged, PolylineVerticesKeepTheirOwnGroups) {
+  auto vertex = [](const char* h, const char* x, dbtest::Groups extra) {
+    dbtest::Groups g{{0, "VERTEX"}, {5, h}, {330, "60"}, {100, "AcDbEntity"}, {8, "0"}, {62, "3"},
+                     {100, "AcDbVertex"}, {100, "AcDb2dVertex"}, {10, x}, {20, "1.0"}, {30, "0.0"}, {70, "0"}};
+    g.insert(g.end(), extra.begin(), extra.end());
+    return g;
+  };
+  dbtest::Groups groups{{0, "POLYLINE"}, {5, "60"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"},
+                        {100, "AcDb2dPolyline"}, {66, "1"}, {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {70, "0"}};
+  for (const auto& g : {vertex("61", "0.0", {{1001, "APP"}, {1000, "first"}}), vertex("62", "5.0", {})})
+    groups.insert(groups.end(), g.begin(), g.end());
+  groups.insert(groups.end(), {{0, "SEQEND"}, {5, "63"}, {330, "60"}, {100, "AcDbEntity"}, {8, "0"},
+                               {1001, "APP"}, {1000, "end"}});
+  auto db = readDxf(drawing(dxf(groups)));
+  auto pl = first(db);
+  std::get<host::Polyline2d>(pl.data).vertices[1].position.x = 9;
+  db.write(pl);
+  std::string out = writeDxf(db);
+  EXPECT_NE(out.find(dxf({{10, "0.0"}, {20, "1.0"}, {30, "0.0"}, {70, "0"}, {62, "3"}, {1001, "APP"},
+                          {1000, "first"}, {0, "VERTEX"}, {5, "62"}})),
+            std::string::npos)
+      << out.substr(out.find("POLYLINE"), 700);
+  EXPECT_NE(out.find(dxf({{10, "9.0"}})), std::string::npos);
+  EXPECT_NE(out.find(dxf({{8, "0"}, {1001, "APP"}, {1000, "end"}, {0, "ENDSEC"}})), std::string::npos);
+}
+
 TEST(DxfWriteChanged, SeedStaysAboveEveryHandleAndNewVariablesJoinTheHeader) {
   auto db = readDxf(drawing(dxf(kMixedEntities)));
   host::Entity e;

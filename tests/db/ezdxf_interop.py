@@ -281,12 +281,50 @@ def rewrite_all(tool, work, version):
     print(f"{version}: {compared} regenerated entities read the same")
 
 
+def malformed(tool, work):
+    """Broken files: one error naming the line, and no output file."""
+    src = os.path.join(work, "in_R2010.dxf")
+    with open(src, "rb") as f:
+        good = f.read().decode("utf-8")
+    lines = good.split("\n")
+    at = lines.index("LINE")  # a LINE entity: its groups follow
+    cases = {
+        "truncated": ("\n".join(lines[: at + 4]) + "\n", at + 4),
+        "bad group code": ("\n".join(lines[: at + 1] + ["x5"] + lines[at + 2:]), at + 2),
+        "bad number": (None, None),
+        "missing EOF": ("\n".join(lines[: lines.index("EOF") - 1]) + "\n", None),
+    }
+    # A coordinate of the LINE that is not a number.
+    i = at + 1
+    while lines[i].strip() != "10":
+        i += 1
+    broken = list(lines)
+    broken[i + 1] = "1.2.3"
+    cases["bad number"] = ("\n".join(broken), i + 2)
+    for name, (text, line) in cases.items():
+        path = os.path.join(work, f"broken_{name.replace(' ', '_')}.dxf")
+        dst = path + ".out.dxf"
+        with open(path, "w", encoding="utf-8") as f:
+            f.write(text)
+        if os.path.exists(dst):
+            os.remove(dst)
+        proc = subprocess.run([tool, path, dst], capture_output=True, text=True)
+        message = proc.stderr.strip()
+        check(proc.returncode != 0, f"{name}: a broken file was accepted")
+        check(not os.path.exists(dst), f"{name}: an output file was written")
+        check(len(message.splitlines()) == 1 and message.startswith("line "), f"{name}: message {message!r}")
+        if line is not None:
+            check(message.startswith(f"line {line}:"), f"{name}: expected line {line}, got {message!r}")
+        print(f"{name}: {message}")
+
+
 def main():
     tool, work = sys.argv[1], sys.argv[2]
     os.makedirs(work, exist_ok=True)
     for version in VERSIONS:
         run_version(tool, work, version)
         rewrite_all(tool, work, version)
+    malformed(tool, work)
     if failures:
         print(f"{len(failures)} failures")
         sys.exit(1)

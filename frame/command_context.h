@@ -19,8 +19,8 @@ struct CommandContext {
 using CommandFunction = void (*)(CommandContext& context);
 
 // The common prologue, handed the command's internal name: counts the command
-// in the stored value "cmdtimes". Usage reporting and the update notice of the
-// original product stay off: the program makes no network requests of its own.
+// in the stored value "cmdtimes". Usage reports and the update notice stay off:
+// the program makes no network requests of its own.
 void commandPrologue(Settings& settings, std::string_view internalName);
 
 }  // namespace frame

@@ -1,6 +1,7 @@
 #include "frame/module.h"
 
 #include "frame/builtin_commands.h"
+#include "frame/errors.h"
 #include "frame/language.h"
 #include "frame/menu.h"
 #include "frame/output.h"
@@ -53,10 +54,17 @@ void Module::registerCommands() {
 void Module::runCommand(const CommandEntry& entry) {
   CommandContext context{host_, settings_, entry.globalName, entry.localName};
   commandPrologue(settings_, entry.internalName);
-  if (entry.isBuilt())
-    entry.handler(context);
-  else
+  if (!entry.isBuilt()) {
     notAvailableCommand(context);
+    return;
+  }
+  try {
+    entry.handler(context);
+  } catch (const PluginError& e) {
+    // Failures of outside data end the command with their message; the
+    // host's own exceptions (input that ended) pass on to the host.
+    host_.editor.print(e.chosen());
+  }
 }
 
 void Module::countLoad() {

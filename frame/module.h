@@ -28,7 +28,8 @@ class Module {
   Settings& settings() { return settings_; }
 
   // Runs a registered command as the host does when its name is typed: the
-  // prologue, then its handler or the not-available message.
+  // prologue, then its handler or the not-available message. A PluginError
+  // from the handler ends the command with its message.
   void runCommand(const CommandEntry& entry);
 
  private:

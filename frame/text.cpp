@@ -48,11 +48,11 @@ bool parseConversion(std::string_view format, std::size_t start, Conversion& out
 
 // snprintf into a std::string; the format is built here from checked pieces only.
 template <class T>
-std::string printOne(const std::string& spec, T value) {
-  int n = std::snprintf(nullptr, 0, spec.c_str(), value);
+std::string printOne(const std::string& conversion, T value) {
+  int n = std::snprintf(nullptr, 0, conversion.c_str(), value);
   if (n <= 0) return {};
   std::string out(static_cast<std::size_t>(n) + 1, '\0');
-  std::snprintf(out.data(), out.size(), spec.c_str(), value);
+  std::snprintf(out.data(), out.size(), conversion.c_str(), value);
   out.resize(static_cast<std::size_t>(n));
   return out;
 }

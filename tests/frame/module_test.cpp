@@ -4,6 +4,7 @@
 
 #include "fake_host.h"
 #include "frame/builtin_commands.h"
+#include "frame/errors.h"
 #include "frame/language.h"
 #include "frame/menu.h"
 #include "frame/module.h"
@@ -99,6 +100,22 @@ TEST_P(ModuleTest, CommandsRunThroughThePrologue) {
   fake.settings.writeText(kSettingsKey, "Demo3", "https://corvane.example/another");
   fake.commandStack.run("ZORL_DEMO3");
   EXPECT_EQ(fake.platform.opened.back(), "https://corvane.example/another") << "the stored address wins";
+}
+
+TEST_P(ModuleTest, OutsideDataFailuresEndTheCommandWithTheirMessage) {
+  frame::CommandEntry failing{"ZORL_TEST", "TEST", "failingTest", [](frame::CommandContext&) {
+                                throw frame::makeError<frame::FileError>(
+                                    {"\nCannot read %s (line %d).", "\n无法读取 %s（第%d行）。"}, "a.txt", 3);
+                              }};
+  module.acrxEntryPoint(AppMsg::kInitAppMsg);
+  fake.editor.transcript.clear();
+  module.runCommand(failing);
+  EXPECT_EQ(fake.editor.transcript, chinese() ? "\n无法读取 a.txt（第3行）。" : "\nCannot read a.txt (line 3).");
+  EXPECT_EQ(stored("cmdtimes"), 1u);
+
+  frame::CommandEntry broken{"ZORL_TEST", "TEST", "brokenTest",
+                             [](frame::CommandContext&) { throw std::logic_error("input ended"); }};
+  EXPECT_THROW(module.runCommand(broken), std::logic_error) << "other exceptions belong to the host";
 }
 
 TEST(Menu, BackslashesAreDoubled) {

@@ -53,6 +53,9 @@ void CMainDlgDlg::onInitDialog() {
     auto [low, high] = kProvisionalRanges[k];
     groups_[k].rangeMin = low;
     groups_[k].rangeMax = high;
+    // Until a curve shows the slot, its value is the bottom of the provisional range.
+    groups_[k].sliderPos = lastSliderPos_[k] = values_[k] = low;
+    groups_[k].editText = asEditText(low);
   }
   drawUcs_ = settings_.readInt(kSettingDrawUcs) != 0;
   curveKindIndex_ = settings_.readInt(kSettingCurveIsPline) != 0 ? 1 : 0;
@@ -74,8 +77,6 @@ void CMainDlgDlg::onSelectionChange(int index) {
     view.caption = param.caption;
     view.rangeMin = param.minValue;
     view.rangeMax = param.maxValue;
-    view.sliderPos = param.defaultValue;
-    lastSliderPos_[k] = param.defaultValue;
     onEditChange(k, asEditText(param.defaultValue));
   }
 }
@@ -88,6 +89,7 @@ void CMainDlgDlg::onEditChange(int slot, std::string_view text) {
   view.editText = clamped != value ? asEditText(clamped) : std::string(text);
   values_[slot] = clamped;
   view.sliderPos = clamped;
+  lastSliderPos_[slot] = clamped;  // the slider now stands here; moving back must update the edit
 }
 
 void CMainDlgDlg::onSliderMoved(int slot, int position) {

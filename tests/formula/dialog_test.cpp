@@ -99,6 +99,19 @@ TEST_P(Dialog, EditsAreClampedToTheirRange) {
   EXPECT_EQ(parseEditInteger("-99999999999999"), -2147483647 - 1);
 }
 
+// Found by fuzzing: slider to 40, edit to 5, slider back to 40 left "5" in the edit.
+TEST_P(Dialog, TheEditFollowsTheSliderBackAfterTyping) {
+  CMainDlgDlg dlg = open();
+  dlg.onSelectionChange(1);
+  dlg.onSliderMoved(0, 40);
+  dlg.onEditChange(0, "5");
+  dlg.onSliderMoved(0, 40);
+  EXPECT_EQ(dlg.group(0).editText, "40");
+  EXPECT_EQ(dlg.values()[0], 40);
+  // Slots no curve has shown yet hold the bottom of their provisional range.
+  EXPECT_EQ(open().values()[3], 1);
+}
+
 TEST_P(Dialog, SlidersRedrawOnlyAfterPreview) {
   CMainDlgDlg dlg = open();
   dlg.onSelectionChange(23);

@@ -107,8 +107,7 @@ Pline2 joinCorners(std::vector<RawSeg> raw, bool closed, double tol) {
     Vec2 mid = (s1.b + s2.a) * 0.5;
     auto best = std::min_element(xs.begin(), xs.end(),
                                  [&](Vec2 p, Vec2 q) { return (p - mid).length() < (q - mid).length(); });
-    double reach = 4 * std::max((s1.b - s1.sourceEnd).length(), (s1.b - s2.a).length());
-    if (best != xs.end() && (*best - s1.sourceEnd).length() <= std::max(reach, 1e3 * (s1.b - s2.a).length())) {
+    if (best != xs.end()) {
       s1.b = *best;
       s2.a = *best;
     } else {
@@ -248,10 +247,26 @@ std::vector<Pline2> stitch(std::vector<std::vector<Seg>> slices, double tol) {
     return (x.front().a - y.front().a).length() <= joinTol && (x.back().b - y.back().b).length() <= joinTol &&
            (x.front().pointAt(0.5) - y.front().pointAt(0.5)).length() <= joinTol;
   };
+  // Slices ordered by the x of their start, so the slice that continues a
+  // chain is found by a binary search instead of a scan.
+  std::vector<size_t> byStart(slices.size());
+  for (size_t i = 0; i < slices.size(); ++i) byStart[i] = i;
+  auto startX = [&](size_t i) { return slices[i].front().a.x; };
+  std::sort(byStart.begin(), byStart.end(), [&](size_t a, size_t b) { return startX(a) < startX(b); });
+  auto startingAt = [&](Vec2 p, auto f) {
+    auto it = std::lower_bound(byStart.begin(), byStart.end(), p.x - joinTol,
+                               [&](size_t i, double x) { return startX(i) < x; });
+    for (; it != byStart.end() && startX(*it) <= p.x + joinTol; ++it)
+      if ((slices[*it].front().a - p).length() <= joinTol && f(*it)) return;
+  };
   std::vector<bool> used(slices.size(), false);
-  for (size_t i = 0; i < slices.size(); ++i)
-    for (size_t j = i + 1; j < slices.size() && !used[i]; ++j)
-      if (!used[j] && same(slices[i], slices[j])) used[j] = true;
+  for (size_t i = 0; i < slices.size(); ++i) {
+    if (used[i]) continue;
+    startingAt(slices[i].front().a, [&](size_t j) {
+      if (j > i && !used[j] && same(slices[i], slices[j])) used[j] = true;
+      return false;
+    });
+  }
   for (size_t i = 0; i < slices.size(); ++i) {
     if (used[i]) continue;
     used[i] = true;
@@ -259,13 +274,13 @@ std::vector<Pline2> stitch(std::vector<std::vector<Seg>> slices, double tol) {
     for (bool grown = true; grown;) {
       grown = false;
       if ((chain.back().b - chain.front().a).length() <= joinTol && chain.size() > 1) break;
-      for (size_t j = 0; j < slices.size(); ++j) {
-        if (used[j] || (slices[j].front().a - chain.back().b).length() > joinTol) continue;
+      startingAt(chain.back().b, [&](size_t j) {
+        if (used[j]) return false;
         used[j] = true;
         chain.insert(chain.end(), slices[j].begin(), slices[j].end());
         grown = true;
-        break;
-      }
+        return true;
+      });
     }
     Pline2 pl;
     pl.closed = chain.size() > 1 && (chain.back().b - chain.front().a).length() <= joinTol;
@@ -277,6 +292,21 @@ std::vector<Pline2> stitch(std::vector<std::vector<Seg>> slices, double tol) {
   return out;
 }
 
+// Signed area of a closed polyline, counter-clockwise positive: the shoelace
+// sum plus each arc's circular segment.
+double signedArea(const Pline2& pl) {
+  double twice = 0;
+  for (size_t i = 0; i < pl.segmentCount(); ++i) {
+    Seg s = segmentOf(pl, i);
+    twice += s.a.cross(s.b);
+    if (s.isArc() && (s.b - s.a).length() > 0) {
+      Arc2 c = s.arc();
+      twice += c.r * c.r * (c.sweep - std::sin(c.sweep));
+    }
+  }
+  return twice / 2;
+}
+
 }  // namespace
 
 std::vector<Pline2> offsetPline(const Pline2& source, double d, double tol) {
@@ -286,7 +316,22 @@ std::vector<Pline2> offsetPline(const Pline2& source, double d, double tol) {
   Pline2 joined = joinCorners(std::move(raw), source.closed, tol);
   auto subs = splitAtSelfIntersections(joined, tol);
   auto slices = validSlices(subs, source, source.closed, d, tol);
-  return stitch(std::move(slices), tol);
+  auto result = stitch(std::move(slices), tol);
+  // Loops that run against the source's sense are knots of mitre spikes, not offsets.
+  if (source.closed) {
+    double sense = signedArea(source);
+    std::erase_if(result, [&](const Pline2& r) { return r.closed && signedArea(r) * sense <= 0; });
+    // Growing a closed curve gives one outline; smaller loops beside it are
+    // knots of mitre spikes too.
+    bool growing = (sense > 0) == (d > 0);
+    if (growing && result.size() > 1) {
+      auto largest = std::max_element(result.begin(), result.end(), [](const Pline2& a, const Pline2& b) {
+        return std::abs(signedArea(a)) < std::abs(signedArea(b));
+      });
+      result = {*largest};
+    }
+  }
+  return result;
 }
 
 }  // namespace standalone::kernel

@@ -15,6 +15,12 @@ namespace {
 
 constexpr frame::Text kOriginPrompt{"\nPlease specify the origin>>", "\n请指定原点>>"};
 constexpr frame::Text kTitle{"Math Formula Curves", "数学公式曲线"};
+constexpr std::array<frame::Text, 6> kControlCaptions{{{"parm1", "参数1"},
+                                                       {"parm2", "参数2"},
+                                                       {"parm3", "参数3"},
+                                                       {"parm4", "参数4"},
+                                                       {"Draw UCS", "绘制坐标系"},
+                                                       {"Preview", "预览"}}};
 constexpr std::array<frame::Text, 2> kCurveKinds{{{"Spline", "生成 Spline"}, {"Polyline", "生成 Polyline"}}};
 
 // Ranges the edits and sliders have before a curve is chosen.
@@ -140,6 +146,12 @@ std::string_view CMainDlgDlg::curveKindText(int index) const {
 bool CMainDlgDlg::originPicked() const { return origin_.distanceTo(kUnpickedOrigin) > kPickedTolerance; }
 
 std::string_view CMainDlgDlg::title() const { return kTitle.chosen(); }
+
+std::array<std::string_view, 6> CMainDlgDlg::controlCaptions() const {
+  std::array<std::string_view, 6> captions;
+  for (std::size_t i = 0; i < captions.size(); ++i) captions[i] = kControlCaptions[i].chosen();
+  return captions;
+}
 
 void CMainDlgDlg::applyCurveKind() const { geom::setCurveKindIsSpline(curveKindIndex_ <= 0); }
 

@@ -77,8 +77,11 @@ class CMainDlgDlg {
   // Picture id of the preview shown (0 before any selection).
   int pictureId() const { return pictureId_; }
   const DrawnIds& drawnIds() const { return drawnIds_; }
-  // Captions of the window and its controls in the active language.
+  // The window's title in the active language.
   std::string_view title() const;
+  // Labels of the four parameter groups' frames, the "Draw UCS" box and the
+  // "Preview" button, in this order, in the active language.
+  std::array<std::string_view, 6> controlCaptions() const;
 
  private:
   void applyCurveKind() const;

@@ -3,6 +3,7 @@
 // by the next run, in both languages.
 #include <gtest/gtest.h>
 
+#include "formula/coordinate_frame.h"
 #include "formula/main_dlg.h"
 #include "formula_host.h"
 #include "frame/language.h"
@@ -48,6 +49,9 @@ TEST_P(Dialog, StartsWithTheHeartSplineAndNoFrameWhenNothingIsStored) {
   EXPECT_EQ(dlg.group(0).caption, GetParam() ? "宽度" : "Width");
   EXPECT_EQ(dlg.group(0).editText, "10");
   EXPECT_EQ(dlg.pictureId(), 407);
+  EXPECT_EQ(dlg.title(), GetParam() ? "数学公式曲线" : "Math Formula Curves");
+  EXPECT_EQ(dlg.controlCaptions()[0], GetParam() ? "参数1" : "parm1");
+  EXPECT_EQ(dlg.controlCaptions()[5], GetParam() ? "预览" : "Preview");
   for (int k = 1; k < 4; ++k) EXPECT_FALSE(dlg.group(k).visible);
   EXPECT_EQ(entityCount(), 0u);
 }
@@ -225,6 +229,15 @@ TEST_P(Dialog, DrawUcsAddsAGraduatedFrameAroundTheCurve) {
   EXPECT_GE(texts, 8);
   EXPECT_NE(std::find(labels.begin(), labels.end(), "-10"), labels.end());
   EXPECT_NE(std::find(labels.begin(), labels.end(), "10"), labels.end());
+}
+
+TEST(CoordinateFrame, TickStepsAreOneTwoOrFiveTimesAPowerOfTen) {
+  EXPECT_EQ(tickStep({-3, 3, -1, 1}), 1);        // short reaches still tick every unit
+  EXPECT_EQ(tickStep({-10, 10, -10, 10}), 2);
+  EXPECT_EQ(tickStep({0, 24, -3, 0}), 5);
+  EXPECT_EQ(tickStep({-25, 25, -25, 25}), 5);
+  EXPECT_EQ(tickStep({0, 51, 0, 0}), 20);       // 10.2 rounds up to 20
+  EXPECT_EQ(tickStep({-4000, 0, 0, 10}), 1000);
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, Dialog, ::testing::Values(false, true),

@@ -318,9 +318,40 @@ def malformed(tool, work):
         print(f"{name}: {message}")
 
 
+ACADVER = {"R12": "AC1009", "R2000": "AC1015", "R2004": "AC1018", "R2007": "AC1021", "R2010": "AC1024",
+           "R2013": "AC1027", "R2018": "AC1032"}
+
+
+def new_drawing(tool, work, version):
+    """A drawing made from scratch by us reads cleanly in ezdxf."""
+    dst = os.path.join(work, f"new_{version}.dxf")
+    proc = subprocess.run([tool, "--new", ACADVER[version], dst], capture_output=True, text=True)
+    check(proc.returncode == 0, f"{version}: new drawing failed: {proc.stderr.strip()}")
+    if proc.returncode != 0:
+        return
+    doc = ezdxf.readfile(dst)
+    kinds = sorted(e.dxftype() for e in doc.modelspace())
+    expected = ["ARC", "CIRCLE", "ELLIPSE", "HATCH", "HELIX", "LINE", "LWPOLYLINE", "MTEXT", "POINT", "POLYLINE",
+                "POLYLINE", "SPLINE", "TEXT"]
+    if version == "R12":  # stand-ins for what R12 lacks; no hatch
+        expected = ["ARC", "CIRCLE", "LINE", "POINT", "POLYLINE", "POLYLINE", "POLYLINE", "POLYLINE", "POLYLINE",
+                    "POLYLINE", "TEXT", "TEXT"]
+    check(kinds == expected, f"{version}: new drawing holds {kinds}")
+    check("MADE HERE" in [l.dxf.name for l in doc.layers], f"{version}: layer of new entities missing")
+    if version != "R12":
+        check(("HELIX", "AcDbHelix") in doc.classes.classes, f"{version}: no CLASS entry for HELIX")
+    texts = [e.dxf.text for e in doc.modelspace().query("TEXT")]
+    check(any("中文" in unescaped(t) for t in texts), f"{version}: text {texts}")
+    auditor = doc.audit()
+    check(not auditor.has_errors, f"{version}: audit of a new drawing: {[x.message for x in auditor.errors][:5]}")
+    print(f"{version}: new drawing with {len(kinds)} entities reads cleanly")
+
+
 def main():
     tool, work = sys.argv[1], sys.argv[2]
     os.makedirs(work, exist_ok=True)
+    for version in VERSIONS:
+        new_drawing(tool, work, version)
     for version in VERSIONS:
         run_version(tool, work, version)
         rewrite_all(tool, work, version)

@@ -3,14 +3,66 @@
 // LWPOLYLINE and a fit-point SPLINE, and saves. Prints the handles it touched.
 // With --rewrite-all every interpreted entity is also written back unchanged,
 // so the whole drawing is regenerated from the records instead of copied.
+// With --new VERSION OUT.dxf it writes a new drawing with every kind made here.
 #include <cstdio>
 #include <exception>
 #include <string_view>
+#include <vector>
 
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"
 
+namespace {
+
+// A new drawing of the version with one entity of every kind made here.
+int makeNewDrawing(const char* version, const char* out) {
+  auto db = standalone::DrawingDatabase::createEmpty(version);
+  host::Spline spline;
+  spline.degree = 3;
+  spline.knots = {0, 0, 0, 0, 1, 1, 1, 1};
+  spline.controlPoints = {{0, 0, 0}, {1, 2, 0}, {3, 2, 0}, {4, 0, 0}};
+  host::Helix helix;
+  helix.curve = spline;
+  helix.startPoint = {1, 0, 0};
+  host::Hatch hatch;
+  host::HatchPath path;
+  path.flags = 3;
+  path.polyline = {{0, 0, 0}, {2, 0, 0.5}, {2, 2, 0}};
+  hatch.paths = {path};
+  host::Text text;
+  text.text = "new text 中文";
+  host::MText mtext;
+  mtext.text = "new\\Pmtext";
+  std::vector<host::EntityData> kinds{host::Line{{0, 0, 0}, {1, 1, 0}},
+                                      host::Circle{{0, 0, 0}, 2},
+                                      host::Arc{{0, 0, 0}, 2, 0, 1, 0, {0, 0, -1}},
+                                      host::Ellipse{{0, 0, 0}, {2, 0, 0}, ge::kZAxis, 0.5},
+                                      host::LwPolyline{{{0, 0, 0.3, 0, 0}, {1, 0, 0, 0, 0}}},
+                                      host::Polyline2d{{{{0, 0, 0}}, {{1, 1, 0}}}},
+                                      host::Polyline3d{{{{0, 0, 0}}, {{1, 1, 1}}}},
+                                      spline, helix, text, mtext, host::PointEntity{{1, 2, 3}}, hatch};
+  for (auto& data : kinds) {
+    host::Entity e;
+    e.props.layer = "MADE HERE";
+    e.data = data;
+    if (db.version() == "AC1009" && std::holds_alternative<host::Hatch>(data)) continue;
+    db.append(e);
+  }
+  standalone::saveDxf(db, out);
+  return 0;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+  if (argc == 4 && std::string_view(argv[1]) == "--new") {
+    try {
+      return makeNewDrawing(argv[2], argv[3]);
+    } catch (const std::exception& e) {
+      std::fprintf(stderr, "%s\n", e.what());
+      return 1;
+    }
+  }
   bool rewriteAll = argc == 4 && std::string_view(argv[3]) == "--rewrite-all";
   if (argc != 3 && !rewriteAll) {
     std::fprintf(stderr, "usage: db_roundtrip_tool IN.dxf OUT.dxf [--rewrite-all]\n");

@@ -28,9 +28,10 @@ std::string truncateCharacters(std::string text, std::size_t limit) {
 }  // namespace
 
 CommandLine::CommandLine(Transcript& transcript, const host::Drawing& drawing, const host::CurveServices& curves,
-                         const host::SystemVariables& sysvars, const View& view)
+                         const host::SystemVariables& sysvars, const View& view,
+                         EntityFinder::LayerTest frozenOrLocked)
     : transcript_(transcript), drawing_(drawing), curves_(curves), sysvars_(sysvars), view_(view),
-      finder_(drawing, curves) {}
+      finder_(drawing, curves, std::move(frozenOrLocked)) {}
 
 void CommandLine::pushSource(AnswerSource& source, bool endCancels, bool quiet) {
   sources_.push_back({&source, endCancels, quiet});

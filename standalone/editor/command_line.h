@@ -21,8 +21,9 @@ namespace standalone {
 
 class CommandLine : public host::Editor {
  public:
+  // frozenOrLocked: layers whose entities ALL leaves out (none when empty).
   CommandLine(Transcript& transcript, const host::Drawing& drawing, const host::CurveServices& curves,
-              const host::SystemVariables& sysvars, const View& view);
+              const host::SystemVariables& sysvars, const View& view, EntityFinder::LayerTest frozenOrLocked = {});
 
   // Answers come from source until popSource. endCancels: when it runs out a
   // waiting prompt is cancelled (tokens of a host command); otherwise the

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <unordered_map>
 
 namespace standalone {
 
@@ -103,7 +104,19 @@ std::vector<host::ObjectId> EntityFinder::inWindow(const ge::Point3d& a, const g
   return out;
 }
 
-std::vector<host::ObjectId> EntityFinder::all() const { return drawing_.entitiesOf(drawing_.currentSpace()); }
+std::vector<host::ObjectId> EntityFinder::all() const {
+  std::vector<host::ObjectId> ids = drawing_.entitiesOf(drawing_.currentSpace());
+  if (!frozenOrLocked_) return ids;
+  std::unordered_map<std::string, bool> skip;  // per layer, asked once
+  std::erase_if(ids, [&](host::ObjectId id) {
+    std::optional<host::Entity> e = drawing_.read(id);
+    if (!e) return true;
+    auto [it, fresh] = skip.try_emplace(e->props.layer, false);
+    if (fresh) it->second = frozenOrLocked_(e->props.layer);
+    return it->second;
+  });
+  return ids;
+}
 
 std::vector<host::ObjectId> EntityFinder::wholeDrawing() const {
   std::vector<host::ObjectId> out = drawing_.entitiesOf(drawing_.modelSpace());

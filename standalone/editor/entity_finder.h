@@ -1,7 +1,9 @@
 #pragma once
 // Finding entities of the drawing by a picked point, a window, a handle or
 // drawing order, for picks and selections.
+#include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -13,8 +15,11 @@ namespace standalone {
 
 class EntityFinder {
  public:
-  EntityFinder(const host::Drawing& drawing, const host::CurveServices& curves)
-      : drawing_(drawing), curves_(curves) {}
+  // Tells whether a layer is frozen or locked, so ALL leaves its entities out.
+  using LayerTest = std::function<bool(const std::string& layer)>;
+
+  EntityFinder(const host::Drawing& drawing, const host::CurveServices& curves, LayerTest frozenOrLocked = {})
+      : drawing_(drawing), curves_(curves), frozenOrLocked_(std::move(frozenOrLocked)) {}
 
   // The entity of the current space nearest to p in the XY plane within
   // aperture drawing units; of equal distances the one drawn last wins, as
@@ -23,7 +28,7 @@ class EntityFinder {
   // Entities of the current space wholly inside the rectangle of two corners
   // (window), or inside or crossing its edges (crossing), in drawing order.
   std::vector<host::ObjectId> inWindow(const ge::Point3d& a, const ge::Point3d& b, bool crossing) const;
-  // Every entity of the current space in drawing order.
+  // Every entity of the current space in drawing order, except those on frozen or locked layers.
   std::vector<host::ObjectId> all() const;
   // Every entity of model space and of the current space (the whole drawing for "X").
   std::vector<host::ObjectId> wholeDrawing() const;
@@ -40,6 +45,7 @@ class EntityFinder {
 
   const host::Drawing& drawing_;
   const host::CurveServices& curves_;
+  LayerTest frozenOrLocked_;
 };
 
 // The handle a typed answer names: "#1F" or "(handent \"1F\")" (hexadecimal, case ignored).

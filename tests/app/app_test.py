@@ -126,6 +126,21 @@ class Program(unittest.TestCase):
         self.assertIn("Command: ZOOM", r.stdout)  # the rest of the script still runs
         self.assertNotEqual(r.returncode, 0)
 
+    def test_all_leaves_out_frozen_and_locked_layers(self):
+        doc = ezdxf.new("R2010")
+        doc.layers.add("Frozen").freeze()
+        doc.layers.add("Locked").lock()
+        msp = doc.modelspace()
+        msp.add_line((0, 0), (1, 0))
+        msp.add_line((0, 1), (1, 1), dxfattribs={"layer": "Frozen"})
+        msp.add_line((0, 2), (1, 2), dxfattribs={"layer": "Locked"})
+        src, out = self.path("layers.dxf"), self.path("out.dxf")
+        doc.saveas(src)
+        r = self.corvane(src, "-c", "ERASE ALL ", "-o", out)
+        self.assertEqual(r.returncode, 0, r.stderr)
+        self.assertIn("ALL\n1 found\n", r.stdout)
+        self.assertEqual(sorted(e.dxf.layer for e in ezdxf.readfile(out).modelspace()), ["Frozen", "Locked"])
+
     def test_answers_from_the_terminal(self):
         src = self.drawing()
         out = self.path("out.dxf")

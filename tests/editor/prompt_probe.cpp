@@ -38,11 +38,13 @@ class Probe {
 
   void run() {
     while (true) {
-      ed_.initGet(0, "Int Real Dist Base Point Kword String Line Pick Select Quit");
+      ed_.initGet(0, "Int Real Dist Base Point Kword String Line Pick Select File Message Quit");
       std::string kind;
-      int rc = ed_.getKword("Probe [Int/Real/Dist/Base/Point/Kword/String/Line/Pick/Select/Quit]: ", kind);
+      int rc = ed_.getKword("Probe [Int/Real/Dist/Base/Point/Kword/String/Line/Pick/Select/File/Message/Quit]: ", kind);
       if (rc != host::RTNORM || kind == "Quit") return;
       if (kind == "Select") selection();
+      else if (kind == "File") fileName();
+      else if (kind == "Message") ed_.messageBox("Corvane", "Nothing was selected.");
       else if (kind == "Pick") pick();
       else if (kind == "String" || kind == "Line") text(kind == "Line");
       else value(kind);
@@ -92,6 +94,11 @@ class Probe {
     std::string s;
     int rc = ed_.getString(spaces, "Enter a text: ", s);
     report(rc, "[" + s + "]");
+  }
+  void fileName() {
+    std::string path;
+    int rc = ed_.getFileName("Save report as", "report", "xls", true, path);
+    report(rc, "[" + path + "]");
   }
   void pick() {
     host::ObjectId id;

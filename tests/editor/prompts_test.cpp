@@ -138,5 +138,14 @@ TEST(Pick, NearestEntityAndHandles) {
   EXPECT_THAT(f.run("PROBE Pick #" + hex(circle) + " Quit\n"), HasSubstr("-> RTNORM " + hex(circle) + " CIRCLE"));
 }
 
+TEST(FileNamesAndMessageBoxes, AskedAndShownOnTheCommandLine) {
+  HostFixture f;
+  EXPECT_THAT(f.run("PROBE File\n\nQuit\n"), HasSubstr("Save report as <report>: \n-> RTNORM [report.xls]\n"));
+  EXPECT_THAT(f.run("PROBE File\n\"/tmp/my report.html\"\nQuit\n"), HasSubstr("-> RTNORM [/tmp/my report.html]\n"));
+  EXPECT_THAT(f.run("PROBE File\n/tmp/dir.v2/table\nQuit\n"), HasSubstr("-> RTNORM [/tmp/dir.v2/table.xls]\n"));
+  EXPECT_THAT(f.run("PROBE Message Quit\n"), HasSubstr("Probe [Int/Real/Dist/Base/Point/Kword/String/Line/Pick/Select/File/"
+                                                        "Message/Quit]: Message\n[Corvane] Nothing was selected.\n"));
+}
+
 }  // namespace
 }  // namespace corvane_test

@@ -141,6 +141,17 @@ class Program(unittest.TestCase):
         self.assertIn("ALL\n1 found\n", r.stdout)
         self.assertEqual(sorted(e.dxf.layer for e in ezdxf.readfile(out).modelspace()), ["Frozen", "Locked"])
 
+    def test_the_view_comes_from_the_active_viewport(self):
+        doc = ezdxf.new("R2010")
+        doc.modelspace().add_line((0, 0), (100, 0))
+        doc.viewports.get("*Active")[0].dxf.center = (7, 8)
+        doc.viewports.get("*Active")[0].dxf.height = 40
+        src = self.path("view.dxf")
+        doc.saveas(src)
+        r = self.corvane(src, "-c", "SETVAR VIEWSIZE SETVAR VIEWCTR")
+        self.assertIn("VIEWSIZE = 40 (read only)\n", r.stdout)
+        self.assertIn("VIEWCTR = 7,8,0 (read only)\n", r.stdout)
+
     def test_answers_from_the_terminal(self):
         src = self.drawing()
         out = self.path("out.dxf")

@@ -111,6 +111,15 @@ TEST_P(VertexOptimise, AVanishinglyShortPolylineIsErased) {
   EXPECT_EQ(s.entitiesOf<host::LwPolyline>().size(), 1u);
 }
 
+TEST_P(VertexOptimise, DuplicateRemovalErasesAVanishinglyShortPolylineToo) {
+  host::ObjectId dot = s.add(poly3dThrough({{5, 5, 5}, {5, 5, 5.000001}}));
+  s.start();
+  std::string out = s.run("PLYH2\n" + pickOf(dot) + "\n\n");
+  EXPECT_FALSE(s.read(dot));
+  EXPECT_NE(out.find(s.pick("\nDeleted <0 > duplicate vertexs OK.", "\n删除了< 0 >个重复顶点。 ")), std::string::npos)
+      << out;
+}
+
 TEST_P(VertexOptimise, DuplicatesGoInPlaceAndARepeatedStartClosesThePolyline) {
   host::ObjectId id = s.add(lwThrough({{0, 0}, {10, 0}, {10, 0.000001}, {10, 10}, {0, 0}}));
   host::ObjectId old = s.add(old2dThrough({{0, 20}, {0, 20}, {5, 25}}));

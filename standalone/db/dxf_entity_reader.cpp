@@ -253,8 +253,8 @@ bool BodyReader::splineTag(host::Spline& d, const RawTag& t) {
       std::int64_t n = parseInteger(t);
       if (n < 0 || n > 100'000'000) throw DxfError(t.line + 1, "impossible count " + std::to_string(n));
       (t.code == 72 ? s_.splineKnots : t.code == 73 ? s_.splineControls : s_.splineFits) = static_cast<std::size_t>(n);
-      if (t.code == 72) d.knots.reserve(static_cast<std::size_t>(n));
-      if (t.code == 73) d.controlPoints.reserve(static_cast<std::size_t>(n));
+      if (t.code == 72) d.knots.reserve(r_.plausibleCount(n));
+      if (t.code == 73) d.controlPoints.reserve(r_.plausibleCount(n));
       return true;
     }
     case 42: d.knotTolerance = parseReal(t); return true;
@@ -349,7 +349,7 @@ bool BodyReader::lwTag(host::LwPolyline& d, const RawTag& t) {
     case 90: {
       std::int64_t n = parseInteger(t);
       if (n < 0 || n > 100'000'000) throw DxfError(t.line + 1, "impossible vertex count " + std::to_string(n));
-      d.vertices.reserve(static_cast<std::size_t>(n));
+      d.vertices.reserve(r_.plausibleCount(n));
       return true;
     }
     case 70: {

@@ -29,6 +29,7 @@ class Pull {
     RawTag t;
     return r_.peek(t) && t.code == code;
   }
+  std::size_t plausible(int n) const { return r_.plausibleCount(n); }
   ge::Point2d point(int code) {
     double x = real(code);
     return {x, real(code + 10)};
@@ -64,7 +65,7 @@ host::HatchSplineEdge readSpline(Pull& p, bool fitData) {
   s.rational = p.integer(73) != 0;
   s.periodic = p.integer(74) != 0;
   int knots = count(p, 95), controls = count(p, 96);
-  s.knots.reserve(static_cast<std::size_t>(knots));
+  s.knots.reserve(p.plausible(knots));
   for (int i = 0; i < knots; ++i) s.knots.push_back(p.real(40));
   for (int i = 0; i < controls; ++i) {
     s.controlPoints.push_back(p.point(10));
@@ -123,7 +124,7 @@ host::HatchPath readPath(Pull& p, bool fitData) {
     p.integer(72);  // has-bulge flag; the 42 groups speak for themselves
     path.polylineClosed = p.integer(73) != 0;
     int n = count(p, 93);
-    path.polyline.reserve(static_cast<std::size_t>(n));
+    path.polyline.reserve(p.plausible(n));
     for (int i = 0; i < n; ++i) {
       host::LwVertex v;
       v.x = p.real(10);

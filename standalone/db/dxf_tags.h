@@ -1,6 +1,7 @@
 #pragma once
 // Lowest DXF layer: splits ASCII DXF text into group-code/value pairs without
 // copying, and parses values. Every failure is a DxfError naming the line.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
@@ -43,6 +44,13 @@ class TagReader {
   const char* position() const { return hasPeeked_ ? peeked_.start : pos_; }
   std::size_t line() const { return hasPeeked_ ? peeked_.line : line_; }
   const char* end() const { return end_; }
+  // How many items a count read from the file may reserve room for: no more
+  // than the rest of the text could hold, at two short groups per item.
+  std::size_t plausibleCount(std::int64_t count) const {
+    constexpr std::size_t kMinBytesPerItem = 8;
+    std::size_t limit = static_cast<std::size_t>(end_ - position()) / kMinBytesPerItem;
+    return count <= 0 ? 0 : std::min(static_cast<std::size_t>(count), limit);
+  }
 
  private:
   bool scan(RawTag& tag);

@@ -82,6 +82,14 @@ TEST(DxfReadKinds, LwPolylineKeepsBulgesWidthsAndElevation) {
   EXPECT_EQ(p.vertices[2].bulge, -0.4142);
 }
 
+TEST(DxfReadKinds, AnAbsurdVertexCountReservesNothingItCannotFill) {
+  auto e = only(head("LWPOLYLINE", "52", "AcDbPolyline") +
+                dbtest::Groups{{90, "2000000000"}, {70, "0"}, {10, "0"}, {20, "0"}, {10, "1"}, {20, "1"}});
+  const auto& p = std::get<host::LwPolyline>(e.data);
+  EXPECT_EQ(p.vertices.size(), 2u);
+  EXPECT_LT(p.vertices.capacity(), 1000u);
+}
+
 TEST(DxfReadKinds, SplineFitPolylineKeepsCurveAndFrameVertices) {
   auto vertex = [](const char* h, const char* x, const char* flags) {
     return dbtest::Groups{{0, "VERTEX"}, {5, h}, {330, "53"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbVertex"},

@@ -12,6 +12,30 @@ namespace standalone {
 using host::ErrorStatus;
 using namespace kernel;
 
+// Curves with fewer pieces than this are cheaper to rebuild than to compare.
+constexpr size_t kCachedPieces = 4096;
+
+struct CurveKernel::PathCache {
+  EntityData key;
+  std::shared_ptr<const Path> path;
+};
+
+CurveKernel::CurveKernel() : cache_(std::make_unique<PathCache>()) {}
+CurveKernel::~CurveKernel() = default;
+
+std::shared_ptr<const Path> CurveKernel::pathFor(const EntityData& c) const {
+  // Comparing whole records keeps the cache exact: a changed entity never hits.
+  if (cache_->path && cache_->key.index() == c.index() && cache_->key == c) return cache_->path;
+  auto path = pathOf(c);
+  if (!path) return nullptr;
+  auto shared = std::make_shared<const Path>(std::move(*path));
+  if (shared->pieces.size() >= kCachedPieces) {
+    cache_->key = c;
+    cache_->path = shared;
+  }
+  return shared;
+}
+
 namespace {
 
 // True when p lies on the path within the path's point tolerance.
@@ -26,40 +50,40 @@ std::optional<ClosestPoint> onPath(const Path& path, const ge::Point3d& p) {
 }  // namespace
 
 ErrorStatus CurveKernel::getStartParam(const EntityData& c, double& param) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   param = path->startParam();
   return ErrorStatus::eOk;
 }
 
 ErrorStatus CurveKernel::getEndParam(const EntityData& c, double& param) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   param = path->endParam();
   return ErrorStatus::eOk;
 }
 
 ErrorStatus CurveKernel::getStartPoint(const EntityData& c, ge::Point3d& p) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   p = pointAtParam(*path, path->startParam());
   return ErrorStatus::eOk;
 }
 
 ErrorStatus CurveKernel::getEndPoint(const EntityData& c, ge::Point3d& p) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   p = pointAtParam(*path, path->endParam());
   return ErrorStatus::eOk;
 }
 
 bool CurveKernel::isClosed(const EntityData& c) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   return path && path->closed;
 }
 
 ErrorStatus CurveKernel::getPointAtParam(const EntityData& c, double param, ge::Point3d& p) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   if (!paramInRange(*path, param)) return ErrorStatus::eInvalidInput;
   p = pointAtParam(*path, param);
@@ -67,7 +91,7 @@ ErrorStatus CurveKernel::getPointAtParam(const EntityData& c, double param, ge::
 }
 
 ErrorStatus CurveKernel::getParamAtPoint(const EntityData& c, const ge::Point3d& p, double& param) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   auto on = onPath(*path, p);
   if (!on) return ErrorStatus::ePointNotOnEntity;
@@ -76,7 +100,7 @@ ErrorStatus CurveKernel::getParamAtPoint(const EntityData& c, const ge::Point3d&
 }
 
 ErrorStatus CurveKernel::getDistAtParam(const EntityData& c, double param, double& dist) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   if (!paramInRange(*path, param)) return ErrorStatus::eInvalidInput;
   dist = distAtParam(*path, param);
@@ -84,7 +108,7 @@ ErrorStatus CurveKernel::getDistAtParam(const EntityData& c, double param, doubl
 }
 
 ErrorStatus CurveKernel::getParamAtDist(const EntityData& c, double dist, double& param) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   auto u = paramAtDist(*path, dist);
   if (!u) return ErrorStatus::eInvalidInput;
@@ -93,7 +117,7 @@ ErrorStatus CurveKernel::getParamAtDist(const EntityData& c, double dist, double
 }
 
 ErrorStatus CurveKernel::getPointAtDist(const EntityData& c, double dist, ge::Point3d& p) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   auto u = paramAtDist(*path, dist);
   if (!u) return ErrorStatus::eInvalidInput;
@@ -103,7 +127,7 @@ ErrorStatus CurveKernel::getPointAtDist(const EntityData& c, double dist, ge::Po
 
 ErrorStatus CurveKernel::getPointsAtDists(const EntityData& c, const std::vector<double>& dists,
                                           std::vector<ge::Point3d>& points) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   double total = pathLength(*path);
   double slack = 1e-12 * std::max(total, 1e-300);
@@ -115,7 +139,7 @@ ErrorStatus CurveKernel::getPointsAtDists(const EntityData& c, const std::vector
 }
 
 ErrorStatus CurveKernel::getDistAtPoint(const EntityData& c, const ge::Point3d& p, double& dist) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   auto on = onPath(*path, p);
   if (!on) return ErrorStatus::ePointNotOnEntity;
@@ -124,14 +148,14 @@ ErrorStatus CurveKernel::getDistAtPoint(const EntityData& c, const ge::Point3d& 
 }
 
 ErrorStatus CurveKernel::getClosestPointTo(const EntityData& c, const ge::Point3d& p, ge::Point3d& onCurve) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   onCurve = closestPoint(*path, p).point;
   return ErrorStatus::eOk;
 }
 
 ErrorStatus CurveKernel::getFirstDeriv(const EntityData& c, double param, ge::Vector3d& d) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   if (!paramInRange(*path, param)) return ErrorStatus::eInvalidInput;
   d = derivAtParam(*path, param);
@@ -139,7 +163,7 @@ ErrorStatus CurveKernel::getFirstDeriv(const EntityData& c, double param, ge::Ve
 }
 
 ErrorStatus CurveKernel::getArea(const EntityData& c, double& area) const {
-  auto path = pathOf(c);
+  auto path = pathFor(c);
   if (!path) return ErrorStatus::eNotApplicable;
   auto normal = pathPlaneNormal(*path);
   // A curve that leaves its plane, or a straight one, encloses nothing.
@@ -148,7 +172,7 @@ ErrorStatus CurveKernel::getArea(const EntityData& c, double& area) const {
 }
 
 ErrorStatus CurveKernel::getGeomExtents(const EntityData& e, ge::Extents3d& ext) const {
-  if (auto path = pathOf(e)) {
+  if (auto path = pathFor(e)) {
     ext = pathExtents(*path);
     return ErrorStatus::eOk;
   }

@@ -1,14 +1,25 @@
 #pragma once
 // The embedded host's curve services over entity records: every curve kind
 // of host/entity.h with the host's parameter conventions and directions.
+#include <memory>
+
 #include "host/curves.h"
 
 namespace standalone {
+
+namespace kernel {
+struct Path;
+}
 
 class CurveKernel final : public host::CurveServices {
  public:
   using ErrorStatus = host::ErrorStatus;
   using EntityData = host::EntityData;
+
+  CurveKernel();
+  ~CurveKernel() override;
+  CurveKernel(const CurveKernel&) = delete;
+  CurveKernel& operator=(const CurveKernel&) = delete;
 
   ErrorStatus getStartParam(const EntityData& c, double& param) const override;
   ErrorStatus getEndParam(const EntityData& c, double& param) const override;
@@ -43,6 +54,13 @@ class CurveKernel final : public host::CurveServices {
   ErrorStatus fitSpline(const std::vector<ge::Point3d>& fitPoints, const ge::Vector3d* startTangent,
                         const ge::Vector3d* endTangent, host::Spline& result) const override;
   ErrorStatus fitPolyline2d(host::Polyline2d& pl, int splineType, int splineSegs) const override;
+
+ private:
+  // The path of a curve; the last long one is kept, so a run of queries on
+  // one large polyline (length, then points along it) builds it once.
+  std::shared_ptr<const kernel::Path> pathFor(const EntityData& c) const;
+  struct PathCache;
+  std::unique_ptr<PathCache> cache_;
 };
 
 }  // namespace standalone

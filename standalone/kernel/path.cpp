@@ -57,10 +57,12 @@ std::optional<Path> bulgedPath(const std::vector<V>& verts, bool closed, double 
   Path path{{}, closed, normal};
   size_t n = verts.size();
   size_t segments = closed ? n : n - 1;
+  Frame f = ocsFrame(normal);
+  path.pieces.reserve(segments);
   for (size_t i = 0; i < segments; ++i) {
     const auto& a = verts[i];
-    const auto& b = verts[(i + 1) % n];
-    path.pieces.push_back(bulgeSegment(position(a), position(b), a.bulge, elevation, normal, double(i), double(i + 1)));
+    const auto& b = verts[i + 1 == n ? 0 : i + 1];
+    path.pieces.push_back(bulgeSegment(position(a), position(b), a.bulge, elevation, f, double(i), double(i + 1)));
   }
   if (path.pieces.empty()) {  // a single vertex: a point-like curve of parameter range 0
     auto p = position(verts[0]);
@@ -113,9 +115,8 @@ std::optional<Path> splinePath(const host::Spline& s) {
 
 }  // namespace
 
-Piece bulgeSegment(const ge::Point2d& a, const ge::Point2d& b, double bulge, double z, const ge::Vector3d& normal,
-                   double p0, double p1) {
-  Frame f = ocsFrame(normal);
+Piece bulgeSegment(const ge::Point2d& a, const ge::Point2d& b, double bulge, double z, const Frame& f, double p0,
+                   double p1) {
   ge::Point3d wa = ocsToWorld(f, a.x, a.y, z), wb = ocsToWorld(f, b.x, b.y, z);
   double dx = b.x - a.x, dy = b.y - a.y;
   double chord = std::hypot(dx, dy);

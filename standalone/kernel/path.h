@@ -10,6 +10,7 @@
 #include "ge/point.h"
 #include "host/entity.h"
 #include "standalone/kernel/nurbs.h"
+#include "standalone/kernel/ocs.h"
 
 namespace standalone::kernel {
 
@@ -56,9 +57,9 @@ struct Path {
 // cannot be evaluated (no vertices, inconsistent spline data).
 std::optional<Path> pathOf(const host::EntityData& e);
 
-// Bulged segment from a to b (OCS 2D points at elevation z) in the frame's world placement.
-Piece bulgeSegment(const ge::Point2d& a, const ge::Point2d& b, double bulge, double z, const ge::Vector3d& normal,
-                   double p0, double p1);
+// Bulged segment from a to b (OCS 2D points at elevation z of the OCS frame f), as a world piece.
+Piece bulgeSegment(const ge::Point2d& a, const ge::Point2d& b, double bulge, double z, const Frame& f, double p0,
+                   double p1);
 
 // The NURBS of a spline record: its control data, or when it has only fit
 // points, the interpolating curve through them. Nothing when unusable.

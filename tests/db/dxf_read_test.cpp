@@ -84,7 +84,7 @@ TEST(DxfReadKinds, LwPolylineKeepsBulgesWidthsAndElevation) {
 
 TEST(DxfReadKinds, AnAbsurdVertexCountReservesNothingItCannotFill) {
   auto e = only(head("LWPOLYLINE", "52", "AcDbPolyline") +
-                dbtest::Groups{{90, "2000000000"}, {70, "0"}, {10, "0"}, {20, "0"}, {10, "1"}, {20, "1"}});
+                dbtest::Groups{{90, "99999999"}, {70, "0"}, {10, "0"}, {20, "0"}, {10, "1"}, {20, "1"}});
   const auto& p = std::get<host::LwPolyline>(e.data);
   EXPECT_EQ(p.vertices.size(), 2u);
   EXPECT_LT(p.vertices.capacity(), 1000u);

@@ -14,6 +14,7 @@
 
 namespace frame {
 
+// A pair of views, normally of string literals; it does not own its texts.
 struct Text {
   std::string_view en;
   std::string_view zh;

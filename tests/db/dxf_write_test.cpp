@@ -278,6 +278,18 @@ TEST_P(DxfWriteNewEntities, ReadBackAsTheSameRecords) {
 
 INSTANTIATE_TEST_SUITE_P(Versions, DxfWriteNewEntities, ::testing::Values("AC1015", "AC1018", "AC1024", "AC1032"));
 
+TEST(DxfWriteChanged, ActiveViewSetOnANewDrawingIsSaved) {
+  for (const char* version : {"AC1009", "AC1015", "AC1032"}) {
+    auto db = DrawingDatabase::createEmpty(version);
+    db.setActiveView({{12.5, -3}, 40, 1.25});
+    auto view = readDxf(writeDxf(db)).activeView();
+    ASSERT_TRUE(view) << version;
+    EXPECT_EQ(view->center, (ge::Point2d{12.5, -3}));
+    EXPECT_EQ(view->height, 40);
+    EXPECT_EQ(view->aspect, 1.25);
+  }
+}
+
 TEST(DxfWriteR12, LightweightPolylineBecomesAnOldStylePolyline) {
   auto db = DrawingDatabase::createEmpty("AC1009");
   host::Entity e;

@@ -126,8 +126,8 @@ class PolylineEdit {
   }
 
   void apply(const std::string& option) {
-    if (option == "Close") return editEach([](host::Entity& e) { return setPolylineClosed(e.data, true); });
-    if (option == "Open") return editEach([](host::Entity& e) { return setPolylineClosed(e.data, false); });
+    if (option == "Close") return editEach([this](host::Entity& e) { return closeOrOpen(e, true); });
+    if (option == "Open") return editEach([this](host::Entity& e) { return closeOrOpen(e, false); });
     if (option == "Width") return width();
     if (option == "Spline") return editEach([this](host::Entity& e) { return splineFit(e); });
     if (option == "Decurve") return editEach([](host::Entity& e) { return decurvePolyline(e.data); });
@@ -136,6 +136,16 @@ class PolylineEdit {
     if (option == "Ltype") return linetypeGeneration();
     if (option == "Undo") return undo();
     c_.editor.print("The " + option + " option is not available in this build yet.\n");
+  }
+
+  // A spline-fit 2D polyline is fitted again on its frame, now closed or open.
+  bool closeOrOpen(host::Entity& e, bool closed) {
+    if (!setPolylineClosed(e.data, closed)) return false;
+    auto* pl = std::get_if<host::Polyline2d>(&e.data);
+    if (!pl || !pl->splineFit) return true;
+    int type = pl->curveType == host::PolyCurveType::kQuadraticSpline ? 5 : 6;
+    c_.curves.fitPolyline2d(*pl, type, readShort(c_.sysvars, "SPLINESEGS", 8));
+    return true;
   }
 
   void width() {

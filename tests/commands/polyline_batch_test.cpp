@@ -169,6 +169,12 @@ TEST_P(PolylineBatch, PeditTypedByTheUserEditsOnePolylineWithUndo) {
   auto fitted = s.read(a);
   ASSERT_TRUE(std::holds_alternative<host::Polyline2d>(fitted->data)) << out;
   EXPECT_TRUE(std::get<host::Polyline2d>(fitted->data).splineFit);
+  std::size_t openVertices = std::get<host::Polyline2d>(fitted->data).vertices.size();
+  s.run("PEDIT\n" + pickOf(a) + "\nO\n\n");
+  const auto& reopened = std::get<host::Polyline2d>(s.read(a)->data);
+  EXPECT_FALSE(reopened.closed);
+  EXPECT_TRUE(reopened.splineFit);
+  EXPECT_NE(reopened.vertices.size(), openVertices) << "fitted again as an open curve";
   s.run("PEDIT\n" + pickOf(a) + "\nD\n\n");
   const auto& plain = std::get<host::Polyline2d>(s.read(a)->data);
   EXPECT_FALSE(plain.splineFit);

@@ -155,22 +155,23 @@ void thinToSplineOne(host::Host& host, host::ObjectId id, double scale, int spli
   // The points pass through a flat lightweight polyline at the first point's
   // elevation before they are thinned, so a 3D source comes out flat.
   for (ge::Point3d& p : points) p.z = points.front().z;
-  host.drawing.erase(id);
 
   ge::PointList kept = thinPolylinePoints(std::move(points), thinningThresholds(scale, kSplineThinTolerance));
   host::LwPolyline thinned = lwPolylineThrough(kept, false, 0.0, polylineNormal(source->data));
-  host::Polyline2d fitted;
-  if (host.curves.convertLwTo2d(thinned, fitted) != host::ErrorStatus::eObjectToBeDeleted) return;
-  fitted.closed = closed;
-  fitted.defaultStartWidth = fitted.defaultEndWidth = width;
-  for (host::Vertex2d& v : fitted.vertices) v.startWidth = v.endWidth = width;
-  // Too few vertices to fit stay a plain 2D polyline.
-  host.curves.fitPolyline2d(fitted, static_cast<int>(host::PolyCurveType::kCubicSpline), splineSegs);
-
   host::Entity result;
   result.props = propsLike(host.drawing, source->props);
-  result.data = std::move(fitted);
-  geom::appendToCurrentSpace(host.drawing, result);
+  host::Polyline2d fitted;
+  if (host.curves.convertLwTo2d(thinned, fitted) == host::ErrorStatus::eObjectToBeDeleted) {
+    fitted.closed = closed;
+    fitted.defaultStartWidth = fitted.defaultEndWidth = width;
+    for (host::Vertex2d& v : fitted.vertices) v.startWidth = v.endWidth = width;
+    // Too few vertices to fit stay a plain 2D polyline.
+    host.curves.fitPolyline2d(fitted, static_cast<int>(host::PolyCurveType::kCubicSpline), splineSegs);
+    result.data = std::move(fitted);
+  } else {
+    result.data = std::move(thinned);  // the host would not convert it: the thinned polyline stays
+  }
+  if (geom::appendToCurrentSpace(host.drawing, result) == host::ErrorStatus::eOk) host.drawing.erase(id);
 }
 
 }  // namespace

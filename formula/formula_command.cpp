@@ -3,7 +3,6 @@
 #include <string>
 
 #include "formula/main_dlg.h"
-#include "frame/output.h"
 #include "frame/prompts.h"
 #include "frame/text.h"
 
@@ -15,7 +14,6 @@ constexpr frame::Text kParamPrompt{"\n%s [%d--%d] <%d>: ", "\n%s [%d--%d] <%d>: 
 constexpr frame::Text kKindPrompt{"\nCurve kind [Spline/Polyline] <%s>: ", "\n曲线类型 [Spline/Polyline] <%s>: "};
 constexpr frame::Text kUcsPromptYes{"\nDraw UCS? [Yes/No] <Yes>: ", "\n绘制坐标系? [Yes/No] <Yes>: "};
 constexpr frame::Text kUcsPromptNo{"\nDraw UCS? [Yes/No] <No>: ", "\n绘制坐标系? [Yes/No] <No>: "};
-constexpr frame::Text kOriginPrompt{"\nPlease specify the origin>>", "\n请指定原点>>"};
 
 // A prompt already formatted in the active language.
 struct Formatted {

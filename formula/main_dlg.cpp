@@ -13,7 +13,6 @@
 namespace formula {
 namespace {
 
-constexpr frame::Text kOriginPrompt{"\nPlease specify the origin>>", "\n请指定原点>>"};
 constexpr frame::Text kTitle{"Math Formula Curves", "数学公式曲线"};
 constexpr std::array<frame::Text, 6> kControlCaptions{{{"parm1", "参数1"},
                                                        {"parm2", "参数2"},

@@ -10,6 +10,7 @@
 #include "formula/catalogue.h"
 #include "formula/draw.h"
 #include "frame/settings.h"
+#include "frame/text.h"
 #include "ge/point.h"
 #include "host/host.h"
 
@@ -19,6 +20,9 @@ namespace formula {
 inline constexpr std::string_view kSettingDrawUcs = "formula_XYcoor";
 inline constexpr std::string_view kSettingCurveIsPline = "formula_curveIsPline";
 inline constexpr std::string_view kSettingListIndex = "formula_ListIndex";
+
+// The question for the origin of a drawing (the dialog, the command line and the variants).
+inline constexpr frame::Text kOriginPrompt{"\nPlease specify the origin>>", "\n请指定原点>>"};
 
 // The origin of a drawing that has not been picked yet.
 inline constexpr ge::Point3d kUnpickedOrigin{0, 0, -99999.0};

@@ -6,13 +6,13 @@
 
 #include "formula/coordinate_frame.h"
 #include "formula/generators.h"
+#include "formula/main_dlg.h"
 #include "frame/prompts.h"
 #include "frame/text.h"
 
 namespace formula {
 namespace {
 
-constexpr frame::Text kOriginPrompt{"\nPlease specify the origin>>", "\n请指定原点>>"};
 constexpr frame::Text kArchimedesTurns{"\nHow many turns of the Archimedes spiral?[2--128](3):",
                                        "\n请问绘制几圈阿基米德螺线?[2--128](3):"};
 constexpr frame::Text kLogTurns{"\nHow many turns of the logarithmic spiral?[1--128](1):",

@@ -110,3 +110,28 @@ TEST(FormulaCatalogue, ShownSlotCountsAndRanges) {
 
 }  // namespace
 }  // namespace formula
+
+#include <filesystem>
+#include <fstream>
+
+#include "formula/preview_pictures.h"
+
+namespace formula {
+namespace {
+
+// Every row's preview picture is in the resources, as a PNG file.
+TEST(FormulaPictures, EveryRowHasItsPicture) {
+  for (const auto& row : englishCatalogue()) {
+    std::filesystem::path file =
+        std::filesystem::path(CORVANE_FORMULA_PICTURES) / previewPictureFileName(row.pictureId);
+    std::ifstream in(file, std::ios::binary);
+    ASSERT_TRUE(in) << file;
+    char signature[8] = {};
+    in.read(signature, 8);
+    EXPECT_EQ(std::string(signature + 1, 3), "PNG") << file;
+  }
+  EXPECT_EQ(previewPicturePath("/opt/corvane/", 478), "/opt/corvane/formula/formula_478.png");
+}
+
+}  // namespace
+}  // namespace formula

@@ -40,24 +40,39 @@ ThinningThresholds thinningThresholds(double scale, double tolerance) {
   return {0.001 * tolerance * scale, 0.005 * tolerance * scale};
 }
 
-ge::PointList thinningPass(const ge::PointList& p, double merge) {
-  ge::PointList out;
-  if (p.empty()) return out;
-  out.reserve(p.size());
-  out.push_back(p[0]);
+namespace {
+
+// One pass in place. The output never overtakes the input: before the pair
+// at i at most i points have been written, so p[i - 1] still holds its value
+// (or was rewritten with that same point) and p[i], p[i + 1] are read before
+// anything is written at their places.
+void thinningPassInPlace(ge::PointList& p, double merge) {
+  const std::size_t n = p.size();
+  if (n == 0) return;
+  std::size_t written = 1;  // p[0] stays where it is
   std::size_t i = 1;
-  for (; i + 1 < p.size(); i += 2) {
-    if (keepsMiddle(p[i - 1], p[i], p[i + 1], merge)) out.push_back(p[i]);
-    out.push_back(p[i + 1]);
+  for (; i + 1 < n; i += 2) {
+    ge::Point3d prev = p[i - 1], mid = p[i], next = p[i + 1];
+    if (keepsMiddle(prev, mid, next, merge)) p[written++] = mid;
+    p[written++] = next;
   }
-  for (; i < p.size(); ++i) out.push_back(p[i]);
+  for (; i < n; ++i) p[written++] = p[i];
+  p.resize(written);
+}
+
+}  // namespace
+
+ge::PointList thinningPass(const ge::PointList& p, double merge) {
+  ge::PointList out = p;
+  thinningPassInPlace(out, merge);
   return out;
 }
 
 ge::PointList thinningPasses(ge::PointList points, double merge) {
-  for (int pass = 0; pass < kMaxPasses && points.size() >= 3; ++pass) points = thinningPass(points, merge);
+  for (int pass = 0; pass < kMaxPasses && points.size() >= 3; ++pass) thinningPassInPlace(points, merge);
   return points;
 }
+
 
 ge::PointList mergeClusters(const ge::PointList& q, const ThinningThresholds& t) {
   const std::size_t m = q.size();

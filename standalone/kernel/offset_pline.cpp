@@ -89,38 +89,93 @@ std::vector<Vec2> supportIntersections(const RawSeg& s, const RawSeg& t, double 
 
 // Phase 2: corners joined by extending (or trimming) both segments to their
 // meeting point nearest the corner; where they cannot meet, an arc about the
-// source vertex fills the gap.
-Pline2 joinCorners(std::vector<RawSeg> raw, bool closed, double tol) {
+// source vertex fills the gap. A segment that its neighbours trim past its
+// own length (it would run backwards) is consumed when its neighbours meet
+// right there: it is dropped and they are joined to each other instead. That
+// removes the slivers that turn back without crossing themselves.
+struct Join {
+  std::optional<Vec2> point;    // meeting point of the two segments
+  std::optional<PVertex> fill;  // or the start of an arc that bridges the gap
+};
+
+Join joinOf(const RawSeg& s1, const RawSeg& s2, double tol) {
+  if ((s1.b - s2.a).length() <= tol) return {s1.b, std::nullopt};
+  auto xs = supportIntersections(s1, s2, tol);
+  Vec2 mid = (s1.b + s2.a) * 0.5;
+  auto best = std::min_element(xs.begin(), xs.end(),
+                               [&](Vec2 p, Vec2 q) { return (p - mid).length() < (q - mid).length(); });
+  if (best != xs.end()) return {*best, std::nullopt};
+  Vec2 v = s1.sourceEnd;
+  double sweep = wrapAngle(std::atan2(s2.a.y - v.y, s2.a.x - v.x) - std::atan2(s1.b.y - v.y, s1.b.x - v.x));
+  return {std::nullopt, PVertex{s1.b, std::tan(sweep / 4)}};
+}
+
+// Does the segment run backwards between its joined ends?
+bool runsBackwards(const RawSeg& s, Vec2 start, Vec2 end) {
+  if (!s.arc) return (end - start).dot(s.b - s.a) < 0;
+  RawSeg moved = s;
+  moved.a = start, moved.b = end;
+  return 4 * std::atan(moved.bulge()) * s.sweep0 < 0;
+}
+
+Pline2 joinCorners(const std::vector<RawSeg>& raw, bool closed, double tol) {
+  size_t n = raw.size();
+  std::vector<size_t> prev(n), next(n);
+  for (size_t k = 0; k < n; ++k) prev[k] = (k + n - 1) % n, next[k] = (k + 1) % n;
+  std::vector<bool> alive(n, true);
+  std::vector<Join> joins(n);  // joins[k]: between k and next[k]
+  auto hasJoinAfter = [&](size_t k) { return closed || k != n - 1; };
+  for (size_t k = 0; k < n; ++k)
+    if (hasJoinAfter(k) && n > 1) joins[k] = joinOf(raw[k], raw[next[k]], tol);
+  auto startOf = [&](size_t k) {
+    bool joined = closed || k != 0;
+    return joined && joins[prev[k]].point ? *joins[prev[k]].point : raw[k].a;
+  };
+  auto endOf = [&](size_t k) { return hasJoinAfter(k) && joins[k].point ? *joins[k].point : raw[k].b; };
+  size_t aliveCount = n;
+  std::vector<size_t> work;
+  for (size_t k = n; k-- > 0;) work.push_back(k);
+  while (!work.empty()) {
+    size_t k = work.back();
+    work.pop_back();
+    bool end = !closed && (k == 0 || k == n - 1);
+    if (!alive[k] || end || aliveCount <= 3) continue;
+    Vec2 a = startOf(k), b = endOf(k);
+    if (!runsBackwards(raw[k], a, b)) continue;
+    size_t p = prev[k], q = next[k];
+    Join direct = joinOf(raw[p], raw[q], tol);
+    // Only where the neighbours meet within the span of the turned-back
+    // segment: a far meeting point means the segment matters after all.
+    double span = (b - a).length() + (raw[k].b - raw[k].a).length();
+    if (!direct.point || (*direct.point - (a + b) * 0.5).length() > span) continue;
+    alive[k] = false;
+    --aliveCount;
+    next[p] = q, prev[q] = p;
+    joins[p] = direct;
+    work.push_back(p);
+    work.push_back(q);
+  }
   Pline2 out;
   out.closed = closed;
-  size_t n = raw.size();
-  std::vector<std::optional<PVertex>> fillAfter(n);
-  size_t joins = closed ? n : n - 1;
-  for (size_t k = 0; k < joins; ++k) {
-    RawSeg& s1 = raw[k];
-    RawSeg& s2 = raw[(k + 1) % n];
-    if ((s1.b - s2.a).length() <= tol) {
-      s2.a = s1.b;
-      continue;
+  size_t first = 0;
+  while (!alive[first]) ++first;
+  size_t k = first;
+  do {
+    RawSeg s = raw[k];
+    s.a = startOf(k);
+    s.b = endOf(k);
+    out.vertices.push_back({s.a, s.bulge()});
+    if (hasJoinAfter(k) && joins[k].fill) {
+      PVertex f = *joins[k].fill;
+      f.p = s.b;
+      out.vertices.push_back(f);
     }
-    auto xs = supportIntersections(s1, s2, tol);
-    Vec2 mid = (s1.b + s2.a) * 0.5;
-    auto best = std::min_element(xs.begin(), xs.end(),
-                                 [&](Vec2 p, Vec2 q) { return (p - mid).length() < (q - mid).length(); });
-    if (best != xs.end()) {
-      s1.b = *best;
-      s2.a = *best;
-    } else {
-      Vec2 v = s1.sourceEnd;
-      double sweep = wrapAngle(std::atan2(s2.a.y - v.y, s2.a.x - v.x) - std::atan2(s1.b.y - v.y, s1.b.x - v.x));
-      fillAfter[k] = PVertex{s1.b, std::tan(sweep / 4)};
+    if (!closed && k == n - 1) {
+      out.vertices.push_back({s.b, 0});
+      break;
     }
-  }
-  for (size_t k = 0; k < n; ++k) {
-    out.vertices.push_back({raw[k].a, raw[k].bulge()});
-    if (fillAfter[k]) out.vertices.push_back(*fillAfter[k]);
-  }
-  if (!closed) out.vertices.push_back({raw.back().b, 0});
+    k = next[k];
+  } while (k != first);
   return out;
 }
 
@@ -212,7 +267,8 @@ std::vector<std::vector<Seg>> validSlices(const std::vector<SubSeg>& subs, const
   if (source.empty()) {  // a lone vertex offsets to nothing
     return {};
   }
-  SpatialGrid grid(boxes);
+  // Queries reach |d| around a point: cells about that size keep them to a few cells.
+  SpatialGrid grid(boxes, std::abs(d) / 2);
   double need = std::abs(d) - std::max(1e3 * tol, 1e-9 * std::abs(d));
   auto farEnough = [&](Vec2 p) {
     bool ok = true;
@@ -313,7 +369,7 @@ std::vector<Pline2> offsetPline(const Pline2& source, double d, double tol) {
   if (d == 0) return {source};
   auto raw = rawOffset(source, d, tol);
   if (raw.empty()) return {};
-  Pline2 joined = joinCorners(std::move(raw), source.closed, tol);
+  Pline2 joined = joinCorners(raw, source.closed, tol);
   auto subs = splitAtSelfIntersections(joined, tol);
   auto slices = validSlices(subs, source, source.closed, d, tol);
   auto result = stitch(std::move(slices), tol);

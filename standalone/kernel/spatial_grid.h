@@ -16,7 +16,8 @@ struct Box2 {
 
 class SpatialGrid {
  public:
-  explicit SpatialGrid(const std::vector<Box2>& boxes) : boxes_(boxes) {
+  // minCell: the smallest cell worth having, about the size of the queries.
+  explicit SpatialGrid(const std::vector<Box2>& boxes, double minCell = 0) : boxes_(boxes) {
     if (boxes.empty()) return;
     Box2 all = boxes[0];
     double sumSize = 0;
@@ -27,7 +28,7 @@ class SpatialGrid {
     }
     origin_ = {all.minX, all.minY};
     double extent = std::max({all.maxX - all.minX, all.maxY - all.minY, 1e-300});
-    cell_ = std::max(sumSize / boxes.size(), extent / 2048);
+    cell_ = std::max({sumSize / boxes.size(), extent / 2048, minCell});
     if (!(cell_ > 0)) cell_ = extent;
     nx_ = std::clamp(static_cast<long>((all.maxX - all.minX) / cell_) + 1, 1L, 4096L);
     ny_ = std::clamp(static_cast<long>((all.maxY - all.minY) / cell_) + 1, 1L, 4096L);

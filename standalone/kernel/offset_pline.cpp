@@ -200,7 +200,7 @@ std::vector<SubSeg> splitAtSelfIntersections(const Pline2& pl, double tol) {
   SpatialGrid grid(boxes);
   for (size_t i = 0; i < n; ++i) {
     grid.query(boxes[i], [&](size_t j) {
-      if (j <= i) return;
+      if (j <= i) return false;
       bool next = j == i + 1, wrap = pl.closed && i == 0 && j == n - 1;
       for (Vec2 p : intersectSegs(segs[i], segs[j], tol)) {
         // Neighbours always touch at their shared vertex; that is no crossing.
@@ -209,6 +209,7 @@ std::vector<SubSeg> splitAtSelfIntersections(const Pline2& pl, double tol) {
         cuts[i].push_back(segs[i].fractionAt(p));
         cuts[j].push_back(segs[j].fractionAt(p));
       }
+      return false;
     });
   }
   std::vector<SubSeg> out;
@@ -273,7 +274,12 @@ std::vector<std::vector<Seg>> validSlices(const std::vector<SubSeg>& subs, const
   auto farEnough = [&](Vec2 p) {
     bool ok = true;
     grid.query(Box2{p.x - need, p.y - need, p.x + need, p.y + need}, [&](size_t i) {
-      if (ok && distanceToSegment(source[i], p) < need) ok = false;
+      // The box's nearest point first: most candidates are ruled out by it.
+      const Box2& b = grid.box(i);
+      double dx = std::max({b.minX - p.x, 0.0, p.x - b.maxX}), dy = std::max({b.minY - p.y, 0.0, p.y - b.maxY});
+      if (dx * dx + dy * dy >= need * need) return false;
+      if (distanceToSegment(source[i], p) < need) ok = false;
+      return !ok;
     });
     return ok;
   };

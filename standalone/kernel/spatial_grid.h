@@ -1,7 +1,7 @@
 #pragma once
 // Uniform grid over boxes of segments, for "which segments are near here"
-// queries in offsets. Cells are sized from the mean box so that a query
-// touches a handful of cells.
+// queries in offsets. About two cells per box, and cells no smaller than a
+// typical box or query, so a query touches a handful of cells.
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -27,8 +27,11 @@ class SpatialGrid {
       sumSize += std::max(b.maxX - b.minX, b.maxY - b.minY);
     }
     origin_ = {all.minX, all.minY};
-    double extent = std::max({all.maxX - all.minX, all.maxY - all.minY, 1e-300});
-    cell_ = std::max({sumSize / boxes.size(), extent / 2048, minCell});
+    double w = all.maxX - all.minX, h = all.maxY - all.minY;
+    double extent = std::max({w, h, 1e-300});
+    // About two cells per box, never finer than a typical box.
+    double perCell = std::sqrt(std::max(w * h, extent * extent * 1e-6) / (2.0 * boxes.size()));
+    cell_ = std::max({sumSize / boxes.size(), perCell, extent / 4096, minCell});
     if (!(cell_ > 0)) cell_ = extent;
     nx_ = std::clamp(static_cast<long>((all.maxX - all.minX) / cell_) + 1, 1L, 4096L);
     ny_ = std::clamp(static_cast<long>((all.maxY - all.minY) / cell_) + 1, 1L, 4096L);
@@ -36,21 +39,24 @@ class SpatialGrid {
     for (size_t i = 0; i < boxes.size(); ++i) forCells(boxes[i], [&](long c) { cells_[c].push_back(i); });
   }
 
-  // Calls f(index) once for every box that may overlap the query box.
+  // Calls f(index) once for every box that overlaps the query box, until f returns true.
   template <typename F>
   void query(const Box2& q, F f) const {
     if (cells_.empty()) return;
     ++stamp_;
     if (seen_.size() != boxes_.size()) seen_.assign(boxes_.size(), 0);
-    forCells(q, [&](long c) {
-      for (size_t i : cells_[c]) {
-        if (seen_[i] == stamp_) continue;
-        seen_[i] = stamp_;
-        const Box2& b = boxes_[i];
-        if (b.minX <= q.maxX && q.minX <= b.maxX && b.minY <= q.maxY && q.minY <= b.maxY) f(i);
-      }
-    });
+    long x0 = cellX(q.minX), x1 = cellX(q.maxX), y0 = cellY(q.minY), y1 = cellY(q.maxY);
+    for (long y = y0; y <= y1; ++y)
+      for (long x = x0; x <= x1; ++x)
+        for (size_t i : cells_[y * nx_ + x]) {
+          if (seen_[i] == stamp_) continue;
+          seen_[i] = stamp_;
+          const Box2& b = boxes_[i];
+          if (b.minX <= q.maxX && q.minX <= b.maxX && b.minY <= q.maxY && q.minY <= b.maxY && f(i)) return;
+        }
   }
+
+  const Box2& box(size_t i) const { return boxes_[i]; }
 
  private:
   template <typename F>

@@ -17,17 +17,36 @@ using host::ObjectId;
 namespace {
 
 
-// Handles of the vertices and end marker of an old-style polyline, given fresh
-// ones where they have none yet.
-void giveSubHandles(host::EntityData& data, DrawingDatabase& db) {
+// The handles of an old-style polyline's vertices and end marker.
+std::vector<std::uint64_t> subHandles(const host::EntityData& data) {
+  std::vector<std::uint64_t> out;
   if (auto* p = std::get_if<host::Polyline2d>(&data)) {
-    for (auto& v : p->vertices)
-      if (v.handle == 0) v.handle = db.newHandle();
-    if (p->seqendHandle == 0) p->seqendHandle = db.newHandle();
+    for (const auto& v : p->vertices) out.push_back(v.handle);
+    out.push_back(p->seqendHandle);
   } else if (auto* p3 = std::get_if<host::Polyline3d>(&data)) {
-    for (auto& v : p3->vertices)
-      if (v.handle == 0) v.handle = db.newHandle();
-    if (p3->seqendHandle == 0) p3->seqendHandle = db.newHandle();
+    for (const auto& v : p3->vertices) out.push_back(v.handle);
+    out.push_back(p3->seqendHandle);
+  }
+  return out;
+}
+
+// Gives the vertices and end marker of an old-style polyline fresh handles
+// where they have none, or one that is not among `own` (copied from another
+// polyline, or repeated within this one).
+void giveSubHandles(host::EntityData& data, const std::vector<std::uint64_t>& own, DrawingDatabase& db) {
+  std::vector<std::uint64_t> used;
+  auto fix = [&](std::uint64_t& h) {
+    bool ours = h != 0 && std::find(own.begin(), own.end(), h) != own.end() &&
+                std::find(used.begin(), used.end(), h) == used.end();
+    if (!ours) h = db.newHandle();
+    used.push_back(h);
+  };
+  if (auto* p = std::get_if<host::Polyline2d>(&data)) {
+    for (auto& v : p->vertices) fix(v.handle);
+    fix(p->seqendHandle);
+  } else if (auto* p3 = std::get_if<host::Polyline3d>(&data)) {
+    for (auto& v : p3->vertices) fix(v.handle);
+    fix(p3->seqendHandle);
   }
 }
 
@@ -229,9 +248,10 @@ ErrorStatus DrawingDatabase::write(const host::Entity& entity) {
     e.extras.attributeTail = {};
   }
   std::uint64_t owner = e.entity.owner.value;
+  std::vector<std::uint64_t> own = subHandles(e.entity.data);
   e.entity = entity;
   e.entity.owner = {owner};
-  giveSubHandles(e.entity.data, *this);
+  giveSubHandles(e.entity.data, own, *this);
   e.raw = {};
   return ErrorStatus::eOk;
 }
@@ -258,7 +278,7 @@ ErrorStatus DrawingDatabase::append(host::Entity& entity, ObjectId owner) {
   entity.owner = owner;
   EntityRecord rec;
   rec.entity = entity;
-  giveSubHandles(rec.entity.data, *this);
+  giveSubHandles(rec.entity.data, {}, *this);
   c_.entities.push_back(std::move(rec));
   c_.index.emplace(entity.id.value, Slot{Slot::Kind::kEntity, c_.entities.size() - 1});
   (block ? block->entities : c_.entitySection).push_back(entity.id.value);

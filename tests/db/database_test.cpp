@@ -2,6 +2,8 @@
 // variables and the active view, without going through a file.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "standalone/db/database.h"
 
 namespace {
@@ -63,6 +65,33 @@ TEST(DatabaseEntities, PolylineVerticesGetHandlesBelowTheSeed) {
     EXPECT_LT(v.handle, seed);
   }
   EXPECT_NE(stored.seqendHandle, 0u);
+}
+
+TEST(DatabaseEntities, ACopiedPolylineGetsVertexHandlesOfItsOwn) {
+  auto db = DrawingDatabase::createEmpty();
+  host::Polyline3d pl;
+  pl.vertices.resize(2);
+  host::Entity original;
+  original.data = pl;
+  db.append(original);
+  host::Entity copy = *db.read(original.id);
+  ASSERT_EQ(db.append(copy), ErrorStatus::eOk);
+  const auto& a = std::get<host::Polyline3d>(db.peek(original.id)->data);
+  const auto& b = std::get<host::Polyline3d>(db.peek(copy.id)->data);
+  std::vector<std::uint64_t> handles{a.seqendHandle, b.seqendHandle, original.id.value, copy.id.value};
+  for (const auto* p : {&a, &b})
+    for (const auto& v : p->vertices) handles.push_back(v.handle);
+  std::sort(handles.begin(), handles.end());
+  EXPECT_EQ(std::adjacent_find(handles.begin(), handles.end()), handles.end());
+  // Writing the original back keeps its handles; a repeated one is replaced.
+  host::Entity again = *db.read(original.id);
+  auto& vs = std::get<host::Polyline3d>(again.data).vertices;
+  std::uint64_t first = vs[0].handle;
+  vs[1].handle = first;
+  db.write(again);
+  const auto& c = std::get<host::Polyline3d>(db.peek(original.id)->data);
+  EXPECT_EQ(c.vertices[0].handle, first);
+  EXPECT_NE(c.vertices[1].handle, first);
 }
 
 TEST(DatabaseBasics, NewDrawingHasSpacesLayerAndRootDictionary) {

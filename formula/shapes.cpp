@@ -132,12 +132,13 @@ CurveList peach(const GeneratorInput& in) {
   }));
 }
 
-// rho = R(1 - (S/60) cos 2t + (T/30) sin 3t): a lock pinched at the sides with
-// a lobed rim. P x 35 samples.
+// A lock outline: rho = R(1 - (T/80) cos 4t - (S/46) sin t cos 4t), t the polar
+// angle: S raises the ears at 45 and 135 degrees, dips the top and points the
+// bottom; T squares the sides. P x 35 samples.
 CurveList longevityLock(const GeneratorInput& in) {
   const double r = in.real(0), s = in.real(1), tt = in.real(2);
   return single(planar(in.origin, precisionCount(in.whole(3)), 0.0, kTwoPi, [&](double t) {
-    return polar(r * (1 - s / 60 * std::cos(2 * t) + tt / 30 * std::sin(3 * t)), t - kPi / 2);
+    return polar(r * (1 - tt / 80 * std::cos(4 * t) - s / 46 * std::sin(t) * std::cos(4 * t)), t);
   }));
 }
 

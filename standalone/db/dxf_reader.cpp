@@ -50,7 +50,6 @@ class FileReader {
   std::vector<PendingId> pendingIds_;
   std::unordered_set<std::uint64_t> entityHandles_;
   std::vector<bool> blockIdKnown_;
-  std::size_t lastLine_ = 1;
 };
 
 std::string_view startOf(const std::string& s) {

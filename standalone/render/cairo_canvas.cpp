@@ -31,9 +31,15 @@ class CairoCanvas : public FileCanvas {
       throw RenderError(describe(file_, "the picture size must be 1 to 32767 pixels per side"));
     checkWritable();
     switch (format_) {
-      case FileFormat::kPng: surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, widthPx, heightPx); break;
-      case FileFormat::kSvg: surface_ = cairo_svg_surface_create(partFile_.c_str(), widthPx, heightPx); break;
-      case FileFormat::kPdf: surface_ = cairo_pdf_surface_create(partFile_.c_str(), widthPx, heightPx); break;
+      case FileFormat::kPng:
+        surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, widthPx, heightPx);
+        break;
+      case FileFormat::kSvg:
+        surface_ = cairo_svg_surface_create(partFile_.c_str(), widthPx, heightPx);
+        break;
+      case FileFormat::kPdf:
+        surface_ = cairo_pdf_surface_create(partFile_.c_str(), widthPx, heightPx);
+        break;
     }
     if (cairo_surface_status(surface_) != CAIRO_STATUS_SUCCESS) {
       std::string why = cairo_status_to_string(cairo_surface_status(surface_));
@@ -198,10 +204,18 @@ void CairoCanvas::text(const TextRun& run) {
   // Alignment shifts in the text's own frame (y up, baseline at 0).
   double dy = 0;
   switch (run.vAlign) {
-    case TextVAlign::kBaseline: dy = 0; break;
-    case TextVAlign::kBottom: dy = 0.22 * height; break;  // about one descender below the baseline
-    case TextVAlign::kMiddle: dy = -height / 2; break;
-    case TextVAlign::kTop: dy = -height; break;
+    case TextVAlign::kBaseline:
+      dy = 0;
+      break;
+    case TextVAlign::kBottom:
+      dy = 0.22 * height;
+      break;  // about one descender below the baseline
+    case TextVAlign::kMiddle:
+      dy = -height / 2;
+      break;
+    case TextVAlign::kTop:
+      dy = -height;
+      break;
   }
   cairo_translate(cr_, -run.hAlign * width, dy);
   // Glyphs are laid out y down: flip, stretch and slant them.

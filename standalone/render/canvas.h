@@ -16,14 +16,14 @@ enum class TextVAlign { kBaseline, kBottom, kMiddle, kTop };
 // A single line of text placed in drawing units.
 struct TextRun {
   std::string utf8;
-  ge::Point2d anchor;          // the alignment point
-  double height = 1;           // capital height in drawing units
-  double rotation = 0;         // radians, counter-clockwise from +X
-  double widthFactor = 1;      // horizontal stretch of the glyphs
-  double oblique = 0;          // radians, slant of the glyphs to the right
-  bool backward = false;       // mirrored left to right
-  bool upsideDown = false;     // mirrored top to bottom
-  double hAlign = 0;           // 0 anchor at the left end, 0.5 centre, 1 right end
+  ge::Point2d anchor;       // the alignment point
+  double height = 1;        // capital height in drawing units
+  double rotation = 0;      // radians, counter-clockwise from +X
+  double widthFactor = 1;   // horizontal stretch of the glyphs
+  double oblique = 0;       // radians, slant of the glyphs to the right
+  bool backward = false;    // mirrored left to right
+  bool upsideDown = false;  // mirrored top to bottom
+  double hAlign = 0;        // 0 anchor at the left end, 0.5 centre, 1 right end
   TextVAlign vAlign = TextVAlign::kBaseline;
   // When set, the run is stretched to this width (drawing units) along its
   // direction; with fitHeightToo the height scales with it (the "aligned" mode).

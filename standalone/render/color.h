@@ -17,9 +17,9 @@ struct Rgb {
 inline constexpr Rgb kBlack{0, 0, 0};
 inline constexpr Rgb kWhite{1, 1, 1};
 
-// Colour of an index colour 1..255 from the standard palette; index 7 (white on
-// the host's dark screen) is drawn black because our page is white. Indices
-// outside 1..255 give black.
+// Colour of an index colour 1..255 from the standard palette for a white page;
+// index 7 (white on the host's dark screen) is black. Indices outside 1..255
+// give black.
 Rgb aciToRgb(int index);
 
 // A packed 0xRRGGBB value as a colour.

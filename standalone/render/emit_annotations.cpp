@@ -38,11 +38,11 @@ void emit(const host::Text& t, const Emitter& out) {
   } else if (t.horizontalJustify != kLeft || t.verticalJustify != 0) {
     anchor = t.alignmentPoint;
     run.hAlign = t.horizontalJustify == kRight ? 1 : t.horizontalJustify == kLeft ? 0 : 0.5;
-    run.vAlign = t.horizontalJustify == kMiddle   ? TextVAlign::kMiddle
-                 : t.verticalJustify == 1         ? TextVAlign::kBottom
-                 : t.verticalJustify == 2         ? TextVAlign::kMiddle
-                 : t.verticalJustify == 3         ? TextVAlign::kTop
-                                                  : TextVAlign::kBaseline;
+    run.vAlign = t.horizontalJustify == kMiddle ? TextVAlign::kMiddle
+                 : t.verticalJustify == 1       ? TextVAlign::kBottom
+                 : t.verticalJustify == 2       ? TextVAlign::kMiddle
+                 : t.verticalJustify == 3       ? TextVAlign::kTop
+                                                : TextVAlign::kBaseline;
   }
   ge::Vector3d up = ocs.apply(ge::kZAxis).cross(dir);
   out.text(std::move(run), anchor, dir, up);
@@ -135,7 +135,8 @@ void addHatchPath(const host::HatchPath& hp, const ge::Matrix3d& ocs, double ele
       out.addArc(path, world(a->center.x, a->center.y), ax, ay, a->radius, sw.from, sw.to, a->counterClockwise,
                  continuing);
     } else if (auto* e = std::get_if<host::HatchEllipseEdge>(&edge)) {
-      ge::Vector3d major{e->majorAxis.x, e->majorAxis.y, 0}, minor{-e->majorAxis.y * e->ratio, e->majorAxis.x * e->ratio, 0};
+      ge::Vector3d major{e->majorAxis.x, e->majorAxis.y, 0},
+          minor{-e->majorAxis.y * e->ratio, e->majorAxis.x * e->ratio, 0};
       Sweep sw = edgeSweep(e->startAngle, e->endAngle, e->counterClockwise);
       int pieces = piecesForSweep(sw.to - sw.from);
       ge::PointList pts;
@@ -166,8 +167,10 @@ void emit(const host::Hatch& h, const Emitter& out) {
   Path path;
   for (const auto& hp : h.paths) addHatchPath(hp, ocs, h.elevation, out, path);
   // Solid hatches are filled (even-odd, so islands stay open); patterns are outlined.
-  if (h.solidFill) out.fill(std::move(path));
-  else out.stroke(std::move(path));
+  if (h.solidFill)
+    out.fill(std::move(path));
+  else
+    out.stroke(std::move(path));
 }
 
 void emit(const host::Image& im, const Emitter& out) {
@@ -181,12 +184,18 @@ void emit(const host::Image& im, const Emitter& out) {
 }  // namespace
 
 bool emitAnnotation(const host::EntityData& data, const Emitter& out, const AnnotationStyle& style) {
-  if (auto* x = std::get_if<host::Text>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::MText>(&data)) emit(*x, out, style.measurer);
-  else if (auto* x = std::get_if<host::PointEntity>(&data)) emit(*x, out, style.pointMode, style.pointSize);
-  else if (auto* x = std::get_if<host::Hatch>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::Image>(&data)) emit(*x, out);
-  else return false;
+  if (auto* x = std::get_if<host::Text>(&data))
+    emit(*x, out);
+  else if (auto* x = std::get_if<host::MText>(&data))
+    emit(*x, out, style.measurer);
+  else if (auto* x = std::get_if<host::PointEntity>(&data))
+    emit(*x, out, style.pointMode, style.pointSize);
+  else if (auto* x = std::get_if<host::Hatch>(&data))
+    emit(*x, out);
+  else if (auto* x = std::get_if<host::Image>(&data))
+    emit(*x, out);
+  else
+    return false;
   return true;
 }
 

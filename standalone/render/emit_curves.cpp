@@ -122,8 +122,8 @@ std::optional<Path> cornerWedge(const BulgeVertex& before, const BulgeVertex& co
   return path;
 }
 
-void emitBulgedPolyline(const std::vector<BulgeVertex>& v, bool closed, double elevation,
-                        const ge::Vector3d& normal, const Emitter& out) {
+void emitBulgedPolyline(const std::vector<BulgeVertex>& v, bool closed, double elevation, const ge::Vector3d& normal,
+                        const Emitter& out) {
   if (v.empty()) return;
   Plane plane = planeOf(normal);
   Path centre;
@@ -134,12 +134,14 @@ void emitBulgedPolyline(const std::vector<BulgeVertex>& v, bool closed, double e
   // holes where neighbouring segments overlap at a corner.
   for (std::size_t i = 0; i < segments && v.size() > 1; ++i) {
     const auto& a = v[i];
-    if (a.startWidth > 0 || a.endWidth > 0) out.fill(wideSegmentOutline(a, v[(i + 1) % v.size()], elevation, plane, out));
+    if (a.startWidth > 0 || a.endWidth > 0)
+      out.fill(wideSegmentOutline(a, v[(i + 1) % v.size()], elevation, plane, out));
   }
   std::size_t firstCorner = closed ? 0 : 1, lastCorner = closed ? v.size() : v.size() - 1;
   for (std::size_t i = firstCorner; i < lastCorner && v.size() > 2; ++i) {
     const auto& before = v[(i + v.size() - 1) % v.size()];
-    if (auto wedge = cornerWedge(before, v[i], v[(i + 1) % v.size()], elevation, plane, out)) out.fill(std::move(*wedge));
+    if (auto wedge = cornerWedge(before, v[i], v[(i + 1) % v.size()], elevation, plane, out))
+      out.fill(std::move(*wedge));
   }
 }
 
@@ -234,16 +236,26 @@ void emitPoints(const ge::PointList& points, const Emitter& out) {
 }  // namespace
 
 bool emitCurve(const host::EntityData& data, const Emitter& out) {
-  if (auto* x = std::get_if<host::Line>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::Circle>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::Arc>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::Ellipse>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::LwPolyline>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::Polyline2d>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::Polyline3d>(&data)) emit(*x, out);
-  else if (auto* x = std::get_if<host::Spline>(&data)) emitPoints(splineDrawingPoints(*x), out);
-  else if (auto* x = std::get_if<host::Helix>(&data)) emitPoints(helixDrawingPoints(*x), out);
-  else return false;
+  if (auto* x = std::get_if<host::Line>(&data))
+    emit(*x, out);
+  else if (auto* x = std::get_if<host::Circle>(&data))
+    emit(*x, out);
+  else if (auto* x = std::get_if<host::Arc>(&data))
+    emit(*x, out);
+  else if (auto* x = std::get_if<host::Ellipse>(&data))
+    emit(*x, out);
+  else if (auto* x = std::get_if<host::LwPolyline>(&data))
+    emit(*x, out);
+  else if (auto* x = std::get_if<host::Polyline2d>(&data))
+    emit(*x, out);
+  else if (auto* x = std::get_if<host::Polyline3d>(&data))
+    emit(*x, out);
+  else if (auto* x = std::get_if<host::Spline>(&data))
+    emitPoints(splineDrawingPoints(*x), out);
+  else if (auto* x = std::get_if<host::Helix>(&data))
+    emitPoints(helixDrawingPoints(*x), out);
+  else
+    return false;
   return true;
 }
 

@@ -26,8 +26,10 @@ void Emitter::addArc(Path& path, const ge::Point3d& center, const ge::Vector3d& 
 
 void Emitter::addPoints(Path& path, const ge::PointList& points, bool continuing) const {
   for (std::size_t i = 0; i < points.size(); ++i) {
-    if (i == 0 && !continuing) path.moveTo(place(points[i]));
-    else path.lineTo(place(points[i]));
+    if (i == 0 && !continuing)
+      path.moveTo(place(points[i]));
+    else
+      path.lineTo(place(points[i]));
   }
 }
 

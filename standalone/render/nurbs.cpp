@@ -96,7 +96,9 @@ ge::PointList helixDrawingPoints(const host::Helix& h) {
   ge::Vector3d radial = h.startPoint - h.axisBase;
   radial = radial - axis * radial.dot(axis);
   double baseRadius = radial.length();
-  ge::Vector3d x = baseRadius > 0 ? radial / baseRadius : (axis.cross(ge::kXAxis).length() > 0.5 ? axis.cross(ge::kXAxis).normalized() : axis.cross(ge::kYAxis).normalized());
+  ge::Vector3d x = baseRadius > 0 ? radial / baseRadius
+                                  : (axis.cross(ge::kXAxis).length() > 0.5 ? axis.cross(ge::kXAxis).normalized()
+                                                                           : axis.cross(ge::kYAxis).normalized());
   ge::Vector3d y = axis.cross(x) * (h.counterClockwise ? 1.0 : -1.0);
   double turns = std::clamp(std::isfinite(h.turns) ? h.turns : 0.0, 0.0, kMaxHelixTurns);
   int count = std::max(2, static_cast<int>(std::ceil(turns * kHelixSamplesPerTurn)));

@@ -11,9 +11,9 @@ namespace standalone {
 
 struct NurbsCurve {
   int degree = 3;
-  std::vector<double> knots;             // controlPoints.size() + degree + 1 values, non-decreasing
+  std::vector<double> knots;  // controlPoints.size() + degree + 1 values, non-decreasing
   std::vector<ge::Point3d> controlPoints;
-  std::vector<double> weights;           // empty when all are 1
+  std::vector<double> weights;  // empty when all are 1
 };
 
 // True when the data describes a curve we can evaluate (sizes agree, knots

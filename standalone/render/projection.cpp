@@ -18,9 +18,8 @@ constexpr double kStraightBulge = 1e-12;
 ge::Matrix3d ocsToWorld(const ge::Vector3d& normal) {
   ge::Vector3d n = normal.normalized();
   if (n.length() == 0) n = ge::kZAxis;
-  ge::Vector3d ax = (std::abs(n.x) < kArbitraryAxisLimit && std::abs(n.y) < kArbitraryAxisLimit)
-                        ? ge::kYAxis.cross(n)
-                        : ge::kZAxis.cross(n);
+  ge::Vector3d ax = (std::abs(n.x) < kArbitraryAxisLimit && std::abs(n.y) < kArbitraryAxisLimit) ? ge::kYAxis.cross(n)
+                                                                                                 : ge::kZAxis.cross(n);
   ax = ax.normalized();
   ge::Vector3d ay = n.cross(ax).normalized();
   return ge::Matrix3d::fromFrame({}, ax, ay, n);
@@ -33,7 +32,8 @@ std::optional<PathArc> projectArc(const ge::Matrix3d& m, const ge::Point3d& cent
   double ul = std::hypot(u.x, u.y), vl = std::hypot(v.x, v.y);
   double cross = u.x * v.y - u.y * v.x, dot = u.x * v.x + u.y * v.y;
   double scale = std::max(ul, vl);
-  if (scale == 0 || std::abs(ul - vl) > kCircularTolerance * scale || std::abs(dot) > kCircularTolerance * scale * scale)
+  if (scale == 0 || std::abs(ul - vl) > kCircularTolerance * scale ||
+      std::abs(dot) > kCircularTolerance * scale * scale)
     return std::nullopt;
   // u = r (cos phi, sin phi); v is u turned by +90 degrees (ccw) or -90 (cw).
   double phi = std::atan2(u.y, u.x);

@@ -18,7 +18,9 @@ constexpr double kCaptionBandPx = 22;
 // Line width of preview curves in pixels.
 constexpr double kPreviewLineWidthPx = 1.5;
 
-PageRect pageOf(const RenderOptions& o) { return {0, 0, static_cast<double>(o.widthPx), static_cast<double>(o.heightPx)}; }
+PageRect pageOf(const RenderOptions& o) {
+  return {0, 0, static_cast<double>(o.widthPx), static_cast<double>(o.heightPx)};
+}
 
 ViewTransform viewFor(const Scene& scene, const RenderOptions& o) {
   PageRect page = pageOf(o);
@@ -87,8 +89,7 @@ void renderPointListsToPng(const std::vector<ge::PointList>& lists, const std::f
   canvas->finish();
 }
 
-void renderSheetToPng(const std::vector<SheetCell>& cells, const std::filesystem::path& file, int columns,
-                      int cellPx) {
+void renderSheetToPng(const std::vector<SheetCell>& cells, const std::filesystem::path& file, int columns, int cellPx) {
   columns = std::max(1, columns);
   int rows = std::max(1, static_cast<int>((cells.size() + static_cast<std::size_t>(columns) - 1) / columns));
   auto canvas = openFileCanvas(FileFormat::kPng, file, columns * cellPx, rows * cellPx);

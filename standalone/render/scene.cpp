@@ -63,10 +63,14 @@ bool isFinite(const TextRun& t) {
 
 void tracePath(const Path& path, Canvas& canvas) {
   for (const auto& op : path.ops) {
-    if (auto* m = std::get_if<PathMove>(&op)) canvas.moveTo(m->to);
-    else if (auto* l = std::get_if<PathLine>(&op)) canvas.lineTo(l->to);
-    else if (auto* a = std::get_if<PathArc>(&op)) canvas.arc(a->center, a->radius, a->startAngle, a->endAngle, a->ccw);
-    else canvas.closePath();
+    if (auto* m = std::get_if<PathMove>(&op))
+      canvas.moveTo(m->to);
+    else if (auto* l = std::get_if<PathLine>(&op))
+      canvas.lineTo(l->to);
+    else if (auto* a = std::get_if<PathArc>(&op))
+      canvas.arc(a->center, a->radius, a->startAngle, a->endAngle, a->ccw);
+    else
+      canvas.closePath();
   }
 }
 
@@ -98,8 +102,10 @@ void strokeInPieces(const Path& path, Canvas& canvas, double pixelsPerUnit) {
       canvas.arc(a->center, a->radius, a->startAngle, a->endAngle, a->ccw);
       current = {a->center.x + a->radius * std::cos(a->endAngle), a->center.y + a->radius * std::sin(a->endAngle)};
     } else {
-      if (split) canvas.lineTo(subpathStart);
-      else canvas.closePath();
+      if (split)
+        canvas.lineTo(subpathStart);
+      else
+        canvas.closePath();
       current = subpathStart;
     }
     if (++sinceStroke >= kOpsPerStroke) {
@@ -121,11 +127,20 @@ void paintMarker(const PointMarker& m, Canvas& canvas, double viewHeight) {
     canvas.lineTo(at(x1, y1));
   };
   switch (m.mode & 7) {
-    case 0: seg(0, 0, 0, 0); break;  // a dot: round caps make a zero-length stroke visible
-    case 2: seg(-h, 0, h, 0), seg(0, -h, 0, h); break;
-    case 3: seg(-h, -h, h, h), seg(-h, h, h, -h); break;
-    case 4: seg(0, 0, 0, h); break;
-    default: break;  // 1: nothing at the point itself
+    case 0:
+      seg(0, 0, 0, 0);
+      break;  // a dot: round caps make a zero-length stroke visible
+    case 2:
+      seg(-h, 0, h, 0), seg(0, -h, 0, h);
+      break;
+    case 3:
+      seg(-h, -h, h, h), seg(-h, h, h, -h);
+      break;
+    case 4:
+      seg(0, 0, 0, h);
+      break;
+    default:
+      break;  // 1: nothing at the point itself
   }
   if (m.mode & 32) {
     canvas.moveTo(at(h, 0));
@@ -151,18 +166,24 @@ double markerSize(const PointMarker& m, double viewHeight) {
 
 void addPathExtents(const Path& path, Box2d& box) {
   for (const auto& op : path.ops) {
-    if (auto* m = std::get_if<PathMove>(&op)) box.add(m->to.x, m->to.y);
-    else if (auto* l = std::get_if<PathLine>(&op)) box.add(l->to.x, l->to.y);
-    else if (auto* a = std::get_if<PathArc>(&op)) addArcExtents(*a, box);
+    if (auto* m = std::get_if<PathMove>(&op))
+      box.add(m->to.x, m->to.y);
+    else if (auto* l = std::get_if<PathLine>(&op))
+      box.add(l->to.x, l->to.y);
+    else if (auto* a = std::get_if<PathArc>(&op))
+      addArcExtents(*a, box);
   }
 }
 
 Box2d Scene::extents() const {
   Box2d box;
   for (const auto& item : items) {
-    if (auto* p = std::get_if<ScenePath>(&item.shape)) addPathExtents(p->path, box);
-    else if (auto* t = std::get_if<TextRun>(&item.shape)) addTextExtents(*t, box);
-    else if (auto* m = std::get_if<PointMarker>(&item.shape)) box.add(m->at.x, m->at.y);
+    if (auto* p = std::get_if<ScenePath>(&item.shape))
+      addPathExtents(p->path, box);
+    else if (auto* t = std::get_if<TextRun>(&item.shape))
+      addTextExtents(*t, box);
+    else if (auto* m = std::get_if<PointMarker>(&item.shape))
+      box.add(m->at.x, m->at.y);
   }
   return box;
 }

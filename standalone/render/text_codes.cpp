@@ -64,11 +64,21 @@ std::string plainText(std::string_view raw) {
     }
     char code = static_cast<char>(std::tolower(static_cast<unsigned char>(raw[i + 2])));
     switch (code) {
-      case 'd': out += "\u00B0"; break;
-      case 'c': out += "\u2300"; break;
-      case 'p': out += "\u00B1"; break;
-      case '%': out += "%"; break;
-      case 'u': case 'o': break;
+      case 'd':
+        out += "\u00B0";
+        break;
+      case 'c':
+        out += "\u2300";
+        break;
+      case 'p':
+        out += "\u00B1";
+        break;
+      case '%':
+        out += "%";
+        break;
+      case 'u':
+      case 'o':
+        break;
       default:
         if (std::isdigit(static_cast<unsigned char>(code))) {
           // %%nnn: the character with that code.
@@ -108,10 +118,29 @@ std::vector<std::string> plainMTextLines(std::string_view raw) {
     if (takeUnicodeEscape(raw, i, lines.back())) continue;
     char code = raw[i + 1];
     switch (code) {
-      case 'P': lines.emplace_back(); i += 2; break;
-      case '~': lines.back() += ' '; i += 2; break;
-      case '\\': case '{': case '}': lines.back() += code; i += 2; break;
-      case 'L': case 'l': case 'O': case 'o': case 'K': case 'k': case 'N': i += 2; break;
+      case 'P':
+        lines.emplace_back();
+        i += 2;
+        break;
+      case '~':
+        lines.back() += ' ';
+        i += 2;
+        break;
+      case '\\':
+      case '{':
+      case '}':
+        lines.back() += code;
+        i += 2;
+        break;
+      case 'L':
+      case 'l':
+      case 'O':
+      case 'o':
+      case 'K':
+      case 'k':
+      case 'N':
+        i += 2;
+        break;
       case 'S': {
         // Stacked text "a^b;", "a/b;" or "a#b;" reads as a fraction.
         std::size_t end = skipArgument(raw, i + 2);
@@ -121,10 +150,22 @@ std::vector<std::string> plainMTextLines(std::string_view raw) {
         i = end;
         break;
       }
-      case 'A': case 'C': case 'c': case 'F': case 'f': case 'H': case 'Q': case 'T': case 'W': case 'p':
+      case 'A':
+      case 'C':
+      case 'c':
+      case 'F':
+      case 'f':
+      case 'H':
+      case 'Q':
+      case 'T':
+      case 'W':
+      case 'p':
         i = skipArgument(raw, i + 2);
         break;
-      default: lines.back() += code; i += 2; break;
+      default:
+        lines.back() += code;
+        i += 2;
+        break;
     }
   }
   for (auto& line : lines) line = plainText(line);

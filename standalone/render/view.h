@@ -22,9 +22,9 @@ struct Box2d {
 };
 
 struct ViewTransform {
-  double scale = 1;           // pixels per drawing unit
-  ge::Point2d center;         // drawing point shown at the page rectangle's centre
-  ge::Point2d pageCenter;     // that centre in page pixels
+  double scale = 1;        // pixels per drawing unit
+  ge::Point2d center;      // drawing point shown at the page rectangle's centre
+  ge::Point2d pageCenter;  // that centre in page pixels
 
   // Page pixel of a drawing point.
   ge::Point2d toPage(const ge::Point2d& p) const;

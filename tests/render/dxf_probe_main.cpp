@@ -17,8 +17,10 @@ namespace {
 double numberOf(const host::ResBuf& rb) {
   return std::visit(
       [](const auto& v) -> double {
-        if constexpr (std::is_arithmetic_v<std::decay_t<decltype(v)>>) return static_cast<double>(v);
-        else return 0;
+        if constexpr (std::is_arithmetic_v<std::decay_t<decltype(v)>>)
+          return static_cast<double>(v);
+        else
+          return 0;
       },
       rb.value);
 }
@@ -36,8 +38,7 @@ int main(int argc, char** argv) {
     o.heightPx = std::atoi(argv[4]);
     if (auto pdmode = db.headerVariable("PDMODE"); pdmode && !pdmode->empty())
       o.pointMode = static_cast<int>(numberOf((*pdmode)[0]));
-    if (auto pdsize = db.headerVariable("PDSIZE"); pdsize && !pdsize->empty())
-      o.pointSize = numberOf((*pdsize)[0]);
+    if (auto pdsize = db.headerVariable("PDSIZE"); pdsize && !pdsize->empty()) o.pointSize = numberOf((*pdsize)[0]);
     standalone::renderDrawingToPng(db, argv[2], o);
     standalone::ViewTransform view = standalone::planView(db, o);
     render_test::Picture pic = render_test::loadPng(argv[2]);

@@ -73,9 +73,7 @@ class FakeDrawing : public host::Drawing {
   host::ErrorStatus writeObject(host::DbObject&) override { return host::ErrorStatus::eNotApplicable; }
   std::vector<host::ObjectId> reactorsOf(host::ObjectId) const override { return {}; }
   host::ErrorStatus addReactor(host::ObjectId, host::ObjectId) override { return host::ErrorStatus::eNotApplicable; }
-  host::ErrorStatus removeReactor(host::ObjectId, host::ObjectId) override {
-    return host::ErrorStatus::eNotApplicable;
-  }
+  host::ErrorStatus removeReactor(host::ObjectId, host::ObjectId) override { return host::ErrorStatus::eNotApplicable; }
 
  private:
   std::uint64_t next_ = 2;

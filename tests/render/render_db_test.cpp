@@ -28,7 +28,7 @@ host::ObjectId appendTo(DrawingDatabase& db, host::EntityData data, int colorInd
 
 TEST(RenderDatabase, NewDrawingEntitiesAppearWithTheirColours) {
   DrawingDatabase db = DrawingDatabase::createEmpty();
-  appendTo(db, host::Line{{0, 0, 0}, {10, 0, 0}});       // by layer: layer 0 is index 7, drawn black
+  appendTo(db, host::Line{{0, 0, 0}, {10, 0, 0}});  // by layer: layer 0 is index 7, drawn black
   host::Circle c;
   c.center = {5, 5, 0};
   c.radius = 2;

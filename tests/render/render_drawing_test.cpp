@@ -101,7 +101,7 @@ TEST_F(RenderDrawing, MirroredArcLightsTheMirroredSide) {
   d.add(arc);
   Picture pic = render(d);
   double r = 6, c = std::cos(kPi / 4) * r;
-  EXPECT_TRUE(pic.inkNear(px(-c), py(c)));   // upper left: OCS X is world -X
+  EXPECT_TRUE(pic.inkNear(px(-c), py(c)));     // upper left: OCS X is world -X
   EXPECT_FALSE(pic.inkNear(px(c), py(c), 3));  // upper right stays empty
   EXPECT_FALSE(pic.inkNear(px(-c), py(-c), 3));
   arc.normal = {0, 0, 1};
@@ -315,10 +315,10 @@ TEST_F(RenderDrawing, PointGlyphCrossInCircle) {
   o.pointMode = 35;
   o.pointSize = 8;  // absolute: circle of radius 4
   Picture pic = render(d, o);
-  EXPECT_TRUE(pic.inkNear(px(4), py(0)));                  // circle
+  EXPECT_TRUE(pic.inkNear(px(4), py(0)));  // circle
   EXPECT_TRUE(pic.inkNear(px(0), py(-4)));
-  EXPECT_TRUE(pic.inkNear(px(2), py(2)));                  // diagonal of the x
-  EXPECT_FALSE(pic.inkNear(px(2.5), py(0), 2));            // inside, off the x
+  EXPECT_TRUE(pic.inkNear(px(2), py(2)));        // diagonal of the x
+  EXPECT_FALSE(pic.inkNear(px(2.5), py(0), 2));  // inside, off the x
   EXPECT_EQ(pic.inkCount(px(5), 0, 200, 200), 0);
   // PDSIZE 0: 5 % of the view height, 1 unit here.
   o.pointSize = 0;
@@ -431,9 +431,9 @@ TEST_F(RenderDrawing, PointListsAndSheet) {
   Picture s = render_test::loadPng(sheet);
   EXPECT_EQ(s.width, 200);
   EXPECT_EQ(s.height, 200);
-  EXPECT_GT(s.inkCount(0, 0, 100, 80), 100);    // the circle in the first cell
-  EXPECT_GT(s.inkCount(0, 80, 100, 100), 5);    // its caption
-  EXPECT_GT(s.inkCount(100, 0, 200, 80), 50);   // the line in the second
-  EXPECT_EQ(s.inkCount(0, 100, 100, 178), 0);   // the empty cell draws nothing but its caption
+  EXPECT_GT(s.inkCount(0, 0, 100, 80), 100);   // the circle in the first cell
+  EXPECT_GT(s.inkCount(0, 80, 100, 100), 5);   // its caption
+  EXPECT_GT(s.inkCount(100, 0, 200, 80), 50);  // the line in the second
+  EXPECT_EQ(s.inkCount(0, 100, 100, 178), 0);  // the empty cell draws nothing but its caption
   EXPECT_GT(s.inkCount(0, 178, 100, 200), 5);
 }

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "standalone/kernel/ocs.h"
 #include "standalone/kernel/path_query.h"
 #include "standalone/kernel/tolerance.h"
 
@@ -45,6 +46,48 @@ std::optional<ClosestPoint> onPath(const Path& path, const ge::Point3d& p) {
   e.add(p);
   if (c.distance > pointTolerance(geometryScale(e))) return std::nullopt;
   return c;
+}
+
+// Extents of a hatch from its boundary paths, each edge taken as the curve it is.
+ErrorStatus hatchExtents(const host::Hatch& h, ge::Extents3d& ext) {
+  ext = {};
+  Frame f = ocsFrame(h.normal);
+  auto add = [&](const std::optional<Path>& p) {
+    if (p) ext.add(pathExtents(*p));
+  };
+  for (const auto& path : h.paths) {
+    if (path.flags & 2) {
+      host::LwPolyline pl;
+      pl.vertices = path.polyline;
+      pl.closed = path.polylineClosed;
+      pl.elevation = h.elevation;
+      pl.normal = h.normal;
+      add(pathOf(pl));
+      continue;
+    }
+    for (const auto& edge : path.edges) {
+      if (auto* l = std::get_if<host::HatchLineEdge>(&edge)) {
+        ext.add(ocsToWorld(f, l->start.x, l->start.y, h.elevation));
+        ext.add(ocsToWorld(f, l->end.x, l->end.y, h.elevation));
+      } else if (auto* a = std::get_if<host::HatchArcEdge>(&edge)) {
+        host::Arc arc{ocsToWorld(f, a->center.x, a->center.y, h.elevation), a->radius, a->startAngle, a->endAngle, 0,
+                      h.normal};
+        // The record keeps counter-clockwise angle values: a clockwise edge covers end to start.
+        if (!a->counterClockwise) std::swap(arc.startAngle, arc.endAngle);
+        add(pathOf(arc));
+      } else if (auto* el = std::get_if<host::HatchEllipseEdge>(&edge)) {
+        // Whole ellipse: a safe bound whatever the edge's angle convention.
+        host::Ellipse ell{ocsToWorld(f, el->center.x, el->center.y, h.elevation),
+                          f.x * el->majorAxis.x + f.y * el->majorAxis.y, h.normal, el->ratio};
+        add(pathOf(ell));
+      } else if (auto* s = std::get_if<host::HatchSplineEdge>(&edge)) {
+        // The convex hull property: control points bound the curve.
+        for (const auto& p : s->controlPoints) ext.add(ocsToWorld(f, p.x, p.y, h.elevation));
+        for (const auto& p : s->fitPoints) ext.add(ocsToWorld(f, p.x, p.y, h.elevation));
+      }
+    }
+  }
+  return ext.isValid() ? ErrorStatus::eOk : ErrorStatus::eDegenerateGeometry;
 }
 
 }  // namespace
@@ -181,8 +224,15 @@ ErrorStatus CurveKernel::getGeomExtents(const EntityData& e, ge::Extents3d& ext)
     ext.add(pt->position);
     return ErrorStatus::eOk;
   }
-  // Texts, inserts, hatches and images need data the kernel does not hold
-  // (fonts, block contents); not built yet.
+  if (auto* im = std::get_if<host::Image>(&e)) {
+    ext = {};
+    ge::Vector3d u = im->uVector * im->widthPixels, v = im->vVector * im->heightPixels;
+    for (const auto& c : {im->insertion, im->insertion + u, im->insertion + v, im->insertion + u + v}) ext.add(c);
+    return ErrorStatus::eOk;
+  }
+  if (auto* h = std::get_if<host::Hatch>(&e)) return hatchExtents(*h, ext);
+  // Texts and inserts need data the kernel does not hold (fonts, block
+  // contents); not built yet.
   return ErrorStatus::eNotImplementedYet;
 }
 

@@ -3,11 +3,17 @@
 #include <algorithm>
 #include <array>
 #include <cassert>
+#include <cmath>
 
 namespace standalone::kernel {
 
 bool Nurbs::isValid() const {
-  if (degree < 1 || controlPoints.size() < static_cast<size_t>(degree) + 1) return false;
+  constexpr int kMaxSupportedDegree = 25;  // the evaluator's fixed work arrays
+  if (degree < 1 || degree > kMaxSupportedDegree || controlPoints.size() < static_cast<size_t>(degree) + 1) return false;
+  for (double k : knots)
+    if (!std::isfinite(k)) return false;
+  for (const auto& p : controlPoints)
+    if (!std::isfinite(p.x) || !std::isfinite(p.y) || !std::isfinite(p.z)) return false;
   if (knots.size() != controlPoints.size() + degree + 1) return false;
   if (!weights.empty() && weights.size() != controlPoints.size()) return false;
   for (size_t i = 1; i < knots.size(); ++i)

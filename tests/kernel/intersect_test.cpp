@@ -107,6 +107,31 @@ TEST(Intersect, SplineAndCircle) {
   }
 }
 
+TEST(Intersect, TwoSplinesMeetAtPointsOnBoth) {
+  Spline a, b;
+  kernel.fitSpline({{0, 0, 0}, {2, 2, 0}, {4, -1, 0}, {6, 1, 0}, {8, 0, 0}}, nullptr, nullptr, a);
+  kernel.fitSpline({{0, 1, 0}, {3, -2, 0}, {5, 2, 0}, {8, -1, 0}}, nullptr, nullptr, b);
+  auto pts = meet(a, b);
+  ASSERT_GE(pts.size(), 3u);
+  for (const auto& p : pts) {
+    Point3d qa, qb;
+    kernel.getClosestPointTo(a, p, qa), kernel.getClosestPointTo(b, p, qb);
+    EXPECT_LT(qa.distanceTo(p), 1e-9);
+    EXPECT_LT(qb.distanceTo(p), 1e-9);
+  }
+  // The same pair the other way round gives the same points.
+  auto back = meet(b, a);
+  ASSERT_EQ(back.size(), pts.size());
+  for (size_t i = 0; i < pts.size(); ++i) EXPECT_LT(back[i].distanceTo(pts[i]), 1e-9);
+}
+
+TEST(Intersect, CirclesInCrossingPlanesTouchOnTheCommonLine) {
+  // Unit circles about the origin in the XY and XZ planes share the points (±1, 0, 0).
+  Circle flat{{0, 0, 0}, 1};
+  Circle upright{{0, 0, 0}, 1, 0, {0, 1, 0}};
+  expectPoints(meet(flat, upright), {{-1, 0, 0}, {1, 0, 0}});
+}
+
 TEST(Intersect, CurvesInDifferentPlanesMeetWhereOneCrossesTheOther) {
   Circle flat{{0, 0, 0}, 2};
   Line vertical{{2, 0, -1}, {2, 0, 1}};

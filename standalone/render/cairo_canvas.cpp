@@ -156,7 +156,8 @@ class CairoCanvas : public FileCanvas {
 
   void selectFaceFor(const std::string& utf8) { fonts_.select(cr_, utf8); }
 
-  // Height of a capital letter per unit of font size, measured once.
+  // Height of a capital letter per unit of font size, measured once with the
+  // depth of descenders.
   double capHeightRatio() {
     if (capRatio_ <= 0) {
       cairo_save(cr_);
@@ -165,6 +166,9 @@ class CairoCanvas : public FileCanvas {
       cairo_text_extents_t te;
       cairo_text_extents(cr_, "H", &te);
       capRatio_ = te.height > 0 ? te.height / 100 : 0.73;
+      cairo_font_extents_t fe;
+      cairo_font_extents(cr_, &fe);
+      descentPerCap_ = fe.descent / 100 / capRatio_;
       cairo_restore(cr_);
     }
     return capRatio_;
@@ -178,6 +182,7 @@ class CairoCanvas : public FileCanvas {
   cairo_t* cr_ = nullptr;
   double lineWidthPx_ = 1;
   double capRatio_ = 0;
+  double descentPerCap_ = 0.3;  // depth of descenders below the baseline per capital height
   FontChooser fonts_;
 };
 
@@ -208,7 +213,7 @@ void CairoCanvas::text(const TextRun& run) {
       dy = 0;
       break;
     case TextVAlign::kBottom:
-      dy = 0.22 * height;
+      dy = descentPerCap_ * height;
       break;  // about one descender below the baseline
     case TextVAlign::kMiddle:
       dy = -height / 2;

@@ -351,6 +351,45 @@ TEST_F(RenderDrawing, TextAndMTextLandNearTheirAnchors) {
   EXPECT_EQ(pic.inkCount(px(8.3), 0, 200, 200), 0);
 }
 
+TEST_F(RenderDrawing, TextJustificationPlacesTheRightCorner) {
+  host::Text t;
+  t.text = "MW";
+  t.height = 2;
+  t.position = {5, 5, 0};  // ignored once justified
+  t.alignmentPoint = {0, 0, 0};
+  t.horizontalJustify = 2;  // right
+  t.verticalJustify = 3;    // top
+  FakeDrawing topRight;
+  topRight.add(t);
+  Picture pic = render(topRight);
+  EXPECT_GT(pic.inkCount(px(-4), py(0), px(0), py(-2)), 50);
+  EXPECT_EQ(pic.inkCount(px(0.2), 0, 200, 200), 0);
+  EXPECT_EQ(pic.inkCount(0, 0, 200, py(0.2)), 0);
+
+  // Fit: stretched between the two points, height kept.
+  t.horizontalJustify = 5;
+  t.verticalJustify = 0;
+  t.position = {-8, 0, 0};
+  t.alignmentPoint = {8, 0, 0};
+  FakeDrawing fit;
+  fit.add(t);
+  Picture fitted = render(fit);
+  EXPECT_GT(fitted.inkCount(px(-8), py(2), px(-6), py(0)), 20);
+  EXPECT_GT(fitted.inkCount(px(6), py(2), px(8), py(0)), 20);
+  EXPECT_EQ(fitted.inkCount(0, 0, 200, py(2.3)), 0);
+
+  // Backward text runs to the left of its insertion point.
+  host::Text back;
+  back.text = "MW";
+  back.height = 2;
+  back.mirrorFlags = 2;
+  FakeDrawing mirrored;
+  mirrored.add(back);
+  Picture backward = render(mirrored);
+  EXPECT_GT(backward.inkCount(px(-4), py(2), px(0), py(0)), 50);
+  EXPECT_EQ(backward.inkCount(px(0.2), 0, 200, 200), 0);
+}
+
 TEST_F(RenderDrawing, MTextWrapsAtItsReferenceWidth) {
   FakeDrawing d;
   host::MText m;

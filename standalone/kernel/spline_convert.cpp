@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "standalone/kernel/curve_fit.h"
 #include "standalone/kernel/curve_kernel.h"
 #include "standalone/kernel/ocs.h"
 #include "standalone/kernel/path.h"
@@ -191,7 +192,7 @@ ErrorStatus CurveKernel::convert2dToLw(const host::Polyline2d& pl, host::LwPolyl
 }
 
 ErrorStatus CurveKernel::fitPolyline2d(host::Polyline2d& pl, int splineType, int splineSegs) const {
-  if (pl.curveFit && !pl.splineFit) return ErrorStatus::eNotImplementedYet;  // PEDIT Fit arcs: not built yet
+  if (pl.curveFit && !pl.splineFit) return curveFitPolyline(pl) ? ErrorStatus::eOk : ErrorStatus::eInvalidInput;
   // The frame: flag-16 vertices of a spline-fit polyline, else every vertex
   // (arc segments are straightened).
   std::vector<host::Vertex2d> frame;

@@ -186,4 +186,42 @@ TEST(SplineFitPolyline, GeneratedVerticesComeFirstAndTheFrameIsKept) {
   EXPECT_EQ(frame, 4u);
 }
 
+TEST(CurveFitPolyline, PointsOnACircleGiveArcsOfThatCircle) {
+  Polyline2d pl;
+  for (double a : {0.1, 0.5, 1.2, 1.6, 2.5, 2.9}) pl.vertices.push_back({{3 + 2 * std::cos(a), -1 + 2 * std::sin(a), 0}});
+  pl.curveFit = true;
+  ASSERT_EQ(kernel.fitPolyline2d(pl, 6, 8), ErrorStatus::eOk);
+  EXPECT_EQ(pl.vertices.size(), 11u);
+  for (size_t i = 0; i < pl.vertices.size(); ++i) EXPECT_EQ(pl.vertices[i].flags, i % 2 ? kVertexCurveFitExtra : 0);
+  double end;
+  kernel.getEndParam(pl, end);
+  for (int i = 0; i <= 100; ++i) {
+    Point3d p;
+    kernel.getPointAtParam(pl, end * i / 100, p);
+    EXPECT_NEAR(std::hypot(p.x - 3, p.y + 1), 2, 1e-9);
+  }
+}
+
+TEST(CurveFitPolyline, ClosedFitPassesThroughTheFrameWithSmoothTangents) {
+  Polyline2d pl;
+  for (auto p : {Point3d{0, 0, 0}, Point3d{4, 0, 0}, Point3d{5, 3, 0}, Point3d{1, 4, 0}}) pl.vertices.push_back({p});
+  pl.closed = true;
+  pl.curveFit = true;
+  ASSERT_EQ(kernel.fitPolyline2d(pl, 6, 8), ErrorStatus::eOk);
+  ASSERT_EQ(pl.vertices.size(), 8u);
+  EXPECT_EQ(pl.vertices[2].position, (Point3d{4, 0, 0}));
+  // Derivative directions agree on both sides of every vertex, frame and joint.
+  for (int i = 1; i < 8; ++i) {
+    ge::Vector3d before, after;
+    kernel.getFirstDeriv(pl, i - 1e-9, before);
+    kernel.getFirstDeriv(pl, i, after);
+    EXPECT_GT(before.normalized().dot(after.normalized()), 1 - 1e-6) << i;
+  }
+  // Fitting again from the fitted polyline uses the same frame.
+  auto once = pl.vertices;
+  ASSERT_EQ(kernel.fitPolyline2d(pl, 6, 8), ErrorStatus::eOk);
+  ASSERT_EQ(pl.vertices.size(), once.size());
+  for (size_t i = 0; i < once.size(); ++i) EXPECT_LT(pl.vertices[i].position.distanceTo(once[i].position), 1e-12);
+}
+
 }  // namespace

@@ -17,6 +17,8 @@ constexpr double kCaptionPx = 13;
 constexpr double kCaptionBandPx = 22;
 // Line width of preview curves in pixels.
 constexpr double kPreviewLineWidthPx = 1.5;
+// The thin frame that separates sheet cells.
+constexpr Rgb kCellFrameColor{0.8, 0.8, 0.8};
 
 PageRect pageOf(const RenderOptions& o) {
   return {0, 0, static_cast<double>(o.widthPx), static_cast<double>(o.heightPx)};
@@ -60,6 +62,21 @@ Scene pointListScene(const std::vector<ge::PointList>& lists) {
   return scene;
 }
 
+// Outlines a page rectangle (pixels) in a light grey.
+void framePageRect(Canvas& canvas, const PageRect& r) {
+  // With unit scale and both centres at the origin, drawing (x, -y) is page pixel (x, y).
+  ViewTransform page;
+  canvas.setView(page);
+  canvas.setColor(kCellFrameColor);
+  canvas.setLineWidth(1);
+  canvas.moveTo({r.x + 0.5, -(r.y + 0.5)});
+  canvas.lineTo({r.x + r.width - 0.5, -(r.y + 0.5)});
+  canvas.lineTo({r.x + r.width - 0.5, -(r.y + r.height - 0.5)});
+  canvas.lineTo({r.x + 0.5, -(r.y + r.height - 0.5)});
+  canvas.closePath();
+  canvas.stroke();
+}
+
 }  // namespace
 
 ViewTransform planView(const host::Drawing& drawing, const RenderOptions& options) {
@@ -97,6 +114,7 @@ void renderSheetToPng(const std::vector<SheetCell>& cells, const std::filesystem
     double x = static_cast<double>(i % columns) * cellPx, y = static_cast<double>(i / columns) * cellPx;
     double captionBand = std::min(kCaptionBandPx, cellPx / 3.0);
     PageRect picture{x, y, static_cast<double>(cellPx), cellPx - captionBand};
+    framePageRect(*canvas, {x, y, static_cast<double>(cellPx), static_cast<double>(cellPx)});
     Scene scene = pointListScene(cells[i].lists);
     ViewTransform view = fitView(scene.extents(), picture, kPreviewMargin);
     canvas->setView(view);

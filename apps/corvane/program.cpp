@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iostream>
 #include <sstream>
+#include <unistd.h>
 
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"
@@ -122,7 +123,7 @@ int runDrawing(const RunRequest& request, std::ostream& out, std::ostream& err) 
   } else if (request.commandText) {
     reader = standalone::ScriptReader::fromText("-c", *request.commandText + "\n");
   } else {
-    reader = standalone::ScriptReader::fromStream("stdin", std::cin);
+    reader = standalone::ScriptReader::fromStream("stdin", std::cin, !::isatty(STDIN_FILENO));
   }
   standalone::DrawingDatabase drawing = standalone::loadDxf(request.drawing);
   standalone::EmbeddedHost h(std::move(drawing), out, hostOptions(standalone::defaultSettingsPath(), true));

@@ -52,7 +52,7 @@ ScriptReader ScriptReader::fromText(std::string sourceName, std::string_view tex
       true);
 }
 
-ScriptReader ScriptReader::fromStream(std::string sourceName, std::istream& in) {
+ScriptReader ScriptReader::fromStream(std::string sourceName, std::istream& in, bool echo) {
   return ScriptReader(
       std::move(sourceName),
       [&in]() -> std::optional<std::string> {
@@ -60,7 +60,7 @@ ScriptReader ScriptReader::fromStream(std::string sourceName, std::istream& in) 
         if (!std::getline(in, line)) return std::nullopt;
         return line;
       },
-      false);
+      echo);
 }
 
 bool ScriptReader::fetchLineIfNeeded() {

@@ -38,8 +38,10 @@ class ScriptReader : public AnswerSource {
   ScriptReader(std::string sourceName, LineSupplier lines, bool echo);
   // A reader over a whole text (a script file's content or -c text).
   static ScriptReader fromText(std::string sourceName, std::string_view text);
-  // A reader over the terminal: lines are fetched only when a prompt needs them.
-  static ScriptReader fromStream(std::string sourceName, std::istream& in);
+  // A reader over the terminal or a pipe: lines are fetched only when a
+  // prompt needs them. echo: the transcript repeats the answers (a pipe,
+  // where nobody sees them typed).
+  static ScriptReader fromStream(std::string sourceName, std::istream& in, bool echo = false);
 
   std::optional<std::string> nextWord() override;
   std::optional<std::string> nextLine() override;

@@ -34,6 +34,10 @@ CommandLine::CommandLine(Transcript& transcript, const host::Drawing& drawing, c
       finder_(drawing, curves, std::move(frozenOrLocked)) {}
 
 void CommandLine::pushSource(AnswerSource& source, bool endCancels, bool quiet) {
+  if (!endCancels) {  // new input from the user: whatever ended before is over
+    endedAtPrompt_.reset();
+    promptsAfterEnd_ = 0;
+  }
   sources_.push_back({&source, endCancels, quiet});
 }
 
@@ -45,8 +49,8 @@ bool CommandLine::popSource() {
 }
 
 CommandLine::Answer CommandLine::ask(std::string_view prompt, bool wholeLine) {
-  if (sources_.empty() || endedAtPrompt_) {
-    if (!endedAtPrompt_) endedAtPrompt_ = std::string(prompt);
+  if (sources_.empty()) return {Reply::kCancel, {}};  // nobody to answer (the plug-in loading)
+  if (endedAtPrompt_) {
     if (++promptsAfterEnd_ > kPromptsAfterEndLimit)
       throw ScriptError("the input has ended but the command keeps prompting");
     return {Reply::kCancel, {}};

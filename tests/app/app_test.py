@@ -157,6 +157,8 @@ class Program(unittest.TestCase):
         out = self.path("out.dxf")
         r = self.corvane(src, "-o", out, stdin="ERASE\n0,0\n\n")
         self.assertEqual(r.returncode, 0, r.stderr)
+        # Answers from a pipe are repeated in the transcript, as from a script.
+        self.assertIn("Command: ERASE\nSelect objects: 0,0\n1 found\n", r.stdout)
         self.assertEqual(sorted(e.dxftype() for e in ezdxf.readfile(out).modelspace()), ["CIRCLE", "LWPOLYLINE", "TEXT"])
 
     def test_pictures(self):

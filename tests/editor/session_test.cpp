@@ -36,6 +36,14 @@ TEST(Session, InputThatEndsWhileAPromptWaitsIsAFailureNamingThePrompt) {
   EXPECT_THAT(*f.result().failure, HasSubstr("Enter an integer:"));
 }
 
+TEST(Session, ANewRunStartsAfreshAfterOneThatEndedMidPrompt) {
+  HostFixture f;
+  f.run("PROBE Int 0\n\n");
+  ASSERT_TRUE(f.result().failure);
+  EXPECT_THAT(f.run("PROBE Int 0\n\n5 Quit\n"), HasSubstr("-> RTNORM 5\n"));
+  EXPECT_FALSE(f.result().failure);
+}
+
 TEST(Session, CommentLinesAndCaseOfNamesDoNotMatter) {
   HostFixture f;
   std::string t = f.run("; a comment\nprobe quit\n_test_probe Q\n");

@@ -259,6 +259,30 @@ TEST_F(RenderDrawing, InsertPlacesRotatesScalesAndNests) {
   EXPECT_EQ(pic.inkCount(px(0), py(-8), px(9), py(-1)), 0);
 }
 
+TEST_F(RenderDrawing, MirroredInsertMirrorsTextAndStretchesCircles) {
+  FakeDrawing d;
+  host::ObjectId label = d.addBlock("LABEL");
+  host::Text t;
+  t.text = "MW";
+  t.height = 2;
+  d.add(t, {}, label);
+  host::Circle c;
+  c.center = {0, -4, 0};
+  c.radius = 1;
+  d.add(c, {}, label);
+  host::BlockReference ref;
+  ref.blockName = "LABEL";
+  ref.scale = {-3, 1, 1};  // mirrored in X and stretched: the text runs left, the circle becomes an ellipse
+  d.add(ref);
+  Picture pic = render(d);
+  EXPECT_GT(pic.inkCount(px(-8), py(2), px(0), py(0)), 80);
+  EXPECT_EQ(pic.inkCount(px(0.3), py(2.5), 200, py(-0.3)), 0);
+  EXPECT_TRUE(pic.inkNear(px(-3), py(-4)));  // ends of the ellipse's long axis
+  EXPECT_TRUE(pic.inkNear(px(3), py(-4)));
+  EXPECT_TRUE(pic.inkNear(px(0), py(-3)));
+  EXPECT_FALSE(pic.inkNear(px(0), py(-4), 3));
+}
+
 TEST_F(RenderDrawing, SelfReferencingBlockEnds) {
   FakeDrawing d;
   host::ObjectId loop = d.addBlock("LOOP");

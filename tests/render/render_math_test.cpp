@@ -153,6 +153,16 @@ TEST(Helix, BuiltFromAxisDataWhenTheSplineIsEmpty) {
   EXPECT_LT(helixDrawingPoints(h)[5].y, 0);
 }
 
+TEST(PointGlyph, SizeRules) {
+  PointMarker m;
+  m.size = 2.5;  // absolute drawing units
+  EXPECT_DOUBLE_EQ(markerSize(m, 100), 2.5);
+  m.size = 0;  // 5 % of the view height
+  EXPECT_DOUBLE_EQ(markerSize(m, 100), 5);
+  m.size = -10;  // 10 % of the view height
+  EXPECT_DOUBLE_EQ(markerSize(m, 40), 4);
+}
+
 TEST(View, FitKeepsTheMarginAndMapsBothWays) {
   Box2d box;
   box.add(-10, 0);

@@ -44,7 +44,7 @@ std::optional<ClosestPoint> onPath(const Path& path, const ge::Point3d& p) {
   ClosestPoint c = closestPoint(path, p);
   ge::Extents3d e = pathExtents(path);
   e.add(p);
-  if (c.distance > pointTolerance(geometryScale(e))) return std::nullopt;
+  if (c.distance > onCurveTolerance(geometryScale(e))) return std::nullopt;
   return c;
 }
 

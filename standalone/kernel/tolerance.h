@@ -26,6 +26,11 @@ inline double geometryScale(const ge::Extents3d& e) {
 // Two points closer than this count as one point (intersections, joins, duplicates).
 inline double pointTolerance(double scale) { return 1e-9 * scale; }
 
+// A point this near a curve counts as on it for queries by point
+// (getParamAtPoint, getDistAtPoint). Ten times the point tolerance, so points
+// that other operations computed (intersections, samples, offsets) pass.
+inline double onCurveTolerance(double scale) { return 1e-8 * scale; }
+
 // Two numbers of size `scale` that differ by less than this are equal after
 // iterative refinement (Newton steps stop here).
 inline double convergenceTolerance(double scale) { return kRelativePrecision * scale; }

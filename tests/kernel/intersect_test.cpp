@@ -104,6 +104,10 @@ TEST(Intersect, SplineAndCircle) {
     Point3d q;
     kernel.getClosestPointTo(s, p, q);
     EXPECT_LT(q.distanceTo(p), 1e-9);
+    // Intersection points count as on both curves for queries by point.
+    double d;
+    EXPECT_EQ(kernel.getDistAtPoint(s, p, d), ErrorStatus::eOk);
+    EXPECT_EQ(kernel.getDistAtPoint(c, p, d), ErrorStatus::eOk);
   }
 }
 

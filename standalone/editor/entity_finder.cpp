@@ -34,6 +34,40 @@ ge::Extents3d rectangle(const ge::Point3d& a, const ge::Point3d& b) {
 
 double xyDistance(const ge::Point3d& a, const ge::Point3d& b) { return std::hypot(a.x - b.x, a.y - b.y); }
 
+// Characters of UTF-8 text.
+std::size_t characterCount(const std::string& text) {
+  std::size_t n = 0;
+  for (unsigned char c : text)
+    if ((c & 0xC0) != 0x80) ++n;
+  return n;
+}
+
+// A box around a single-line text from its height and character count: an
+// average character is about 0.6 of the height wide. Good enough to pick and
+// window a label; the renderer measures real glyphs.
+constexpr double kAverageCharacterWidth = 0.6;
+
+std::optional<ge::Extents3d> approximateTextBox(const host::EntityData& data) {
+  const auto* t = std::get_if<host::Text>(&data);
+  if (!t || t->text.empty()) return std::nullopt;
+  double w = t->height * kAverageCharacterWidth * t->widthFactor * static_cast<double>(characterCount(t->text));
+  double c = std::cos(t->rotation), s = std::sin(t->rotation);
+  ge::Extents3d box;
+  for (auto [u, v] : {std::pair{0.0, 0.0}, {w, 0.0}, {w, t->height}, {0.0, t->height}})
+    box.add(ge::Point3d{t->position.x + u * c - v * s, t->position.y + u * s + v * c, t->position.z});
+  return box;
+}
+
+// The entity's extents from the curve services, or an estimate for texts.
+bool extentsOf(const host::CurveServices& curves, const host::EntityData& data, ge::Extents3d& ext) {
+  if (curves.getGeomExtents(data, ext) == host::ErrorStatus::eOk && ext.isValid()) return true;
+  if (std::optional<ge::Extents3d> box = approximateTextBox(data)) {
+    ext = *box;
+    return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 std::optional<std::uint64_t> parseHandleAnswer(std::string_view text) {
@@ -54,7 +88,7 @@ std::optional<double> EntityFinder::distanceTo(const host::Entity& e, const ge::
     if (curves_.getClosestPointTo(e.data, p, on) == host::ErrorStatus::eOk) return xyDistance(on, p);
   }
   ge::Extents3d ext;
-  if (curves_.getGeomExtents(e.data, ext) != host::ErrorStatus::eOk || !ext.isValid()) return std::nullopt;
+  if (!extentsOf(curves_, e.data, ext)) return std::nullopt;
   double dx = std::max({ext.min.x - p.x, 0.0, p.x - ext.max.x});
   double dy = std::max({ext.min.y - p.y, 0.0, p.y - ext.max.y});
   return std::hypot(dx, dy);
@@ -98,7 +132,7 @@ std::vector<host::ObjectId> EntityFinder::inWindow(const ge::Point3d& a, const g
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
     std::optional<host::Entity> e = drawing_.read(id);
     ge::Extents3d ext;
-    if (!e || curves_.getGeomExtents(e->data, ext) != host::ErrorStatus::eOk || !ext.isValid()) continue;
+    if (!e || !extentsOf(curves_, e->data, ext)) continue;
     if (box.containsXY(ext) || (crossing && box.intersectsXY(ext) && crossesRectangle(*e, box))) out.push_back(id);
   }
   return out;

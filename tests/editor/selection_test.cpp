@@ -40,6 +40,13 @@ TEST_F(SelectionTest, AllWithATypeFilterCountsWhatWasFilteredOut) {
   EXPECT_THAT(t, HasSubstr("-> RTNORM " + ids({inside, crossing, circle})));
 }
 
+TEST_F(SelectionTest, TextsArePickedAndWindowedByAnEstimatedBox) {
+  // "label" at 0,5 with height 1: about 3 units wide.
+  EXPECT_THAT(f.run(select(".", ".", ".", "1,5.5\n")), HasSubstr("-> RTNORM " + ids({text})));
+  EXPECT_THAT(f.run(select(".", ".", ".", "W -1,4 4,7\n")), HasSubstr("-> RTNORM " + ids({text})));
+  EXPECT_THAT(f.run(select(".", ".", ".", "W -1,4 2,7\n")), HasSubstr("0 found"));  // cuts through it
+}
+
 TEST_F(SelectionTest, LayerFilter) {
   EXPECT_THAT(f.run(select(".", ".", "walls", "ALL\n")), HasSubstr("-> RTNORM " + ids({crossing, circle})));
 }

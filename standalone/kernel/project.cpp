@@ -1,12 +1,13 @@
 // Projection of curves onto a plane along a direction. The map is affine, so
 // lines stay lines, conics become ellipses (circles and arcs again when the
-// image is not squashed), straight polylines stay polylines and splines map
-// through their control points.
+// image is not squashed), polylines stay polylines (bulged ones seen at an
+// angle become rational splines) and splines map through their control points.
 #include <cmath>
 #include <numbers>
 
 #include "standalone/kernel/curve_kernel.h"
 #include "standalone/kernel/ocs.h"
+#include "standalone/kernel/nurbs_forms.h"
 #include "standalone/kernel/path.h"
 
 namespace standalone {
@@ -60,14 +61,29 @@ std::optional<host::EntityData> projectConic(const ge::Matrix3d& m, const ge::Po
   return host::EntityData{e};
 }
 
-ErrorStatus projectPlanarPolyline(const std::vector<ge::Point3d>& worldPts, const std::vector<double>& bulges,
-                                  const ge::Vector3d& sourceNormal, bool closed, const ge::Matrix3d& m,
-                                  const host::Plane& plane, host::EntityData& result) {
+ErrorStatus projectPlanarPolyline(const host::EntityData& source, const std::vector<ge::Point3d>& worldPts,
+                                  const std::vector<double>& bulges, const ge::Vector3d& sourceNormal, bool closed,
+                                  const ge::Matrix3d& m, const host::Plane& plane, host::EntityData& result) {
   bool parallel = sourceNormal.normalized().cross(plane.normal.normalized()).length() < 1e-12;
   bool bulged = false;
   for (double b : bulges) bulged = bulged || b != 0;
-  // Between parallel planes the projection only moves the curve, so arcs stay arcs.
-  if (bulged && !parallel) return ErrorStatus::eNotApplicable;  // arcs would become elliptical: not built yet
+  // Between parallel planes the projection only moves the curve, so arcs stay
+  // arcs. Seen at an angle they turn elliptical: the result is the image of
+  // the polyline's exact rational form, a spline.
+  if (bulged && !parallel) {
+    auto path = pathOf(source);
+    auto n = path ? nurbsOfBulgedPath(*path) : std::nullopt;
+    if (!n) return ErrorStatus::eInvalidInput;
+    host::Spline s;
+    s.degree = 2;
+    s.knots = n->knots;
+    s.weights = n->weights;
+    for (const auto& p : n->controlPoints) s.controlPoints.push_back(m.apply(p));
+    s.flags = 4 | 8 | (closed ? 1 : 0);
+    s.normal = plane.normal.normalized();
+    result = s;
+    return ErrorStatus::eOk;
+  }
   ge::Vector3d n = parallel ? sourceNormal.normalized() : plane.normal.normalized();
   Frame f = ocsFrame(n);
   host::LwPolyline pl;
@@ -119,7 +135,7 @@ ErrorStatus CurveKernel::getProjectedCurve(const EntityData& c, const host::Plan
     std::vector<ge::Point3d> pts;
     std::vector<double> bulges;
     for (const auto& v : lw->vertices) pts.push_back(ocsToWorld(f, v.x, v.y, lw->elevation)), bulges.push_back(v.bulge);
-    return projectPlanarPolyline(pts, bulges, lw->normal, lw->closed, m, plane, result);
+    return projectPlanarPolyline(c, pts, bulges, lw->normal, lw->closed, m, plane, result);
   }
   if (auto* p2 = std::get_if<Polyline2d>(&c)) {
     Frame f = ocsFrame(p2->normal);
@@ -128,7 +144,7 @@ ErrorStatus CurveKernel::getProjectedCurve(const EntityData& c, const host::Plan
     for (const auto& v : p2->vertices)
       if (!(p2->splineFit && (v.flags & kVertexSplineFrame)))
         pts.push_back(ocsToWorld(f, v.position.x, v.position.y, p2->elevation)), bulges.push_back(v.bulge);
-    return projectPlanarPolyline(pts, bulges, p2->normal, p2->closed, m, plane, result);
+    return projectPlanarPolyline(c, pts, bulges, p2->normal, p2->closed, m, plane, result);
   }
   if (auto* p3 = std::get_if<Polyline3d>(&c)) {
     Polyline3d r = *p3;

@@ -7,6 +7,7 @@
 
 #include "standalone/kernel/curve_fit.h"
 #include "standalone/kernel/curve_kernel.h"
+#include "standalone/kernel/nurbs_forms.h"
 #include "standalone/kernel/ocs.h"
 #include "standalone/kernel/path.h"
 #include "standalone/kernel/path_query.h"
@@ -31,30 +32,6 @@ host::Spline splineOf(const Nurbs& n, int flags, const ge::Vector3d& normal) {
   s.flags = flags;
   s.normal = normal;
   return s;
-}
-
-// Rational quadratic arc c + cos t·u + sin t·v for t from start over sweep
-// (> 0), in pieces of at most a quarter turn; knots in the parameter t.
-Nurbs conicArc(const ge::Point3d& c, const ge::Vector3d& u, const ge::Vector3d& v, double start, double sweep) {
-  int pieces = std::max(1, static_cast<int>(std::ceil(sweep / (std::numbers::pi / 2) - 1e-9)));
-  double delta = sweep / pieces, w = std::cos(delta / 2);
-  auto at = [&](double t, double scale) { return c + (u * std::cos(t) + v * std::sin(t)) * scale; };
-  Nurbs n;
-  n.degree = 2;
-  n.knots = {start, start, start};
-  n.controlPoints.push_back(at(start, 1));
-  n.weights.push_back(1);
-  for (int i = 0; i < pieces; ++i) {
-    double t0 = start + i * delta;
-    n.controlPoints.push_back(at(t0 + delta / 2, 1 / w));
-    n.weights.push_back(w);
-    n.controlPoints.push_back(at(t0 + delta, 1));
-    n.weights.push_back(1);
-    double k = i + 1 == pieces ? start + sweep : t0 + delta;
-    n.knots.insert(n.knots.end(), {k, k});
-  }
-  n.knots.push_back(start + sweep);
-  return n;
 }
 
 }  // namespace

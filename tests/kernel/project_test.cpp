@@ -79,10 +79,13 @@ TEST(Projection, PolylinesAndSplines) {
   kernel.fitSpline({{0, 0, 0}, {1, 2, 3}, {4, 1, -2}, {5, 5, 1}}, nullptr, nullptr, s);
   ASSERT_EQ(kernel.getOrthoProjectedCurve(s, worldXY(), r), ErrorStatus::eOk);
   expectImage(s, r, m);
-  // A bulged polyline seen at an angle would need elliptical arcs.
+  // A bulged polyline seen at an angle has elliptical arcs: a rational spline.
   LwPolyline tilted = lw;
   tilted.normal = ge::Vector3d{1, 0, 1}.normalized();
-  EXPECT_EQ(kernel.getOrthoProjectedCurve(tilted, worldXY(), r), ErrorStatus::eNotApplicable);
+  tilted.closed = true;
+  ASSERT_EQ(kernel.getOrthoProjectedCurve(tilted, worldXY(), r), ErrorStatus::eOk);
+  ASSERT_TRUE(std::holds_alternative<Spline>(r));
+  expectImage(tilted, r, m);
 }
 
 TEST(Projection, DirectionInThePlaneIsRefused) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "embedded_session.h"
+#include "standalone/editor/demand_load.h"
 #include "frame/builtin_commands.h"
 #include "frame/menu.h"
 #include "frame/language.h"
@@ -46,6 +47,23 @@ TEST_P(Lifecycle, GreetsOnceAndRegistersTheTableWithTheHost) {
     EXPECT_EQ(entries[i].localName, table[i].localName);
     EXPECT_EQ(entries[i].flags, host::ACRX_CMD_MODAL);
   }
+}
+
+TEST(DemandLoadOnHost, EntriesNameTheModuleAndEveryCommand) {
+  EmbeddedSession session;
+  session.load();
+  std::string key = std::string(standalone::kApplicationsKey) + "\\Corvane";
+  auto settings = session.settingsFile();
+  EXPECT_EQ(settings.readInt(key, "LOADCTRLS"), 7u);
+  EXPECT_EQ(settings.readText(key, "DESCRIPTION"), "Corvane version 1.0");
+  EXPECT_EQ(settings.readText(key, "LOADER"), (session.folder() / "corvane").string());
+  EXPECT_EQ(settings.readText(key + "\\Groups", "Corvane"), "Corvane");
+  auto commands = settings.list(key + "\\Commands");
+  ASSERT_EQ(commands.size(), 53u);
+  EXPECT_EQ(commands[4].name, "ZORL_VECTORIZE");
+  EXPECT_EQ(std::get<std::string>(commands[4].data), "R2V") << "R2V comes fifth in the demand-load order";
+  EXPECT_EQ(commands[52].name, "ZORL_DEMO11");
+  EXPECT_EQ(std::get<std::string>(commands[52].data), "ZORL_DEMO11");
 }
 
 TEST_P(Lifecycle, TypedCommandsRunThroughTheFrameAndAreCounted) {

@@ -1,7 +1,6 @@
 #include "standalone/db/dxf_entity_writer.h"
 
 #include <cmath>
-#include <unordered_map>
 #include <vector>
 
 #include "standalone/db/dxf_hatch.h"
@@ -41,13 +40,15 @@ class Emitter {
     }
     marker("AcDbEntity");
     if (ctx_.paperSpaces.count(rec_.entity.owner.value)) out_.integer(67, 1);
-    for (const Tag& t : propertyTags(rec_.entity.props, ctx_.encoding)) out_.tag(t.code, t.value);
+    writeProperties(rec_.entity.props);
   }
 
   // A subclass marker; the kept groups of the previous one go first.
   void marker(std::string_view name) {
     if (current_ != 0) flushAnchor(current_);
-    std::size_t occurrence = ++seen_[std::string(name)];
+    std::size_t occurrence = 1;
+    for (std::string_view m : written_) occurrence += m == name ? 1 : 0;
+    written_.push_back(name);
     current_ = anchorOf(name, occurrence);
     if (ctx_.markers) out_.tag(100, name);
   }
@@ -84,6 +85,16 @@ class Emitter {
       if (rec_.extras.markers[i] == name && --n == 0) return i + 1;
     return 0;
   }
+  // The property groups, in the order propertyTags gives them.
+  void writeProperties(const host::EntityProps& p) {
+    out_.tag(8, p.layer.empty() ? std::string("0") : encodeText(p.layer, ctx_.encoding));
+    if (!p.linetype.empty()) out_.tag(6, encodeText(p.linetype, ctx_.encoding));
+    if (p.color.index != host::Color::kByLayer) out_.integer(62, p.color.index);
+    if (p.color.trueColor) out_.integer(420, *p.color.trueColor & 0xFFFFFFu);
+    if (p.lineweight != -1) out_.integer(370, p.lineweight);
+    if (p.linetypeScale != 1.0) out_.real(48, p.linetypeScale);
+    if (p.invisible) out_.integer(60, 1);
+  }
   void flushAnchor(std::size_t anchor) {
     if (anchor >= done_.size() || done_[anchor]) return;
     done_[anchor] = true;
@@ -97,7 +108,7 @@ class Emitter {
   const EntityWriteContext& ctx_;
   std::vector<bool> done_;
   std::size_t current_ = 0;
-  std::unordered_map<std::string, std::size_t> seen_;
+  std::vector<std::string_view> written_;  // markers written so far
 };
 
 void writeNormal(DxfOut& out, const ge::Vector3d& n) {

@@ -62,6 +62,9 @@ FileReader::FileReader(std::shared_ptr<const std::string> text)
     : text_(std::move(text)), reader_(startOf(*text_)) {
   c_.source = text_;
   c_.sections.clear();
+  // Entities take a few hundred bytes each; room for them avoids rehashing.
+  constexpr std::size_t kTypicalEntityBytes = 400;
+  entityHandles_.reserve(text_->size() / kTypicalEntityBytes);
 }
 
 RawTag FileReader::need(int code, const char* what) {

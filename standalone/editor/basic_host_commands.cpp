@@ -58,6 +58,7 @@ class Zoom {
     if (rc != host::RTKWORD) return;  // Enter (real time) or cancel: the view stays
     std::string input;
     ed.getInput(input);
+    // The embedded host keeps no drawing limits, so All shows the extents as Extents does.
     if (input == "All" || input == "Extents") return extents(c);
     if (input == "Center") return center(c);
     if (input == "Previous") return previous(c);

@@ -100,6 +100,12 @@ std::optional<host::ObjectId> EntityFinder::pickAt(const ge::Point3d& p, double 
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
     std::optional<host::Entity> e = drawing_.read(id);
     if (!e) continue;
+    // The box test is cheap; the closest point on a free-form curve is not.
+    ge::Extents3d ext;
+    if (extentsOf(curves_, e->data, ext) &&
+        (p.x < ext.min.x - bestDistance || p.x > ext.max.x + bestDistance || p.y < ext.min.y - bestDistance ||
+         p.y > ext.max.y + bestDistance))
+      continue;
     std::optional<double> d = distanceTo(*e, p);
     if (d && *d <= bestDistance) {
       bestDistance = *d;

@@ -1,5 +1,6 @@
 // Picks and selection sets of the command line.
 #include <algorithm>
+#include <unordered_set>
 
 #include "host/codes.h"
 #include "standalone/editor/command_line.h"
@@ -92,6 +93,8 @@ std::vector<host::ObjectId> CommandLine::selectionAnswer(const std::string& text
 }
 
 int CommandLine::interactiveSelection(bool single, const EntityFilter& filter, std::vector<host::ObjectId>& set) {
+  EntityFinder::CacheScope cache(finder_);
+  std::unordered_set<host::ObjectId> members(set.begin(), set.end());  // membership without a scan of the set
   bool removing = false;
   while (true) {
     Answer a = ask(removing ? "Remove objects: " : "Select objects: ", false);
@@ -118,15 +121,20 @@ int CommandLine::interactiveSelection(bool single, const EntityFilter& filter, s
         ++filteredOut;
         continue;
       }
-      auto at = std::find(set.begin(), set.end(), id);
+      bool member = members.count(id) > 0;
       if (removing) {
-        if (at != set.end()) set.erase(at), ++removed;
-      } else if (at != set.end()) {
+        if (member) {
+          members.erase(id);
+          ++removed;
+        }
+      } else if (member) {
         ++duplicates;
       } else {
         set.push_back(id);
+        members.insert(id);
       }
     }
+    if (removed) std::erase_if(set, [&](host::ObjectId id) { return members.count(id) == 0; });
     print(countLine(found.size(), duplicates, removed, set.size(), first && !removing));
     if (filteredOut) print(std::to_string(filteredOut) + (filteredOut == 1 ? " was" : " were") + " filtered out.\n");
     if (single) break;  // one selection attempt only

@@ -81,6 +81,18 @@ std::optional<std::uint64_t> parseHandleAnswer(std::string_view text) {
   return parseHex(inner.substr(1, inner.size() - 2));
 }
 
+bool EntityFinder::boxOf(const host::Entity& e, ge::Extents3d& ext) const {
+  if (!cache_) return extentsOf(curves_, e.data, ext);
+  auto [it, fresh] = cache_->try_emplace(e.id.value);
+  if (fresh) {
+    ge::Extents3d computed;
+    if (extentsOf(curves_, e.data, computed)) it->second = computed;
+  }
+  if (!it->second) return false;
+  ext = *it->second;
+  return true;
+}
+
 std::optional<double> EntityFinder::distanceTo(const host::Entity& e, const ge::Point3d& p) const {
   if (host::isCurve(e.data)) {
     ge::Point3d on;
@@ -88,7 +100,7 @@ std::optional<double> EntityFinder::distanceTo(const host::Entity& e, const ge::
     if (curves_.getClosestPointTo(e.data, p, on) == host::ErrorStatus::eOk) return xyDistance(on, p);
   }
   ge::Extents3d ext;
-  if (!extentsOf(curves_, e.data, ext)) return std::nullopt;
+  if (!boxOf(e, ext)) return std::nullopt;
   double dx = std::max({ext.min.x - p.x, 0.0, p.x - ext.max.x});
   double dy = std::max({ext.min.y - p.y, 0.0, p.y - ext.max.y});
   return std::hypot(dx, dy);
@@ -102,7 +114,7 @@ std::optional<host::ObjectId> EntityFinder::pickAt(const ge::Point3d& p, double 
     if (!e) continue;
     // The box test is cheap; the closest point on a free-form curve is not.
     ge::Extents3d ext;
-    if (extentsOf(curves_, e->data, ext) &&
+    if (boxOf(*e, ext) &&
         (p.x < ext.min.x - bestDistance || p.x > ext.max.x + bestDistance || p.y < ext.min.y - bestDistance ||
          p.y > ext.max.y + bestDistance))
       continue;
@@ -138,7 +150,7 @@ std::vector<host::ObjectId> EntityFinder::inWindow(const ge::Point3d& a, const g
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
     std::optional<host::Entity> e = drawing_.read(id);
     ge::Extents3d ext;
-    if (!e || !extentsOf(curves_, e->data, ext)) continue;
+    if (!e || !boxOf(*e, ext)) continue;
     if (box.containsXY(ext) || (crossing && box.intersectsXY(ext) && crossesRectangle(*e, box))) out.push_back(id);
   }
   return out;

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <string_view>
 #include <vector>
 
@@ -20,6 +21,20 @@ class EntityFinder {
 
   EntityFinder(const host::Drawing& drawing, const host::CurveServices& curves, LayerTest frozenOrLocked = {})
       : drawing_(drawing), curves_(curves), frozenOrLocked_(std::move(frozenOrLocked)) {}
+
+  // While a scope lives, each entity's extents are computed once: the
+  // drawing does not change during one selection, and extents of free-form
+  // curves are what picks and windows spend their time on.
+  class CacheScope {
+   public:
+    explicit CacheScope(const EntityFinder& finder) : finder_(finder) { finder_.cache_.emplace(); }
+    ~CacheScope() { finder_.cache_.reset(); }
+    CacheScope(const CacheScope&) = delete;
+    CacheScope& operator=(const CacheScope&) = delete;
+
+   private:
+    const EntityFinder& finder_;
+  };
 
   // The entity of the current space nearest to p in the XY plane within
   // aperture drawing units; of equal distances the one drawn last wins, as
@@ -42,10 +57,13 @@ class EntityFinder {
   // Distance in XY from p to the entity, nothing when it cannot be measured.
   std::optional<double> distanceTo(const host::Entity& e, const ge::Point3d& p) const;
   bool crossesRectangle(const host::Entity& e, const ge::Extents3d& box) const;
+  // The entity's extents (from the cache while a scope lives); false when it has none.
+  bool boxOf(const host::Entity& e, ge::Extents3d& ext) const;
 
   const host::Drawing& drawing_;
   const host::CurveServices& curves_;
   LayerTest frozenOrLocked_;
+  mutable std::optional<std::unordered_map<std::uint64_t, std::optional<ge::Extents3d>>> cache_;
 };
 
 // The handle a typed answer names: "#1F" or "(handent \"1F\")" (hexadecimal, case ignored).

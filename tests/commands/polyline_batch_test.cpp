@@ -106,10 +106,10 @@ TEST_P(PolylineBatch, WidthIsSetOnAllAndTinyOrMissingWidthsBecomeZero) {
   s.start();
   std::string out = s.run("PLGXK\n" + select({a, b}) + "0.75\n");
   EXPECT_NE(out.find(s.pick("\nPlease enter a new line width:", "\n请输入新的线宽:")), std::string::npos) << out;
-  const auto& lw = std::get<host::LwPolyline>(s.read(a)->data);
+  const auto lw = std::get<host::LwPolyline>(s.read(a)->data);
   EXPECT_EQ(lw.constantWidth, 0.75);
   EXPECT_EQ(lw.vertices[0].startWidth, 0);
-  const auto& old = std::get<host::Polyline2d>(s.read(b)->data);
+  const auto old = std::get<host::Polyline2d>(s.read(b)->data);
   EXPECT_EQ(old.vertices[1].endWidth, 0.75);
   auto dump = s.readBackWithEzdxf();
   EXPECT_NE(dump[0].find("width=0.75"), std::string::npos) << dump[0];
@@ -161,7 +161,7 @@ TEST_P(PolylineBatch, PeditTypedByTheUserEditsOnePolylineWithUndo) {
             std::string::npos);
   EXPECT_NE(out.find("Enter an option [Open/Join/Width/"), std::string::npos) << "a closed polyline offers Open";
   EXPECT_NE(out.find("Specify new width for all segments: "), std::string::npos);
-  const auto& lw = std::get<host::LwPolyline>(s.read(a)->data);
+  const auto lw = std::get<host::LwPolyline>(s.read(a)->data);
   EXPECT_TRUE(lw.closed);
   EXPECT_EQ(lw.constantWidth, 0) << "the width was undone";
 
@@ -171,12 +171,12 @@ TEST_P(PolylineBatch, PeditTypedByTheUserEditsOnePolylineWithUndo) {
   EXPECT_TRUE(std::get<host::Polyline2d>(fitted->data).splineFit);
   std::size_t openVertices = std::get<host::Polyline2d>(fitted->data).vertices.size();
   s.run("PEDIT\n" + pickOf(a) + "\nO\n\n");
-  const auto& reopened = std::get<host::Polyline2d>(s.read(a)->data);
+  const auto reopened = std::get<host::Polyline2d>(s.read(a)->data);
   EXPECT_FALSE(reopened.closed);
   EXPECT_TRUE(reopened.splineFit);
   EXPECT_NE(reopened.vertices.size(), openVertices) << "fitted again as an open curve";
   s.run("PEDIT\n" + pickOf(a) + "\nD\n\n");
-  const auto& plain = std::get<host::Polyline2d>(s.read(a)->data);
+  const auto plain = std::get<host::Polyline2d>(s.read(a)->data);
   EXPECT_FALSE(plain.splineFit);
   EXPECT_EQ(plain.vertices.size(), 4u) << "the frame comes back";
 }

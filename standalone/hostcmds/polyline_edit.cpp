@@ -130,6 +130,7 @@ class PolylineEdit {
     if (option == "Open") return editEach([this](host::Entity& e) { return closeOrOpen(e, false); });
     if (option == "Width") return width();
     if (option == "Spline") return editEach([this](host::Entity& e) { return splineFit(e); });
+    if (option == "Fit") return editEach([this](host::Entity& e) { return curveFit(e); });
     if (option == "Decurve") return editEach([](host::Entity& e) { return decurvePolyline(e.data); });
     if (option == "Reverse")
       return editEach([this](host::Entity& e) { return c_.curves.reverseCurve(e.data) == host::ErrorStatus::eOk; });
@@ -168,18 +169,37 @@ class PolylineEdit {
     editEach([on](host::Entity& e) { return setPlinegen(e.data, on); });
   }
 
-  // Spline fitting of a 2D polyline on its vertices as the frame; a
-  // lightweight polyline becomes a 2D polyline first, as in the host.
-  bool splineFit(host::Entity& e) {
+  // The 2D polyline a fit works on: a lightweight polyline becomes one first,
+  // as in the host, which keeps fitted polylines in the old form.
+  std::optional<host::Polyline2d> fittable(const host::Entity& e, const char* what) {
     host::Polyline2d pl;
     if (auto* lw = std::get_if<host::LwPolyline>(&e.data)) {
-      if (c_.curves.convertLwTo2d(*lw, pl) != host::ErrorStatus::eObjectToBeDeleted) return false;
-    } else if (auto* p2 = std::get_if<host::Polyline2d>(&e.data)) {
-      pl = *p2;
-    } else {
-      c_.editor.print("Spline fitting of 3D polylines is not available in this build yet.\n");
-      return false;
+      if (c_.curves.convertLwTo2d(*lw, pl) != host::ErrorStatus::eObjectToBeDeleted) return std::nullopt;
+      return pl;
     }
+    if (auto* p2 = std::get_if<host::Polyline2d>(&e.data)) return *p2;
+    c_.editor.print(std::string(what) + " of 3D polylines is not available in this build yet.\n");
+    return std::nullopt;
+  }
+
+  // Curve fitting: arcs through every frame vertex.
+  bool curveFit(host::Entity& e) {
+    std::optional<host::Polyline2d> pl = fittable(e, "Curve fitting");
+    if (!pl) return false;
+    host::EntityData frame = *pl;
+    decurvePolyline(frame);
+    pl = std::get<host::Polyline2d>(frame);
+    pl->curveFit = true;
+    if (c_.curves.fitPolyline2d(*pl, 0, 0) != host::ErrorStatus::eOk) return false;
+    e.data = std::move(*pl);
+    return true;
+  }
+
+  // Spline fitting of a 2D polyline on its vertices as the frame.
+  bool splineFit(host::Entity& e) {
+    std::optional<host::Polyline2d> found = fittable(e, "Spline fitting");
+    if (!found) return false;
+    host::Polyline2d pl = std::move(*found);
     int type = readShort(c_.sysvars, "SPLINETYPE", 6);
     int segs = readShort(c_.sysvars, "SPLINESEGS", 8);
     if (c_.curves.fitPolyline2d(pl, type, segs) != host::ErrorStatus::eOk) return false;

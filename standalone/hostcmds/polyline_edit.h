@@ -1,6 +1,6 @@
 #pragma once
 // The host's polyline edit command PEDIT over the embedded drawing: one
-// polyline or Multiple over a selection set, with Close, Open, Width, Spline,
+// polyline or Multiple over a selection set, with Close, Open, Width, Fit, Spline,
 // Decurve, Reverse and Undo on lightweight, 2D and 3D polylines.
 #include "standalone/editor/host_commands.h"
 

@@ -179,6 +179,14 @@ TEST_P(PolylineBatch, PeditTypedByTheUserEditsOnePolylineWithUndo) {
   const auto plain = std::get<host::Polyline2d>(s.read(a)->data);
   EXPECT_FALSE(plain.splineFit);
   EXPECT_EQ(plain.vertices.size(), 4u) << "the frame comes back";
+
+  s.run("PEDIT\n" + pickOf(a) + "\nF\n\n");
+  const auto arcs = std::get<host::Polyline2d>(s.read(a)->data);
+  EXPECT_TRUE(arcs.curveFit);
+  EXPECT_GT(arcs.vertices.size(), 4u) << "arcs through the frame add vertices between its points";
+  bool bulged = false;
+  for (const auto& v : arcs.vertices) bulged |= v.bulge != 0;
+  EXPECT_TRUE(bulged);
 }
 
 }  // namespace

@@ -15,6 +15,22 @@ ge::PointList ownVertexPositions(const host::EntityData& data) {
   return pts;
 }
 
+ge::PointList drawnVertexPositions(const host::EntityData& data) {
+  auto drawn = [](const auto& v) { return !(v.flags & host::kVertexSplineFrame); };
+  ge::PointList pts;
+  if (auto* p2 = std::get_if<host::Polyline2d>(&data); p2 && p2->splineFit) {
+    for (const auto& v : p2->vertices)
+      if (drawn(v)) pts.push_back(v.position);
+    return pts;
+  }
+  if (auto* p3 = std::get_if<host::Polyline3d>(&data); p3 && p3->splineFit) {
+    for (const auto& v : p3->vertices)
+      if (drawn(v)) pts.push_back(v.position);
+    return pts;
+  }
+  return ownVertexPositions(data);
+}
+
 bool isClosedPolyline(const host::EntityData& data) {
   if (auto* lw = std::get_if<host::LwPolyline>(&data)) return lw->closed;
   if (auto* p2 = std::get_if<host::Polyline2d>(&data)) return p2->closed;

@@ -11,6 +11,10 @@ namespace commands {
 // coordinates (z the elevation), or the world positions of a 3D polyline.
 ge::PointList ownVertexPositions(const host::EntityData& polyline);
 
+// The vertices the polyline is drawn through: as ownVertexPositions, but a
+// spline-fit polyline gives its generated vertices without its control frame.
+ge::PointList drawnVertexPositions(const host::EntityData& polyline);
+
 // Whether a polyline record is closed; false for other kinds.
 bool isClosedPolyline(const host::EntityData& polyline);
 

@@ -80,7 +80,7 @@ std::optional<host::ObjectId> thinOne(host::Host& host, host::ObjectId id, const
     host.drawing.erase(id);
     return std::nullopt;
   }
-  ge::PointList points = ownVertexPositions(source->data);
+  ge::PointList points = drawnVertexPositions(source->data);
   bool closed = isClosedPolyline(source->data);
   counters.before += static_cast<int>(points.size());
   ge::PointList kept = thinPolylinePoints(std::move(points), t);
@@ -150,7 +150,7 @@ void thinToSplineOne(host::Host& host, host::ObjectId id, double scale, int spli
 
   bool closed = isClosedPolyline(source->data);
   double width = constantWidthOf(source->data);
-  ge::PointList points = ownVertexPositions(source->data);
+  ge::PointList points = drawnVertexPositions(source->data);
   if (closed && !points.empty()) points.push_back(points.front());
   // The points pass through a flat lightweight polyline at the first point's
   // elevation before they are thinned, so a 3D source comes out flat.

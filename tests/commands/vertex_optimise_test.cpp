@@ -86,6 +86,21 @@ TEST_P(VertexOptimise, ThreeDimensionalPolylinesStayThreeDimensional) {
   EXPECT_EQ(dump[0].rfind("POLYLINE3d", 0), 0u) << dump[0];
 }
 
+TEST_P(VertexOptimise, ASplineFitPolylineIsThinnedAlongItsCurveNotItsFrame) {
+  host::Polyline2d fitted = old2dThrough({{0, 0}, {50, 100}, {100, 0}});
+  ASSERT_EQ(standalone::CurveKernel().fitPolyline2d(fitted, 6, 8), host::ErrorStatus::eOk);
+  host::ObjectId id = s.add(fitted);
+  s.start();
+  s.run("PLYH\n" + pickOf(id) + "\n\n1\n");
+  auto lws = s.entitiesOf<host::LwPolyline>();
+  ASSERT_EQ(lws.size(), 1u);
+  ge::PointList v = verticesOf(lws[0]);
+  ASSERT_GE(v.size(), 3u);
+  EXPECT_EQ(v.front(), (ge::Point3d{0, 0, 0}));
+  EXPECT_EQ(v.back(), (ge::Point3d{100, 0, 0}));
+  for (const ge::Point3d& p : v) EXPECT_LT(p.y, 60) << "the frame's apex (50,100) lies off the curve";
+}
+
 TEST_P(VertexOptimise, EscapeAtTheToleranceKeepsGoingAndTinySelectionsAreRefused) {
   host::ObjectId tiny = s.add(lwThrough({{0, 0}, {0.0003, 0}, {0.0005, 0.0001}}));
   s.start();

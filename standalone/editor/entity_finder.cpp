@@ -58,14 +58,42 @@ std::optional<ge::Extents3d> approximateTextBox(const host::EntityData& data) {
   return box;
 }
 
-// The entity's extents from the curve services, or an estimate for texts.
-bool extentsOf(const host::CurveServices& curves, const host::EntityData& data, ge::Extents3d& ext) {
+// Nested block references deeper than this are not looked into.
+constexpr int kMaxBlockDepth = 8;
+
+// The entity's extents from the curve services, an estimate for texts, or
+// for a block reference the box of its block's entities placed by the
+// reference (position, scale, rotation about the Z axis, array).
+bool extentsOf(const host::Drawing& drawing, const host::CurveServices& curves, const host::EntityData& data,
+               ge::Extents3d& ext, int depth = 0) {
   if (curves.getGeomExtents(data, ext) == host::ErrorStatus::eOk && ext.isValid()) return true;
   if (std::optional<ge::Extents3d> box = approximateTextBox(data)) {
     ext = *box;
     return true;
   }
-  return false;
+  const auto* ref = std::get_if<host::BlockReference>(&data);
+  if (!ref || depth >= kMaxBlockDepth) return false;
+  std::optional<host::ObjectId> block = drawing.findBlock(ref->blockName);
+  if (!block) return false;
+  ge::Extents3d content;
+  for (host::ObjectId id : drawing.entitiesOf(*block)) {
+    std::optional<host::Entity> e = drawing.read(id);
+    ge::Extents3d part;
+    if (e && extentsOf(drawing, curves, e->data, part, depth + 1)) content.add(part);
+  }
+  if (!content.isValid()) return false;
+  ge::Point3d base = drawing.blockBasePoint(*block);
+  double c = std::cos(ref->rotation), s = std::sin(ref->rotation);
+  double dx = ref->columnSpacing * (ref->columnCount - 1), dy = ref->rowSpacing * (ref->rowCount - 1);
+  ext = {};
+  for (double x : {content.min.x, content.max.x})
+    for (double y : {content.min.y, content.max.y})
+      for (double ax : {0.0, dx})
+        for (double ay : {0.0, dy}) {
+          double u = (x - base.x) * ref->scale.x + ax, v = (y - base.y) * ref->scale.y + ay;
+          ext.add(ge::Point3d{ref->position.x + u * c - v * s, ref->position.y + u * s + v * c, ref->position.z});
+        }
+  return true;
 }
 
 }  // namespace
@@ -82,11 +110,11 @@ std::optional<std::uint64_t> parseHandleAnswer(std::string_view text) {
 }
 
 bool EntityFinder::boxOf(const host::Entity& e, ge::Extents3d& ext) const {
-  if (!cache_) return extentsOf(curves_, e.data, ext);
+  if (!cache_) return extentsOf(drawing_, curves_, e.data, ext);
   auto [it, fresh] = cache_->try_emplace(e.id.value);
   if (fresh) {
     ge::Extents3d computed;
-    if (extentsOf(curves_, e.data, computed)) it->second = computed;
+    if (extentsOf(drawing_, curves_, e.data, computed)) it->second = computed;
   }
   if (!it->second) return false;
   ext = *it->second;

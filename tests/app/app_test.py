@@ -141,6 +141,24 @@ class Program(unittest.TestCase):
         self.assertIn("ALL\n1 found\n", r.stdout)
         self.assertEqual(sorted(e.dxf.layer for e in ezdxf.readfile(out).modelspace()), ["Frozen", "Locked"])
 
+    def test_block_references_are_picked_and_windowed_by_their_placed_content(self):
+        doc = ezdxf.new("R2010")
+        block = doc.blocks.new("B", base_point=(1, 0))
+        block.add_circle((1, 0), 1)
+        msp = doc.modelspace()
+        msp.add_blockref("B", (50, 50), dxfattribs={"xscale": 2, "yscale": 2, "rotation": 90})
+        msp.add_line((0, 0), (1, 0))
+        src, out = self.path("block.dxf"), self.path("out.dxf")
+        doc.saveas(src)
+        # Placed content: a circle of radius 2 around 50,50.
+        r = self.corvane(src, "-c", "ERASE W 49,49 53,53  ERASE 52,50 ", "-o", out)
+        self.assertEqual(r.returncode, 0, r.stderr)
+        self.assertIn("Specify opposite corner: 53,53\n0 found\n", r.stdout)
+        self.assertIn("Select objects: 52,50\n1 found\n", r.stdout)
+        self.assertEqual([e.dxftype() for e in ezdxf.readfile(out).modelspace()], ["LINE"])
+        r = self.corvane(src, "-c", "ERASE W 47.9,47.9 52.1,52.1 ", "-o", out)
+        self.assertIn("1 found", r.stdout)
+
     def test_the_view_comes_from_the_active_viewport(self):
         doc = ezdxf.new("R2010")
         doc.modelspace().add_line((0, 0), (100, 0))

@@ -4,6 +4,7 @@
 
 #include "host/codes.h"
 #include "standalone/editor/answer_parse.h"
+#include "standalone/editor/entity_finder.h"
 #include "standalone/editor/errors.h"
 #include "standalone/editor/host_commands.h"
 
@@ -26,8 +27,8 @@ std::optional<ge::Extents3d> drawingExtents(HostCommandContext& c) {
   ge::Extents3d all;
   for (host::ObjectId id : c.drawing.entitiesOf(c.drawing.currentSpace())) {
     std::optional<host::Entity> e = c.drawing.read(id);
-    ge::Extents3d ext;
-    if (e && c.curves.getGeomExtents(e->data, ext) == host::ErrorStatus::eOk) all.add(ext);
+    if (!e) continue;
+    if (std::optional<ge::Extents3d> ext = entityExtents(c.drawing, c.curves, e->data)) all.add(*ext);
   }
   if (!all.isValid()) return std::nullopt;
   return all;

@@ -34,8 +34,8 @@ View initialView(const DrawingDatabase& drawing, const host::CurveServices& curv
   ge::Extents3d all;
   for (host::ObjectId id : drawing.entitiesOf(drawing.currentSpace())) {
     const host::Entity* e = drawing.peek(id);
-    ge::Extents3d ext;
-    if (e && curves.getGeomExtents(e->data, ext) == host::ErrorStatus::eOk) all.add(ext);
+    if (!e) continue;
+    if (std::optional<ge::Extents3d> ext = entityExtents(drawing, curves, e->data)) all.add(*ext);
   }
   if (all.isValid()) {
     v.center = {(all.min.x + all.max.x) / 2, (all.min.y + all.max.y) / 2};

@@ -98,6 +98,13 @@ bool extentsOf(const host::Drawing& drawing, const host::CurveServices& curves, 
 
 }  // namespace
 
+std::optional<ge::Extents3d> entityExtents(const host::Drawing& drawing, const host::CurveServices& curves,
+                                           const host::EntityData& data) {
+  ge::Extents3d ext;
+  if (!extentsOf(drawing, curves, data, ext)) return std::nullopt;
+  return ext;
+}
+
 std::optional<std::uint64_t> parseHandleAnswer(std::string_view text) {
   text = trimmed(text);
   if (text.starts_with("#")) return parseHex(text.substr(1));

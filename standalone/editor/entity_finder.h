@@ -66,6 +66,12 @@ class EntityFinder {
   mutable std::optional<std::unordered_map<std::uint64_t, std::optional<ge::Extents3d>>> cache_;
 };
 
+// The extents of an entity as picks, windows and ZOOM see them: the curve
+// services' extents, an estimate for texts, and for block references the box
+// of their block's entities as placed. Nothing for what has no extents.
+std::optional<ge::Extents3d> entityExtents(const host::Drawing& drawing, const host::CurveServices& curves,
+                                           const host::EntityData& data);
+
 // The handle a typed answer names: "#1F" or "(handent \"1F\")" (hexadecimal, case ignored).
 std::optional<std::uint64_t> parseHandleAnswer(std::string_view text);
 

@@ -90,6 +90,14 @@ TEST(Zoom, WindowCenterScaleExtentsAndPrevious) {
   EXPECT_FALSE(f.result().failure);
 }
 
+TEST(Zoom, ExtentsIncludeTexts) {
+  HostFixture f;
+  f.addLine({0, 0, 0}, {8, 0, 0});  // alone it would give a view 5 high
+  f.addText({0, 9, 0}, "top");      // height 1: its box reaches y = 10
+  f.run("ZOOM E\n");
+  EXPECT_DOUBLE_EQ(viewSize(f), 10);
+}
+
 TEST(Zoom, ViewIsStoredInTheDrawingsActiveViewport) {
   HostFixture f;
   f.run("ZOOM C 3,4 7\n");

@@ -189,5 +189,19 @@ TEST_P(PolylineBatch, PeditTypedByTheUserEditsOnePolylineWithUndo) {
   EXPECT_TRUE(bulged);
 }
 
+TEST_P(PolylineBatch, PeditRefusesOtherObjectsAndACancelKeepsWhatWasDone) {
+  host::ObjectId line = s.add(host::Line{{0, 0, 0}, {10, 0, 0}});
+  host::ObjectId a = s.add(poly3dThrough({{0, 0, 0}, {5, 0, 1}, {5, 5, 2}}));
+  s.start();
+  std::string out = s.run("PEDIT\n" + pickOf(line) + "\n" + pickOf(a) + "\nR\nC\n^C\n");
+  EXPECT_NE(out.find("Object selected is not a polyline."), std::string::npos) << out;
+  EXPECT_NE(out.find("Enter an option [Close/Join/Edit vertex/Spline curve/Decurve/Reverse/Undo]: "), std::string::npos)
+      << "a 3D polyline has no widths: " << out;
+  auto p3 = std::get<host::Polyline3d>(s.read(a)->data);
+  EXPECT_TRUE(p3.closed);
+  EXPECT_EQ(p3.vertices.front().position, (ge::Point3d{5, 5, 2})) << "reversed";
+  EXPECT_TRUE(std::holds_alternative<host::Line>(s.read(line)->data));
+}
+
 }  // namespace
 }  // namespace commands_test

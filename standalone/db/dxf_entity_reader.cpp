@@ -86,7 +86,23 @@ class BodyReader {
 
  private:
   void appGroup(const RawTag& open);
+  // Keeps a group the record has no field for. A number group must hold a
+  // number even so: written back elsewhere (a changed kind, an R12 file) it
+  // may be read as a field.
   void keep(const RawTag& t) {
+    if (!keep_) return;
+    switch (groupValueKind(t.code)) {
+      case GroupValue::kReal: parseReal(t); break;
+      case GroupValue::kInt16: case GroupValue::kInt32: case GroupValue::kInt64: case GroupValue::kBool:
+        parseInteger(t);
+        break;
+      default: break;
+    }
+    keepAsIs(t);
+  }
+  // Keeps a group that is read back the same way whatever it holds (inside a
+  // 102 group).
+  void keepAsIs(const RawTag& t) {
     if (keep_) rec_.extras.kept.push_back({t.code, anchor_, t.value});
   }
   bool kindTag(const RawTag& t);
@@ -162,12 +178,12 @@ void BodyReader::appGroup(const RawTag& open) {
   std::string_view name = open.value.substr(1);
   bool reactors = anchor_ == 0 && name == "ACAD_REACTORS";
   bool xdict = anchor_ == 0 && name == "ACAD_XDICTIONARY";
-  if (!reactors && !xdict) keep(open);
+  if (!reactors && !xdict) keepAsIs(open);
   RawTag t;
   while (r_.peek(t) && t.code != 0) {
     r_.next(t);
     if (t.code == 102) {
-      if (!reactors && !xdict) keep(t);
+      if (!reactors && !xdict) keepAsIs(t);
       return;
     }
     if (reactors && t.code == 330) {
@@ -175,7 +191,7 @@ void BodyReader::appGroup(const RawTag& open) {
     } else if (xdict && t.code == 360) {
       rec_.extras.extensionDictionary = parseHandle(t);
     } else if (!reactors && !xdict) {
-      keep(t);
+      keepAsIs(t);
     }
   }
 }

@@ -478,6 +478,9 @@ void writeEntity(DxfOut& out, const EntityRecord& rec, const EntityWriteContext&
     if (auto standIn = r12StandIn(rec.entity.data)) {
       EntityRecord copy = rec;
       copy.entity.data = std::move(*standIn);
+      // Groups kept for the original kind mean nothing to the stand-in.
+      std::erase_if(copy.extras.kept, [](const KeptTag& k) { return k.anchor != kAnchorTail; });
+      copy.extras.subRecords.clear();
       giveSpareHandles(copy.entity.data, ctx);
       writeEntity(out, copy, ctx);
       return;

@@ -113,7 +113,8 @@ std::int64_t parseInteger(const RawTag& tag) {
   if (ptr != s.data() + s.size()) {
     // Some writers put reals into integer groups ("1.0"); accept whole values.
     double d = 0;
-    if (!tryParseReal(s, d) || d != std::floor(d)) badValue(tag, "a whole number");
+    constexpr double kLimit = 9.0e18;  // inside the range of a 64-bit integer
+    if (!tryParseReal(s, d) || d != std::floor(d) || std::fabs(d) > kLimit) badValue(tag, "a whole number");
     v = static_cast<std::int64_t>(d);
   }
   return v;

@@ -52,6 +52,19 @@ TEST(DxfErrors, BadNumberNamesTheValueLine) {
   EXPECT_NE(message.find("expected a number for group code 11"), std::string::npos) << message;
 }
 
+TEST(DxfErrors, NumbersOutOfRangeOrInGroupsWeKeep) {
+  auto withGroup = [](int code, const char* value) {
+    return drawing(dxf({{0, "LINE"}, {5, "50"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {code, value},
+                        {100, "AcDbLine"}, {10, "1.0"}, {20, "2.0"}, {30, "0.0"}}));
+  };
+  // A colour too big for any integer.
+  EXPECT_NE(errorOf(withGroup(62, "-1e20")).second.find("expected a whole number for group code 62"),
+            std::string::npos);
+  // A group we only keep must still hold what its code promises.
+  EXPECT_NE(errorOf(withGroup(440, "half")).second.find("group code 440"), std::string::npos);
+  EXPECT_EQ(errorOf(withGroup(440, "33554534")).second, "no error");
+}
+
 TEST(DxfErrors, TruncatedAndUnterminatedFiles) {
   std::string text = drawing(kLine);
   // Cut after a group code: the value is missing.

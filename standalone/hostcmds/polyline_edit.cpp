@@ -1,6 +1,7 @@
 #include "standalone/hostcmds/polyline_edit.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -96,10 +97,75 @@ class PolylineEdit {
 
   bool selectMultiple() {
     host::ResBufList filter{host::ResBuf::group(-4, "<or"), host::ResBuf::group(0, "POLYLINE"),
-                            host::ResBuf::group(0, "LWPOLYLINE"), host::ResBuf::group(-4, "or>")};
+                            host::ResBuf::group(0, "LWPOLYLINE"), host::ResBuf::group(0, "LINE"),
+                            host::ResBuf::group(0, "ARC"), host::ResBuf::group(0, "SPLINE"),
+                            host::ResBuf::group(-4, "or>")};
     if (c_.editor.ssget("", nullptr, nullptr, &filter, ids_) != host::RTNORM || ids_.empty()) return false;
     multiple_ = true;
-    return true;
+    offerConversion();
+    return !ids_.empty();
+  }
+
+  // Lines, arcs and splines among the selection become polylines when the
+  // user agrees; otherwise they drop out of the edit.
+  void offerConversion() {
+    std::vector<host::ObjectId> others;
+    for (host::ObjectId id : ids_)
+      if (std::optional<host::Entity> e = c_.drawing.read(id); e && !isPolyline(e->data)) others.push_back(id);
+    if (others.empty()) return;
+    c_.editor.initGet(0, "Yes No");
+    std::string answer;
+    int rc = c_.editor.getKword("Convert Lines, Arcs and Splines to polylines [Yes/No]? <Y>: ", answer);
+    bool convert = rc == host::RTNONE || (rc == host::RTNORM && answer == "Yes");
+    int precision = 10;
+    bool anySpline = std::any_of(others.begin(), others.end(), [this](host::ObjectId id) {
+      std::optional<host::Entity> e = c_.drawing.read(id);
+      return e && std::holds_alternative<host::Spline>(e->data);
+    });
+    if (convert && anySpline) {
+      c_.editor.initGet(host::RSG_NONEG, "");
+      int answerPrecision = precision;
+      if (c_.editor.getInt("Specify a precision <10>: ", answerPrecision) == host::RTNORM)
+        precision = std::clamp(answerPrecision, 0, 99);
+    }
+    for (host::ObjectId id : others) {
+      std::optional<host::Entity> e = c_.drawing.read(id);
+      if (!convert || !e || !toPolyline(*e, precision) || c_.drawing.write(*e) != host::ErrorStatus::eOk)
+        std::erase(ids_, id);
+    }
+  }
+
+  // A line or an arc in the XY plane as a lightweight polyline, a spline as
+  // the host's polyline approximation; false when it cannot be converted.
+  bool toPolyline(host::Entity& e, int precision) {
+    if (auto* line = std::get_if<host::Line>(&e.data)) {
+      if (line->start.z != line->end.z) return false;
+      host::LwPolyline lw;
+      lw.vertices = {{line->start.x, line->start.y}, {line->end.x, line->end.y}};
+      lw.elevation = line->start.z;
+      e.data = std::move(lw);
+      return true;
+    }
+    if (auto* arc = std::get_if<host::Arc>(&e.data)) {
+      if (arc->normal != ge::kZAxis) return false;
+      double sweep = arc->endAngle - arc->startAngle;
+      while (sweep <= 0) sweep += 2 * 3.14159265358979323846;
+      host::LwPolyline lw;
+      lw.vertices = {{arc->center.x + arc->radius * std::cos(arc->startAngle),
+                      arc->center.y + arc->radius * std::sin(arc->startAngle), std::tan(sweep / 4)},
+                     {arc->center.x + arc->radius * std::cos(arc->endAngle),
+                      arc->center.y + arc->radius * std::sin(arc->endAngle)}};
+      lw.elevation = arc->center.z;
+      e.data = std::move(lw);
+      return true;
+    }
+    if (auto* spline = std::get_if<host::Spline>(&e.data)) {
+      host::EntityData result;
+      if (c_.curves.splineToPolyline(*spline, precision, result) != host::ErrorStatus::eOk) return false;
+      e.data = std::move(result);
+      return true;
+    }
+    return false;
   }
 
   std::string prompt() const {

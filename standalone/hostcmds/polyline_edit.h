@@ -1,7 +1,8 @@
 #pragma once
 // The host's polyline edit command PEDIT over the embedded drawing: one
 // polyline or Multiple over a selection set, with Close, Open, Width, Fit, Spline,
-// Decurve, Reverse and Undo on lightweight, 2D and 3D polylines.
+// Decurve, Reverse, Ltype gen and Undo on lightweight, 2D and 3D polylines;
+// Multiple offers to turn selected lines, arcs and splines into polylines.
 #include "standalone/editor/host_commands.h"
 
 namespace standalone {

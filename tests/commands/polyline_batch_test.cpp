@@ -203,5 +203,31 @@ TEST_P(PolylineBatch, PeditRefusesOtherObjectsAndACancelKeepsWhatWasDone) {
   EXPECT_TRUE(std::holds_alternative<host::Line>(s.read(line)->data));
 }
 
+TEST_P(PolylineBatch, PeditMultipleTurnsLinesAndArcsIntoPolylinesWhenAsked) {
+  host::ObjectId line = s.add(host::Line{{0, 0, 2}, {10, 0, 2}});
+  host::Arc half;
+  half.center = {20, 0, 0};
+  half.radius = 5;
+  half.startAngle = 0;
+  half.endAngle = 3.14159265358979323846;
+  host::ObjectId arc = s.add(half);
+  host::ObjectId kept = s.add(host::Line{{0, 10, 0}, {10, 10, 0}});
+  s.start();
+  std::string out = s.run("PEDIT\nM\n" + pickOf(line) + "\n" + pickOf(arc) + "\n\n\nW\n1\n\n");
+  EXPECT_NE(out.find("Convert Lines, Arcs and Splines to polylines [Yes/No]? <Y>: "), std::string::npos) << out;
+  auto fromLine = std::get<host::LwPolyline>(s.read(line)->data);
+  EXPECT_EQ(fromLine.elevation, 2);
+  EXPECT_EQ(fromLine.constantWidth, 1);
+  auto fromArc = std::get<host::LwPolyline>(s.read(arc)->data);
+  ASSERT_EQ(fromArc.vertices.size(), 2u);
+  EXPECT_NEAR(fromArc.vertices[0].bulge, 1.0, 1e-12) << "a half circle has bulge 1";
+  EXPECT_NEAR(fromArc.vertices[1].x, 15, 1e-12);
+
+  s.run("PEDIT\nM\n" + pickOf(kept) + "\n\nN\n");
+  EXPECT_TRUE(std::holds_alternative<host::Line>(s.read(kept)->data)) << "No leaves it a line";
+  auto dump = s.readBackWithEzdxf();
+  EXPECT_EQ(dump[0].rfind("LWPOLYLINE closed=0 width=1 points 0.000000,0.000000,2.000000", 0), 0u) << dump[0];
+}
+
 }  // namespace
 }  // namespace commands_test

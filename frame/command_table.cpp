@@ -5,50 +5,35 @@
 
 #include "frame/builtin_commands.h"
 
-#if CORVANE_WITH_FORMULA
-#include "formula/formula_command.h"
-#endif
-#if CORVANE_WITH_COMMANDS
 #include "commands/commands.h"
-#endif
+#include "formula/formula_command.h"
 
 namespace frame {
 
 namespace {
 
-#if CORVANE_WITH_FORMULA
 constexpr CommandFunction kFormula = &formula::formulaCommand;
-#else
-constexpr CommandFunction kFormula = nullptr;
-#endif
-
-// The polyline commands, when their library is part of the build.
-#if CORVANE_WITH_COMMANDS
-#define CORVANE_POLYLINE_COMMAND(f) (&commands::f)
-#else
-#define CORVANE_POLYLINE_COMMAND(f) nullptr
-#endif
 
 constexpr std::array<CommandEntry, 53> kTable{{
-    {"ZORL_PLYH", "PLYH", "plineThin", CORVANE_POLYLINE_COMMAND(plineThin)},
-    {"ZORL_PLYH2", "PLYH2", "plineDeleteDuplicates", CORVANE_POLYLINE_COMMAND(plineDeleteDuplicates)},
-    {"ZORL_PLYH3", "PLYH3", "plineThinToSpline", CORVANE_POLYLINE_COMMAND(plineThinToSpline)},
-    {"ZORL_QXTY", "QXTY", "ZORL_QXTY", CORVANE_POLYLINE_COMMAND(projectCurvesToXY)},
+    {"ZORL_PLYH", "PLYH", "plineThin", &commands::plineThin},
+    {"ZORL_PLYH2", "PLYH2", "plineDeleteDuplicates", &commands::plineDeleteDuplicates},
+    {"ZORL_PLYH3", "PLYH3", "plineThinToSpline", &commands::plineThinToSpline},
+    {"ZORL_QXTY", "QXTY", "ZORL_QXTY", &commands::projectCurvesToXY},
     {"ZORL_PLLIST", "PLLIST", "ZORL_PLLIST"},
     {"ZORL_CircleLIST", "CLIST", "ZORL_Clist"},
     {"ZORL_EllipseLIST", "ELLLIST", "outputEllipseToExcel"},
     {"ZORL_ARCLIST", "ARCLIST", "outputArcToExcel"},
-    {"ZORL_spline2pline", "s2p", "spline2pline", CORVANE_POLYLINE_COMMAND(spline2pline)},
-    {"ZORL_pline2spline", "p2s", "pline2spline", CORVANE_POLYLINE_COMMAND(pline2spline)},
-    {"ZORL_PLBH", "PLBH", "plineVertexBH", CORVANE_POLYLINE_COMMAND(plineVertexBH)},
-    {"ZORL_PLReverse", "PLDD", "plineReverse", CORVANE_POLYLINE_COMMAND(plineReverse)},
-    {"ZORL_PLDevide", "PLDF", "plineDevide", CORVANE_POLYLINE_COMMAND(plineDevide)},
-    {"ZORL_plineDevideByDist", "PLDJDF", "plineDevideByDist", CORVANE_POLYLINE_COMMAND(plineDevideByDist)},
+    {"ZORL_spline2pline", "s2p", "spline2pline", &commands::spline2pline},
+    {"ZORL_pline2spline", "p2s", "pline2spline", &commands::pline2spline},
+    {"ZORL_PLBH", "PLBH", "plineVertexBH", &commands::plineVertexBH},
+    {"ZORL_PLReverse", "PLDD", "plineReverse", &commands::plineReverse},
+    {"ZORL_PLDevide", "PLDF", "plineDevide", &commands::plineDevide},
+    {"ZORL_plineDevideByDist", "PLDJDF", "plineDevideByDist", &commands::plineDevideByDist},
     {"ZORL_HatchBound", "CHBJ", "restoreHatchBoundary"},
     {"ZORL_Text2PL", "txt2PL", "txt2pline"},
-    {"ZORL_PLGXK", "PLGXK", "plBatchChangeW", CORVANE_POLYLINE_COMMAND(plBatchChangeW)},
-    {"ZORL_PLCLOSE", "PLCLOSE", "plBatchClose", CORVANE_POLYLINE_COMMAND(plBatchClose)},
-    {"ZORL_PLOPEN", "PLOPEN", "plBatchOpen", CORVANE_POLYLINE_COMMAND(plBatchOpen)},
+    {"ZORL_PLGXK", "PLGXK", "plBatchChangeW", &commands::plBatchChangeW},
+    {"ZORL_PLCLOSE", "PLCLOSE", "plBatchClose", &commands::plBatchClose},
+    {"ZORL_PLOPEN", "PLOPEN", "plBatchOpen", &commands::plBatchOpen},
     {"ZORL_PLOFFSET", "PLOFFSET", "plBatchOffset"},
     {"ZORL_PLRNDArray", "PLRNDArray", "randomArray"},
     {"ZORL_PLINT", "PLINT", "plineInterpolate"},
@@ -61,8 +46,8 @@ constexpr std::array<CommandEntry, 53> kTable{{
     {"ZORL_plAffectMoveX", "plAffectMoveX", "plAffectMoveX"},
     {"ZORL_plAffClick", "plAffClick", "plAffClick"},
     {"ZORL_TXTZB2PL", "ZB2PL", "drawPolylineByTxtFile"},
-    {"ZORL_PL2OLD", "PL2OLD", "lwPL2pline2D", CORVANE_POLYLINE_COMMAND(lwPL2pline2D)},
-    {"ZORL_OLDPL2LW", "OLDPL2LW", "oldPL2lw", CORVANE_POLYLINE_COMMAND(oldPL2lw)},
+    {"ZORL_PL2OLD", "PL2OLD", "lwPL2pline2D", &commands::lwPL2pline2D},
+    {"ZORL_OLDPL2LW", "OLDPL2LW", "oldPL2lw", &commands::oldPL2lw},
     {"ZORL_linkLine00", "linkLine00", "linkLine00"},
     {"ZORL_linkLine90", "linkLine90", "linkLine90"},
     {"ZORL_linkLineAuto", "linkLineAuto", "linkLineAuto"},

@@ -7,9 +7,7 @@
 #include "program.h"
 #include "standalone/db/dxf_tags.h"
 #include "standalone/editor/errors.h"
-#if CORVANE_HAS_RENDER
 #include "standalone/render/render_error.h"
-#endif
 
 int main(int argc, char** argv) {
   using namespace corvane_app;
@@ -33,11 +31,9 @@ int main(int argc, char** argv) {
   } catch (const standalone::InputError& e) {
     std::cerr << "corvane: " << e.what() << "\n";
     return 1;
-#if CORVANE_HAS_RENDER
   } catch (const standalone::RenderError& e) {
     std::cerr << "corvane: " << e.what() << "\n";
     return 1;
-#endif
   } catch (const std::filesystem::filesystem_error& e) {
     std::cerr << "corvane: " << e.what() << "\n";
     return 1;

@@ -13,15 +13,9 @@
 #include "standalone/editor/embedded_host.h"
 #include "standalone/editor/errors.h"
 #include "standalone/editor/settings_file.h"
-#if CORVANE_HAS_FRAME
 #include "frame/module.h"
-#endif
-#if CORVANE_HAS_HOSTCMDS
 #include "standalone/hostcmds/polyline_edit.h"
-#endif
-#if CORVANE_HAS_RENDER
 #include "standalone/render/render.h"
-#endif
 
 namespace corvane_app {
 
@@ -41,27 +35,19 @@ std::string readWholeFile(const std::string& path) {
 class LoadedPlugin {
  public:
   explicit LoadedPlugin(standalone::EmbeddedHost& h) {
-#if CORVANE_HAS_HOSTCMDS
     standalone::addPolylineEditCommands(h.hostCommands());
-#endif
-#if CORVANE_HAS_FRAME
     module_ = std::make_unique<frame::Module>(h.host());
     module_->acrxEntryPoint(frame::AppMsg::kInitAppMsg);
     module_->acrxEntryPoint(frame::AppMsg::kLoadDwgMsg);
-#endif
     // What the plug-in queued at load runs before the first command.
     h.hostCommands().runQueuedExpressions();
   }
   ~LoadedPlugin() {
-#if CORVANE_HAS_FRAME
     module_->acrxEntryPoint(frame::AppMsg::kUnloadAppMsg);
-#endif
   }
 
  private:
-#if CORVANE_HAS_FRAME
   std::unique_ptr<frame::Module> module_;
-#endif
 };
 
 // A throwaway copy of the user's settings, for listings that load the plug-in
@@ -96,17 +82,16 @@ standalone::EmbeddedHostOptions hostOptions(std::string settingsPath, bool openP
 }
 
 void writePictures(const RunRequest& request, standalone::EmbeddedHost& h) {
-#if CORVANE_HAS_RENDER
   standalone::RenderOptions options;
   host::ResBuf v;
-  if (h.sysvars().getVar("PDMODE", v) == host::RTNORM) options.pointMode = std::get<std::int16_t>(v.value);
-  if (h.sysvars().getVar("PDSIZE", v) == host::RTNORM) options.pointSize = std::get<double>(v.value);
+  if (h.sysvars().getVar("PDMODE", v) == host::RTNORM) {
+    if (const auto* mode = std::get_if<std::int16_t>(&v.value)) options.pointMode = *mode;
+  }
+  if (h.sysvars().getVar("PDSIZE", v) == host::RTNORM) {
+    if (const auto* size = std::get_if<double>(&v.value)) options.pointSize = *size;
+  }
   if (request.svg) standalone::renderDrawingToSvg(h.drawing(), *request.svg, options);
   if (request.png) standalone::renderDrawingToPng(h.drawing(), *request.png, options);
-#else
-  (void)h;
-  if (request.svg || request.png) throw standalone::InputError("pictures are not available in this build");
-#endif
 }
 
 }  // namespace

@@ -86,8 +86,7 @@ DrawingDatabase::DrawingDatabase(DrawingContents contents) : c_(std::move(conten
   for (std::size_t i = 0; i < c_.entities.size(); ++i) {
     EntityRecord& e = c_.entities[i];
     if (e.entity.id.isNull() || !c_.index.emplace(e.entity.id.value, Slot{Slot::Kind::kEntity, i}).second) {
-      e.entity.id = {c_.nextHandle++};
-      if (c_.hasHandles) e.raw = {};
+      renumber(e, c_.nextHandle++, c_.hasHandles);
       c_.index.emplace(e.entity.id.value, Slot{Slot::Kind::kEntity, i});
     }
   }

@@ -257,8 +257,7 @@ void FileReader::resolveOwners() {
   if (c_.paperSpace == 0) c_.paperSpace = privateId();
   for (const PendingId& p : pendingIds_) {
     EntityRecord& e = c_.entities[p.entity];
-    e.entity.id = {next++};
-    if (!e.raw.empty() && c_.hasHandles) e.raw = {};  // rewritten with its new handle
+    renumber(e, next++, c_.hasHandles);
     auto& order = p.block == std::string::npos ? c_.entitySection : c_.blocks[p.block].entities;
     order[p.position] = e.entity.id.value;
   }

@@ -132,6 +132,24 @@ void setOwner(TagList& tags, std::uint64_t owner) {
   }
 }
 
+void setHandle(TagList& tags, std::uint64_t handle) {
+  if (tags.size() > 1 && tags[1].code == 5) {
+    tags[1].value = formatHandle(handle);
+  } else {
+    tags.insert(tags.begin() + (tags.empty() ? 0 : 1), Tag{5, formatHandle(handle)});
+  }
+}
+
+void renumber(EntityRecord& e, std::uint64_t handle, bool writeHandles) {
+  e.entity.id = {handle};
+  if (!writeHandles || e.raw.empty()) return;
+  if (std::holds_alternative<host::OtherEntity>(e.entity.data)) {
+    if (e.extras.otherTags.empty()) e.extras.otherTags = tokenize(e.raw);
+    setHandle(e.extras.otherTags, handle);
+  }
+  e.raw = {};
+}
+
 std::optional<std::string> findValue(const TagList& tags, int code, std::size_t from) {
   for (std::size_t i = from; i < tags.size(); ++i)
     if (tags[i].code == code) return tags[i].value;

@@ -31,6 +31,11 @@ std::size_t bodyStart(const TagList& tags);
 std::vector<std::uint64_t> reactorsIn(const TagList& tags);
 void setReactors(TagList& tags, const std::vector<std::uint64_t>& reactors);
 void setOwner(TagList& tags, std::uint64_t owner);
+// Sets the record's own handle (5 just after the 0 group).
+void setHandle(TagList& tags, std::uint64_t handle);
+// Gives a loaded entity a new handle; it is then written from its record
+// (an uninterpreted one from its tags) instead of its original bytes.
+void renumber(EntityRecord& e, std::uint64_t handle, bool writeHandles);
 // The value of the first tag with the code at or after `from`; nothing if absent.
 std::optional<std::string> findValue(const TagList& tags, int code, std::size_t from = 0);
 // Replaces the first tag with the code at or after `from`, or appends one.

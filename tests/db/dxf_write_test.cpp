@@ -94,6 +94,26 @@ TEST(DxfWriteChanged, InsertKeepsAttributesAndOthersKeepTheirBytes) {
   EXPECT_NE(out.find("caf\xE9"), std::string::npos);
 }
 
+TEST(DxfWriteChanged, EntitiesWithoutOrWithATakenHandleGetNewOnesInPlace) {
+  dbtest::Groups groups{{0, "3DFACE"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbFace"},
+                        {10, "0.0"}, {20, "0.0"}, {30, "0.0"},
+                        {0, "LINE"}, {5, "50"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbLine"},
+                        {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {11, "1.0"}, {21, "0.0"}, {31, "0.0"},
+                        {0, "SOLID"}, {5, "50"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbTrace"},
+                        {10, "0.0"}, {20, "0.0"}, {30, "0.0"}};
+  auto db = readDxf(drawing(dxf(groups)));
+  auto back = readDxf(writeDxf(db));
+  auto ids = back.entitiesOf(back.modelSpace());
+  ASSERT_EQ(ids.size(), 3u);
+  EXPECT_EQ(std::get<host::OtherEntity>(back.peek(ids[0])->data).dxfName, "3DFACE");
+  EXPECT_TRUE(std::holds_alternative<host::Line>(back.peek(ids[1])->data));
+  EXPECT_EQ(std::get<host::OtherEntity>(back.peek(ids[2])->data).dxfName, "SOLID");
+  EXPECT_EQ(ids[1].value, 0x50u);
+  EXPECT_GE(ids[0].value, 0x100u);
+  EXPECT_GE(ids[2].value, 0x100u);
+  EXPECT_NE(ids[0], ids[2]);
+}
+
 TEST(DxfWriteChanged, PolylineVerticesKeepTheirOwnGroups) {
   auto vertex = [](const char* h, const char* x, dbtest::Groups extra) {
     dbtest::Groups g{{0, "VERTEX"}, {5, h}, {330, "60"}, {100, "AcDbEntity"}, {8, "0"}, {62, "3"},

@@ -15,6 +15,13 @@ enum class AppMsg { kInitAppMsg, kUnloadAppMsg, kLoadDwgMsg };
 // Loads at or above this count reset the load counter "pagetimes" to 0.
 inline constexpr std::uint32_t kLoadCounterLimit = 121;
 
+// The version of the host interface the plug-in was built against (release 23
+// of the host libraries); a host refuses a module whose version it does not know.
+inline constexpr int kHostApiVersion = 23;
+
+// The host's API-version query, the module's second export.
+inline constexpr int acrxGetApiVersion() { return kHostApiVersion; }
+
 class Module {
  public:
   explicit Module(host::Host& host) : host_(host), settings_(host.settings) {}

@@ -36,6 +36,9 @@ class LoadedPlugin {
  public:
   explicit LoadedPlugin(standalone::EmbeddedHost& h) {
     standalone::addPolylineEditCommands(h.hostCommands());
+    // A host loads only modules built against its own interface release.
+    if (frame::acrxGetApiVersion() != h.hostCommands().releaseNumber())
+      throw standalone::InputError("the plug-in was built for another host release");
     module_ = std::make_unique<frame::Module>(h.host());
     module_->acrxEntryPoint(frame::AppMsg::kInitAppMsg);
     module_->acrxEntryPoint(frame::AppMsg::kLoadDwgMsg);

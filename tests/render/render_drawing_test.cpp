@@ -47,6 +47,12 @@ class RenderDrawing : public ::testing::Test {
     renderDrawingToPng(d, file, o);
     return render_test::loadPng(file);
   }
+  // Renders a drawing that holds only this entity.
+  Picture renderAlone(host::EntityData data, const RenderOptions& o = fixedView()) {
+    FakeDrawing d;
+    d.add(std::move(data));
+    return render(d, o);
+  }
 
   std::filesystem::path dir_;
 };
@@ -60,9 +66,7 @@ host::EntityProps colored(int index) {
 }  // namespace
 
 TEST_F(RenderDrawing, LineIsInkAndPaperStaysWhite) {
-  FakeDrawing d;
-  d.add(host::Line{{-8, -8, 0}, {8, 8, 0}});
-  Picture pic = render(d);
+  Picture pic = renderAlone(host::Line{{-8, -8, 0}, {8, 8, 0}});
   EXPECT_EQ(pic.width, 200);
   EXPECT_EQ(pic.height, 200);
   for (double t = -7; t <= 7; t += 0.5) EXPECT_TRUE(pic.inkNear(px(t), py(t))) << t;
@@ -92,28 +96,23 @@ TEST_F(RenderDrawing, ExtentsAreFittedWithAMargin) {
 }
 
 TEST_F(RenderDrawing, MirroredArcLightsTheMirroredSide) {
-  FakeDrawing d;
   host::Arc arc;
   arc.radius = 6;
   arc.startAngle = 0;
   arc.endAngle = kPi / 2;
   arc.normal = {0, 0, -1};
-  d.add(arc);
-  Picture pic = render(d);
+  Picture pic = renderAlone(arc);
   double r = 6, c = std::cos(kPi / 4) * r;
   EXPECT_TRUE(pic.inkNear(px(-c), py(c)));     // upper left: OCS X is world -X
   EXPECT_FALSE(pic.inkNear(px(c), py(c), 3));  // upper right stays empty
   EXPECT_FALSE(pic.inkNear(px(-c), py(-c), 3));
   arc.normal = {0, 0, 1};
-  FakeDrawing plain;
-  plain.add(arc);
-  Picture pic2 = render(plain);
+  Picture pic2 = renderAlone(arc);
   EXPECT_TRUE(pic2.inkNear(px(c), py(c)));
   EXPECT_FALSE(pic2.inkNear(px(-c), py(c), 3));
 }
 
 TEST_F(RenderDrawing, SolidHatchFillsItsInsideAndLeavesItsIsland) {
-  FakeDrawing d;
   host::Hatch h;
   host::HatchPath outer;
   outer.flags = 1 | 2;
@@ -122,8 +121,7 @@ TEST_F(RenderDrawing, SolidHatchFillsItsInsideAndLeavesItsIsland) {
   island.flags = 2;
   island.polyline = {{-2, -2}, {2, -2}, {2, 2}, {-2, 2}};
   h.paths = {outer, island};
-  d.add(h);
-  Picture pic = render(d);
+  Picture pic = renderAlone(h);
   EXPECT_TRUE(pic.isInk(px(-5), py(5)));
   EXPECT_TRUE(pic.isInk(px(6), py(-6)));
   EXPECT_FALSE(pic.isInk(px(0), py(0)));  // the island is open
@@ -131,15 +129,12 @@ TEST_F(RenderDrawing, SolidHatchFillsItsInsideAndLeavesItsIsland) {
   // A patterned hatch shows only its boundary.
   h.solidFill = false;
   h.patternName = "ANSI31";
-  FakeDrawing outline;
-  outline.add(h);
-  Picture pic2 = render(outline);
+  Picture pic2 = renderAlone(h);
   EXPECT_FALSE(pic2.isInk(px(-5), py(5)));
   EXPECT_TRUE(pic2.inkNear(px(-8), py(5)));
 }
 
 TEST_F(RenderDrawing, HatchEdgePathWithClockwiseArc) {
-  FakeDrawing d;
   host::Hatch h;
   host::HatchPath p;
   // Half disc above the X axis: a line from (5,0) to (-5,0), then clockwise
@@ -152,8 +147,7 @@ TEST_F(RenderDrawing, HatchEdgePathWithClockwiseArc) {
   top.counterClockwise = false;
   p.edges.push_back(top);
   h.paths = {p};
-  d.add(h);
-  Picture pic = render(d);
+  Picture pic = renderAlone(h);
   EXPECT_TRUE(pic.isInk(px(0), py(3)));
   EXPECT_TRUE(pic.isInk(px(-3), py(3)));
   EXPECT_TRUE(pic.isInk(px(3), py(3)));
@@ -189,12 +183,10 @@ TEST_F(RenderDrawing, IndexTrueAndLayerColours) {
 }
 
 TEST_F(RenderDrawing, WidePolylineIsFilledAndBulgesBend) {
-  FakeDrawing d;
   host::LwPolyline pl;
   pl.vertices = {{-8, 0, 0, 0, 0}, {0, 0, 1, 0, 0}, {4, 0, 0, 0, 0}};
   pl.constantWidth = 1.0;
-  d.add(pl);
-  Picture pic = render(d);
+  Picture pic = renderAlone(pl);
   EXPECT_TRUE(pic.isInk(px(-4), py(0.4)));
   EXPECT_TRUE(pic.isInk(px(-4), py(-0.4)));
   EXPECT_FALSE(pic.isInk(px(-4), py(0.8)));
@@ -206,30 +198,26 @@ TEST_F(RenderDrawing, WidePolylineIsFilledAndBulgesBend) {
 TEST_F(RenderDrawing, LongClosedPolylineDrawsItsClosingSegment) {
   // 600 vertices on three quarters of a circle: long enough to be stroked in
   // pieces; the closing chord runs from (0,-6) back to (6,0).
-  FakeDrawing d;
   host::LwPolyline pl;
   for (int i = 0; i < 600; ++i) {
     double t = 1.5 * kPi * i / 599;
     pl.vertices.push_back({6 * std::cos(t), 6 * std::sin(t), 0, 0, 0});
   }
   pl.closed = true;
-  d.add(pl);
-  Picture pic = render(d);
+  Picture pic = renderAlone(pl);
   EXPECT_TRUE(pic.inkNear(px(3), py(-3)));
   EXPECT_TRUE(pic.inkNear(px(-6), py(0)));
   EXPECT_FALSE(pic.inkNear(px(4.2), py(-4.2), 2));  // the missing quarter of the circle
 }
 
 TEST_F(RenderDrawing, SplineFitPolylineDrawsItsCurveNotItsFrame) {
-  FakeDrawing d;
   host::Polyline2d pl;
   pl.splineFit = true;
   pl.curveType = host::PolyCurveType::kCubicSpline;
   for (double x = -6; x <= 6; x += 1) pl.vertices.push_back({{x, 0, 0}, 0, 0, 0, 0, host::kVertexSplineFit});
   pl.vertices.push_back({{-6, 8, 0}, 0, 0, 0, 0, host::kVertexSplineFrame});
   pl.vertices.push_back({{6, 8, 0}, 0, 0, 0, 0, host::kVertexSplineFrame});
-  d.add(pl);
-  Picture pic = render(d);
+  Picture pic = renderAlone(pl);
   EXPECT_TRUE(pic.inkNear(px(0), py(0)));
   EXPECT_EQ(pic.inkCount(px(-5), py(8) - 3, px(5), py(8) + 3), 0);
 }
@@ -333,12 +321,11 @@ TEST_F(RenderDrawing, BrokenValuesAreSkippedNotFatal) {
 }
 
 TEST_F(RenderDrawing, PointGlyphCrossInCircle) {
-  FakeDrawing d;
-  d.add(host::PointEntity{{0, 0, 0}});
+  const host::PointEntity point{{0, 0, 0}};
   RenderOptions o = fixedView();
   o.pointMode = 35;
   o.pointSize = 8;  // absolute: circle of radius 4
-  Picture pic = render(d, o);
+  Picture pic = renderAlone(point, o);
   EXPECT_TRUE(pic.inkNear(px(4), py(0)));  // circle
   EXPECT_TRUE(pic.inkNear(px(0), py(-4)));
   EXPECT_TRUE(pic.inkNear(px(2), py(2)));        // diagonal of the x
@@ -346,7 +333,7 @@ TEST_F(RenderDrawing, PointGlyphCrossInCircle) {
   EXPECT_EQ(pic.inkCount(px(5), 0, 200, 200), 0);
   // PDSIZE 0: 5 % of the view height, 1 unit here.
   o.pointSize = 0;
-  Picture small = render(d, o);
+  Picture small = renderAlone(point, o);
   EXPECT_TRUE(small.inkNear(px(0.5), py(0)));
   EXPECT_FALSE(small.inkNear(px(2), py(0), 3));
 }
@@ -383,9 +370,7 @@ TEST_F(RenderDrawing, TextJustificationPlacesTheRightCorner) {
   t.alignmentPoint = {0, 0, 0};
   t.horizontalJustify = 2;  // right
   t.verticalJustify = 3;    // top
-  FakeDrawing topRight;
-  topRight.add(t);
-  Picture pic = render(topRight);
+  Picture pic = renderAlone(t);
   EXPECT_GT(pic.inkCount(px(-4), py(0), px(0), py(-2)), 50);
   EXPECT_EQ(pic.inkCount(px(0.2), 0, 200, 200), 0);
   EXPECT_EQ(pic.inkCount(0, 0, 200, py(0.2)), 0);
@@ -395,9 +380,7 @@ TEST_F(RenderDrawing, TextJustificationPlacesTheRightCorner) {
   t.verticalJustify = 0;
   t.position = {-8, 0, 0};
   t.alignmentPoint = {8, 0, 0};
-  FakeDrawing fit;
-  fit.add(t);
-  Picture fitted = render(fit);
+  Picture fitted = renderAlone(t);
   EXPECT_GT(fitted.inkCount(px(-8), py(2), px(-6), py(0)), 20);
   EXPECT_GT(fitted.inkCount(px(6), py(2), px(8), py(0)), 20);
   EXPECT_EQ(fitted.inkCount(0, 0, 200, py(2.3)), 0);
@@ -407,22 +390,18 @@ TEST_F(RenderDrawing, TextJustificationPlacesTheRightCorner) {
   back.text = "MW";
   back.height = 2;
   back.mirrorFlags = 2;
-  FakeDrawing mirrored;
-  mirrored.add(back);
-  Picture backward = render(mirrored);
+  Picture backward = renderAlone(back);
   EXPECT_GT(backward.inkCount(px(-4), py(2), px(0), py(0)), 50);
   EXPECT_EQ(backward.inkCount(px(0.2), 0, 200, 200), 0);
 }
 
 TEST_F(RenderDrawing, MTextWrapsAtItsReferenceWidth) {
-  FakeDrawing d;
   host::MText m;
   m.position = {-9, 9, 0};
   m.height = 1;
   m.referenceWidth = 9;
   m.text = "wrap these words into several short lines";
-  d.add(m);
-  Picture pic = render(d);
+  Picture pic = renderAlone(m);
   EXPECT_EQ(pic.inkCount(px(0.3), 0, 200, 200), 0);  // nothing beyond the reference width
   // Line pitch 5/3 of the height: the third line's capitals sit between y = 4.67 and 5.67.
   EXPECT_GT(pic.inkCount(px(-9), py(5.6), px(0), py(4.7)), 10);

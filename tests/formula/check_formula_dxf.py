@@ -50,6 +50,11 @@ def curves(doc, kind):
     return [e for e in doc.modelspace() if e.dxftype() == kind]
 
 
+def samples(n, span, last):
+    """n parameter values from 0 in steps of span / last."""
+    return [span * i / last for i in range(n)]
+
+
 shutil.rmtree(WORK, ignore_errors=True)
 os.makedirs(WORK)
 settings = os.path.join(WORK, "settings.reg")
@@ -60,12 +65,8 @@ plines = curves(doc, "LWPOLYLINE")
 check(len(plines) == 1, f"rose: {len(plines)} polylines")
 if plines:
     got = [(x, y) for x, y, *_ in plines[0].get_points("xy")]
-    expected = []
-    for i in range(35):
-        t = 2 * math.pi * i / 34
-        rho = 10 * math.sin(7 * t)
-        expected.append((10 + rho * math.cos(t), 20 + rho * math.sin(t)))
-    compare("rose", got, expected)
+    rho = [(10 * math.sin(7 * t), t) for t in samples(35, 2 * math.pi, 34)]
+    compare("rose", got, [(10 + r * math.cos(t), 20 + r * math.sin(t)) for r, t in rho])
 check("Formula curve [1--71] <1. Heart>: 24" in out, "rose: transcript lacks the curve prompt")
 
 # The stored choices come back in the next run: curve 24 and "Polyline" are shown.
@@ -75,12 +76,9 @@ check("<Polyline>" in out, "the stored curve kind is not offered again")
 plines = curves(doc, "LWPOLYLINE")
 if plines:
     got = [(x, y) for x, y in plines[0].get_points("xy")]
-    expected = []
-    for i in range(35):
-        u = (i / 34 - 0.5) * 10
-        a = 0.25 * 50 * 10
-        expected.append((u, a * (math.exp(u / 10) + math.exp(-u / 10)) / 2 - a))
-    compare("catenary", got, expected)
+    a = 0.25 * 50 * 10
+    us = [(i / 34 - 0.5) * 10 for i in range(35)]
+    compare("catenary", got, [(u, a * (math.exp(u / 10) + math.exp(-u / 10)) / 2 - a) for u in us])
 else:
     failures.append("catenary: no polyline")
 
@@ -93,12 +91,9 @@ if polys:
     check(p.is_3d_polyline and p.is_closed, "heart: not a closed 3D polyline")
     check(p.dxf.color == 1, f"heart: colour {p.dxf.color}")
     got = [tuple(v.dxf.location) for v in p.vertices]
-    expected = []
-    for i in range(35):
-        t = 2 * math.pi * i / 36
-        expected.append((16 * math.sin(t) ** 3,
-                         13 * math.cos(t) - 5 * math.cos(2 * t) - 2 * math.cos(3 * t) - math.cos(4 * t), 2.0))
-    compare("heart", got, expected)
+    compare("heart", got, [(16 * math.sin(t) ** 3,
+                            13 * math.cos(t) - 5 * math.cos(2 * t) - 2 * math.cos(3 * t) - math.cos(4 * t), 2.0)
+                           for t in samples(35, 2 * math.pi, 36)])
 
 # Lissajous as a fitted spline through its samples, with a coordinate frame.
 doc, out = run("lissajous", "FORMULA\n49\n\n\n\n1\nSpline\nYes\n0,0\n", settings)
@@ -106,11 +101,8 @@ splines = curves(doc, "SPLINE")
 check(len(splines) == 1, f"lissajous: {len(splines)} splines")
 if splines:
     got = [tuple(p) for p in splines[0].fit_points]
-    expected = []
-    for i in range(35):
-        t = 2 * math.pi * i / 34
-        expected.append((100 * math.sin(3 * t + 100), 100 * math.sin(t), 0.0))
-    compare("lissajous", got, expected)
+    compare("lissajous", got,
+            [(100 * math.sin(3 * t + 100), 100 * math.sin(t), 0.0) for t in samples(35, 2 * math.pi, 34)])
     check(splines[0].dxf.degree == 3, "lissajous: spline not of degree 3")
 texts = [e.dxf.text for e in curves(doc, "TEXT")]
 check("100" in texts and "-100" in texts, f"lissajous: frame labels {sorted(texts)}")

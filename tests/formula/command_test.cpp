@@ -5,30 +5,15 @@
 #include "formula/formula_command.h"
 #include "formula/main_dlg.h"
 #include "formula_host.h"
-#include "frame/language.h"
-#include "geom/curve_kind.h"
 
 namespace formula {
 namespace {
 
-using formula_test::FormulaHost;
 using formula_test::Reply;
 
-class FormulaCommand : public ::testing::Test {
+class FormulaCommand : public formula_test::CommandTest {
  protected:
-  frame_test::FakeSettingsStore store;
-  FormulaHost h{store};
-
-  void TearDown() override {
-    frame::setChinese(false);
-    geom::setCurveKindIsSpline(true);
-  }
-  void run(std::vector<Reply> replies) {
-    h.editor.replies.assign(replies.begin(), replies.end());
-    frame::CommandContext ctx{h.host, h.settings, "ZORL_FORMULA", "FORMULA"};
-    formulaCommand(ctx);
-  }
-  std::optional<std::uint32_t> stored(std::string_view name) { return store.readInt(frame::kSettingsKey, name); }
+  void run(const std::vector<Reply>& replies) { CommandTest::run(formulaCommand, replies, "ZORL_FORMULA", "FORMULA"); }
 };
 
 TEST_F(FormulaCommand, EnterEverywhereDrawsTheShownCurveAtThePickedOrigin) {

@@ -2,9 +2,15 @@
 // The embedded drawing and curve kernel behind small fakes of the editor and
 // the stores: enough host to draw formula curves, answer prompts from a
 // script and read back what was drawn.
+#include <algorithm>
 #include <memory>
 
+#include <gtest/gtest.h>
+
+#include "frame/command_context.h"
+#include "frame/language.h"
 #include "frame/settings.h"
+#include "geom/curve_kind.h"
 #include "host/host.h"
 #include "standalone/db/database.h"
 #include "standalone/kernel/curve_kernel.h"
@@ -38,6 +44,37 @@ struct FormulaHost {
       if (auto e = drawing.read(id)) out.push_back(*e);
     return out;
   }
+  // The texts of model space (the frame's labels), in drawing order.
+  std::vector<std::string> labels() const {
+    std::vector<std::string> out;
+    for (const auto& e : modelSpace())
+      if (auto* t = std::get_if<host::Text>(&e.data)) out.push_back(t->text);
+    return out;
+  }
+};
+
+inline bool contains(const std::vector<std::string>& list, const std::string& item) {
+  return std::find(list.begin(), list.end(), item) != list.end();
+}
+
+// A command run on a fresh host with scripted replies; the language and the
+// curve kind are put back afterwards.
+class CommandTest : public ::testing::Test {
+ protected:
+  frame_test::FakeSettingsStore store;
+  FormulaHost h{store};
+
+  void TearDown() override {
+    frame::setChinese(false);
+    geom::setCurveKindIsSpline(true);
+  }
+  void run(frame::CommandFunction command, const std::vector<Reply>& replies, std::string_view global = "",
+           std::string_view local = "") {
+    h.editor.replies.assign(replies.begin(), replies.end());
+    frame::CommandContext ctx{h.host, h.settings, global, local};
+    command(ctx);
+  }
+  std::optional<std::uint32_t> stored(std::string_view name) { return store.readInt(frame::kSettingsKey, name); }
 };
 
 // The points an entity was built through: polyline vertices (at the

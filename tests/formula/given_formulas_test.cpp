@@ -23,6 +23,9 @@ struct XYZ {
   double x, y, z = 0;
 };
 
+// The plane point at radius rho and angle a.
+XYZ polar(double rho, double a) { return {rho * std::cos(a), rho * std::sin(a)}; }
+
 class GivenFormulas : public ::testing::Test {
  protected:
   frame_test::FakeSettingsStore store;
@@ -116,8 +119,8 @@ TEST_F(GivenFormulas, ArchimedesDirectionZeroMirrorsAboutTheYAxis) {
 TEST_F(GivenFormulas, LogarithmicSpiralUsesTheLiteralBase) {
   auto got = draw(14, {2, 1, 5, 3});
   expectSamples(got[0], 72, [&](int i) {
-    double a = t(i, 72, 4 * PI), rho = 3 * std::pow(2.718281828, 0.005 * a);
-    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+    double a = t(i, 72, 4 * PI);
+    return polar(3 * std::pow(2.718281828, 0.005 * a), a);
   });
   // Growth per turn is 2.718281828^(0.005 * 2 pi): sample 36 is not a whole turn
   // (the 72 samples span two turns over 71 steps), so measure at the ends.
@@ -135,21 +138,19 @@ TEST_F(GivenFormulas, HyperbolicAndInterlockingSpiralsStartAtTEqualsOne) {
   });
   auto lit = draw(16, {2, 1, 10, 0})[0];
   expectSamples(lit, 72, [&](int i) {
-    double a = 4 * PI * i / 71 + 1.0, rho = 10 / std::sqrt(a);
-    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+    double a = 4 * PI * i / 71 + 1.0;
+    return polar(10 / std::sqrt(a), a);
   });
 }
 
 TEST_F(GivenFormulas, KidneyLineTypes) {
-  auto cardioid = draw(17, {10, 1, 0, 0})[0];
-  expectSamples(cardioid, 35, [&](int i) {
-    double a = t(i, 35, 2 * PI), rho = 20 * (1 + std::cos(a));
-    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  expectSamples(draw(17, {10, 1, 0, 0})[0], 35, [&](int i) {
+    double a = t(i, 35, 2 * PI);
+    return polar(20 * (1 + std::cos(a)), a);  // the cardioid
   });
-  auto other = draw(17, {10, 0, 0, 0})[0];
-  expectSamples(other, 35, [&](int i) {
-    double a = t(i, 35, 2 * PI), rho = 10 * (1 + std::sin(a / 2));
-    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+  expectSamples(draw(17, {10, 0, 0, 0})[0], 35, [&](int i) {
+    double a = t(i, 35, 2 * PI);
+    return polar(10 * (1 + std::sin(a / 2)), a);
   });
 }
 
@@ -163,23 +164,16 @@ TEST_F(GivenFormulas, FixedCountCurvesOf175And315Samples) {
     return XYZ{5 * (3 * std::cos(a) - std::cos(3 * a)), 5 * (3 * std::sin(a) - std::sin(3 * a))};
   });
   expectSamples(draw(21, {10, 0, 0, 0})[0], 175, [&](int i) {
-    double a = t(i, 175, 2 * PI), rho = 10 * std::cos(2 * a);
-    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+    double a = t(i, 175, 2 * PI);
+    return polar(10 * std::cos(2 * a), a);
   });
   expectSamples(draw(22, {10, 0, 0, 0})[0], 175, [&](int i) {
-    double a = PI * i / 174, rho = 10 * std::cos(3 * a);
-    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+    double a = PI * i / 174;
+    return polar(10 * std::cos(3 * a), a);
   });
   expectSamples(draw(24, {4, 10, 1, 0})[0], 315, [&](int i) {
     double a = 10 * PI * i / 314;
     return XYZ{4 * std::cos(a) + 10 * std::cos(0.8 * a), 4 * std::sin(a) - 10 * std::sin(0.8 * a)};
-  });
-}
-
-TEST_F(GivenFormulas, RhodoneaOf35PointsWithRhoTenSinSevenT) {
-  expectSamples(draw(23, {7, 10, 1, 0})[0], 35, [&](int i) {
-    double a = t(i, 35, 2 * PI), rho = 10 * std::sin(7 * a);
-    return XYZ{rho * std::cos(a), rho * std::sin(a)};
   });
 }
 
@@ -198,8 +192,8 @@ TEST_F(GivenFormulas, EpicycloidAndHypocycloidSweepTwoPiB) {
 
 TEST_F(GivenFormulas, FermatAndLissajous) {
   expectSamples(draw(30, {10, 2, 0, 0})[0], 70, [&](int i) {
-    double a = t(i, 70, 5 * PI), rho = 10 * std::sqrt(a);
-    return XYZ{rho * std::cos(a), rho * std::sin(a)};
+    double a = t(i, 70, 5 * PI);
+    return polar(10 * std::sqrt(a), a);
   });
   auto liss = draw(48, {3, 10, 100, 1})[0];
   expectSamples(liss, 35, [&](int i) {
@@ -219,24 +213,23 @@ TEST_F(GivenFormulas, GraphsOverU) {
     double u = (double(i) / 34 - 0.5) * 4.5;
     return XYZ{10 * u, 2.0 * 10 * std::exp(-u * u)};
   });
-  expectSamples(draw(44, {10, 1, 30, 0})[0], 35, [&](int i) {
-    double u = (double(i) / 34 - 0.5) * 6;
-    return XYZ{10 * u, 10 * std::sinh(u)};
-  });
-  expectSamples(draw(45, {10, 1, 30, 0})[0], 35, [&](int i) {
-    double u = (double(i) / 34 - 0.5) * 6;
-    return XYZ{10 * u, 10 * std::cosh(u)};
-  });
-  expectSamples(draw(46, {10, 1, 30, 0})[0], 35, [&](int i) {
-    double u = (double(i) / 34 - 0.5) * 6;
-    return XYZ{10 * u, 10 * std::tanh(u)};
-  });
+  const std::pair<int, double (*)(double)> hyperbolic[] = {
+      {44, [](double u) { return std::sinh(u); }},
+      {45, [](double u) { return std::cosh(u); }},
+      {46, [](double u) { return std::tanh(u); }}};
+  for (const auto& [row, f] : hyperbolic) {
+    SCOPED_TRACE(row);
+    expectSamples(draw(row, {10, 1, 30, 0})[0], 35, [f = f](int i) {
+      double u = (double(i) / 34 - 0.5) * 6;
+      return XYZ{10 * u, 10 * f(u)};
+    });
+  }
 }
 
 TEST_F(GivenFormulas, VinelaineGrowsWithTheSquareOfA) {
   expectSamples(draw(47, {4, 1, 0, 0})[0], 35, [&](int i) {
-    double th = (double(i) / 34 - 0.5) * 150 * PI / 180, rho = 8 * std::tan(th) * std::sin(th);
-    return XYZ{4 * rho * std::cos(th), 4 * rho * std::sin(th)};
+    double th = (double(i) / 34 - 0.5) * 150 * PI / 180;
+    return polar(4 * 8 * std::tan(th) * std::sin(th), th);
   });
 }
 
@@ -255,8 +248,7 @@ TEST_F(GivenFormulas, FigureEightLameAndMussel) {
   }
   expectSamples(draw(68, {10, 31, 1, 0})[0], 35, [&](int i) {
     double th = (178.0 * i / 34 - 89) * PI / 180;
-    double rho = (31.0 * 31 * std::cos(2 * th) + 100) / (10 * std::cos(th));
-    return XYZ{rho * std::cos(th), rho * std::sin(th)};
+    return polar((31.0 * 31 * std::cos(2 * th) + 100) / (10 * std::cos(th)), th);
   });
 }
 
@@ -294,16 +286,20 @@ TEST_F(GivenFormulas, DiskSpringPassesAndSphericalHelixOnItsSphere) {
   }
 }
 
-TEST_F(GivenFormulas, SplineKindKeepsTheSamplesAsFitPoints) {
+// The rhodonea rho = 10 sin 7t in 35 samples, drawn as a polyline (its
+// vertices) and as a spline (its fit points).
+TEST_F(GivenFormulas, RhodoneaSamplesAreTheVerticesOrTheFitPoints) {
+  auto rhodonea = [&](int i) {
+    double a = t(i, 35, 2 * PI);
+    return polar(10 * std::sin(7 * a), a);
+  };
+  expectSamples(draw(23, {7, 10, 1, 0})[0], 35, rhodonea);
   geom::setCurveKindIsSpline(true);
   drawFormulaCurve(h.host, 23, O, {7, 10, 1, 0}, drawn);
   ASSERT_EQ(drawn.size(), 1u);
   host::Entity e = *h.drawing.read(drawn[0]);
   ASSERT_TRUE(std::holds_alternative<host::Spline>(e.data));
-  expectSamples(std::get<host::Spline>(e.data).fitPoints, 35, [&](int i) {
-    double a = t(i, 35, 2 * PI), rho = 10 * std::sin(7 * a);
-    return XYZ{rho * std::cos(a), rho * std::sin(a)};
-  });
+  expectSamples(std::get<host::Spline>(e.data).fitPoints, 35, rhodonea);
 }
 
 }  // namespace

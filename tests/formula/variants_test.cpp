@@ -6,42 +6,21 @@
 
 #include "formula/variants.h"
 #include "formula_host.h"
-#include "frame/language.h"
-#include "geom/curve_kind.h"
 
 namespace formula {
 namespace {
 
-using formula_test::FormulaHost;
 using formula_test::pointsOf;
 using formula_test::Reply;
 
-class Variants : public ::testing::Test {
+class Variants : public formula_test::CommandTest {
  protected:
-  frame_test::FakeSettingsStore store;
-  FormulaHost h{store};
-
   void SetUp() override { geom::setCurveKindIsSpline(false); }
-  void TearDown() override {
-    frame::setChinese(false);
-    geom::setCurveKindIsSpline(true);
-  }
-  void run(frame::CommandFunction f, std::vector<Reply> replies) {
-    h.editor.replies.assign(replies.begin(), replies.end());
-    frame::CommandContext ctx{h.host, h.settings, "", ""};
-    f(ctx);
-  }
   std::vector<ge::PointList> curves() const {
     std::vector<ge::PointList> out;
     for (const auto& e : h.modelSpace())
       if (!std::holds_alternative<host::Line>(e.data) && !std::holds_alternative<host::Text>(e.data))
         out.push_back(pointsOf(e));
-    return out;
-  }
-  std::vector<std::string> labels() const {
-    std::vector<std::string> out;
-    for (const auto& e : h.modelSpace())
-      if (auto* t = std::get_if<host::Text>(&e.data)) out.push_back(t->text);
     return out;
   }
 };
@@ -59,9 +38,8 @@ TEST_F(Variants, ConeHelixOf175SamplesAtTheOrigin) {
     EXPECT_NEAR(c[0][i].z, 3 + 20 * t * std::cos(90 * t), 1e-9);
   }
   // The frame reaches 25 on each side: labels -25 .. 25 by 5.
-  auto l = labels();
-  EXPECT_NE(std::find(l.begin(), l.end(), "-25"), l.end());
-  EXPECT_NE(std::find(l.begin(), l.end(), "25"), l.end());
+  EXPECT_TRUE(formula_test::contains(h.labels(), "-25"));
+  EXPECT_TRUE(formula_test::contains(h.labels(), "25"));
 }
 
 TEST_F(Variants, AnythingButAPointEndsWithoutDrawing) {

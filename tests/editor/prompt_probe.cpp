@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <string>
 
+#include "host_fixture.h"
+
 namespace corvane_test {
 
 namespace {
@@ -25,12 +27,6 @@ std::string number(double v) {
 }
 
 std::string pointText(const ge::Point3d& p) { return number(p.x) + "," + number(p.y) + "," + number(p.z); }
-
-std::string handleText(host::ObjectId id) {
-  char buf[24];
-  std::snprintf(buf, sizeof buf, "%llX", static_cast<unsigned long long>(id.value));
-  return buf;
-}
 
 class Probe {
  public:
@@ -107,7 +103,7 @@ class Probe {
     std::string what;
     if (rc == host::RTNORM) {
       auto e = h_.drawing.read(id);
-      what = handleText(id) + " " + (e ? host::dxfName(e->data) : "?") + " at " + pointText(at);
+      what = hex(id) + " " + (e ? host::dxfName(e->data) : "?") + " at " + pointText(at);
     }
     report(rc, what);
   }
@@ -140,7 +136,7 @@ class Probe {
     std::vector<host::ObjectId> set;
     int rc = ed_.ssget(mode, corners ? &a : nullptr, corners ? &b : nullptr, filter.empty() ? nullptr : &filter, set);
     std::string list = std::to_string(set.size()) + ":";
-    for (host::ObjectId id : set) list += " " + handleText(id);
+    for (host::ObjectId id : set) list += " " + hex(id);
     report(rc, list);
   }
 

@@ -9,7 +9,6 @@ namespace corvane_test {
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::Not;
 
 // "PROBE\n<kind>\n<bits>\n<keywords>\n<answers...>\nQuit\n"
 std::string probe(const std::string& kind, int bits, const std::string& keywords, const std::string& answers) {
@@ -26,59 +25,62 @@ TEST(IntegerPrompt, RefusedAnswersAreAskedAgainWithTheHostsComplaint) {
   EXPECT_FALSE(f.result().failure);
 }
 
-TEST(IntegerPrompt, EnterGivesNoneUnlessNonNullIsSet) {
+// One probe run on a fresh host: the prompt kind, its bits and keywords, the
+// answers typed and the part of the transcript they must produce.
+struct ProbeCase {
+  const char* name;
+  std::string kind;
+  int bits;
+  std::string keywords, answers, expected;
+};
+
+class OneProbe : public ::testing::TestWithParam<ProbeCase> {};
+
+TEST_P(OneProbe, Transcript) {
+  const ProbeCase& c = GetParam();
   HostFixture f;
-  EXPECT_THAT(f.run(probe("Int", 0, "", "")), HasSubstr("Enter an integer: \n-> RTNONE\n"));
-  // RSG_NONULL: the empty answer is refused and the prompt comes again.
-  EXPECT_THAT(f.run(probe("Int", 1, "", "\n7")), HasSubstr("Enter an integer: \nEnter an integer: 7\n-> RTNORM 7\n"));
+  EXPECT_THAT(f.run(probe(c.kind, c.bits, c.keywords, c.answers)), HasSubstr(c.expected));
 }
 
-TEST(IntegerPrompt, ZeroAndNegativeBits) {
-  HostFixture f;
-  EXPECT_THAT(f.run(probe("Int", 2, "", "0\n-2")),
-              HasSubstr("Enter an integer: 0\nValue must be nonzero.\nEnter an integer: -2\n-> RTNORM -2\n"));
-  EXPECT_THAT(f.run(probe("Int", 4, "", "-1\n0")),
-              HasSubstr("Enter an integer: -1\nValue must not be negative.\nEnter an integer: 0\n-> RTNORM 0\n"));
-  EXPECT_THAT(f.run(probe("Int", 6, "", "0\n-5\n3")),
-              HasSubstr("Enter an integer: 0\nValue must be positive and nonzero.\n"
-                        "Enter an integer: -5\nValue must be positive and nonzero.\n"
-                        "Enter an integer: 3\n-> RTNORM 3\n"));
-}
+const ProbeCase kProbeCases[] = {
+    {"IntEnterGivesNone", "Int", 0, "", "", "Enter an integer: \n-> RTNONE\n"},
+    // RSG_NONULL: the empty answer is refused and the prompt comes again.
+    {"IntNonNullAsksAgain", "Int", 1, "", "\n7", "Enter an integer: \nEnter an integer: 7\n-> RTNORM 7\n"},
+    {"IntNonZero", "Int", 2, "", "0\n-2", "Enter an integer: 0\nValue must be nonzero.\nEnter an integer: -2\n-> RTNORM -2\n"},
+    {"IntNonNegative", "Int", 4, "", "-1\n0",
+     "Enter an integer: -1\nValue must not be negative.\nEnter an integer: 0\n-> RTNORM 0\n"},
+    {"IntPositive", "Int", 6, "", "0\n-5\n3",
+     "Enter an integer: 0\nValue must be positive and nonzero.\nEnter an integer: -5\n"
+     "Value must be positive and nonzero.\nEnter an integer: 3\n-> RTNORM 3\n"},
+    {"IntKeywordByCapital", "Int", 6, "Multiple", "m", "-> RTKWORD Multiple\n"},
+    {"IntKeywordByPrefix", "Int", 6, "Multiple", "mul", "-> RTKWORD Multiple\n"},
+    // RSG_OTHER hands any text back as a keyword; with RSG_NONULL, Enter is an empty one.
+    {"IntOtherText", "Int", 128, "", "hello", "-> RTKWORD hello\n"},
+    {"IntOtherEnter", "Int", 129, "", "", "Enter an integer: \n-> RTKWORD \n"},
+    {"RealComplaints", "Real", 6, "", "x\n-0.5\n1.5e1",
+     "Enter a real: x\nRequires numeric value.\nEnter a real: -0.5\nValue must be positive and nonzero.\n"
+     "Enter a real: 1.5e1\n-> RTNORM 15\n"},
+    {"DistNumber", "Dist", 0, "", "2.5", "-> RTNORM 2.5\n"},
+    {"DistTwoPoints", "Dist", 0, "", "0,0\n3,4", "Enter a distance: 0,0\nSpecify second point: 3,4\n-> RTNORM 5\n"},
+    {"DistRefused", "Dist", 0, "", "abc\n1", "Enter a distance: abc\nRequires numeric distance or two points.\n"},
+    // With a base point (1,1) one point is enough.
+    {"DistFromBase", "Base", 0, "", "4,5", "Enter a distance: 4,5\n-> RTNORM 5\n"},
+    {"DistIn3d", "Dist", 0, "", "0,0,0\n3,4,12", "-> RTNORM 13\n"},
+    {"Dist2dBitIgnoresHeight", "Dist", 64, "", "0,0,0\n3,4,12", "-> RTNORM 5\n"},
+    {"KwordCapital", "Kword", 0, "Yes No", "n", "Enter a keyword: n\n-> RTNORM No\n"},
+    {"KwordWholeWord", "Kword", 0, "Yes No", "YES", "-> RTNORM Yes\n"},
+    {"KwordInvalid", "Kword", 0, "Yes No", "nox\n",
+     "Enter a keyword: nox\nInvalid option keyword.\nEnter a keyword: \n-> RTNONE\n"},
+    // Local keywords answer with their global form; "_" asks for the global one directly.
+    {"KwordLocalToGlobal", "Kword", 0, "Ja Nein LTyp _ Yes No Ltype", "j", "-> RTNORM Yes\n"},
+    {"KwordGlobalDirectly", "Kword", 0, "Ja Nein LTyp _ Yes No Ltype", "_no", "-> RTNORM No\n"},
+    {"KwordLocalPrefix", "Kword", 0, "Ja Nein LTyp _ Yes No Ltype", "lty", "-> RTNORM Ltype\n"},
+    // An explicit abbreviation after a comma.
+    {"KwordCommaAbbreviation", "Kword", 0, "LTYPE,LT Layer", "lt", "-> RTNORM LTYPE\n"},
+};
 
-TEST(IntegerPrompt, KeywordsAndArbitraryInput) {
-  HostFixture f;
-  EXPECT_THAT(f.run(probe("Int", 6, "Multiple", "m")), HasSubstr("-> RTKWORD Multiple\n"));
-  EXPECT_THAT(f.run(probe("Int", 6, "Multiple", "mul")), HasSubstr("-> RTKWORD Multiple\n"));
-  // RSG_OTHER hands any text back as a keyword.
-  EXPECT_THAT(f.run(probe("Int", 128, "", "hello")), HasSubstr("-> RTKWORD hello\n"));
-  // RSG_OTHER with RSG_NONULL: Enter comes back as an empty keyword.
-  EXPECT_THAT(f.run(probe("Int", 129, "", "")), HasSubstr("Enter an integer: \n-> RTKWORD \n"));
-}
-
-TEST(RealPrompt, NumbersAndComplaints) {
-  HostFixture f;
-  std::string t = f.run(probe("Real", 6, "", "x\n-0.5\n1.5e1"));
-  EXPECT_THAT(t, HasSubstr("Enter a real: x\nRequires numeric value.\n"
-                           "Enter a real: -0.5\nValue must be positive and nonzero.\n"
-                           "Enter a real: 1.5e1\n-> RTNORM 15\n"));
-}
-
-TEST(DistancePrompt, NumberOrTwoPoints) {
-  HostFixture f;
-  EXPECT_THAT(f.run(probe("Dist", 0, "", "2.5")), HasSubstr("-> RTNORM 2.5\n"));
-  EXPECT_THAT(f.run(probe("Dist", 0, "", "0,0\n3,4")),
-              HasSubstr("Enter a distance: 0,0\nSpecify second point: 3,4\n-> RTNORM 5\n"));
-  EXPECT_THAT(f.run(probe("Dist", 0, "", "abc\n1")),
-              HasSubstr("Enter a distance: abc\nRequires numeric distance or two points.\n"));
-  // With a base point (1,1) one point is enough.
-  EXPECT_THAT(f.run(probe("Base", 0, "", "4,5")), HasSubstr("Enter a distance: 4,5\n-> RTNORM 5\n"));
-}
-
-TEST(DistancePrompt, TwoDimensionalBitIgnoresHeight) {
-  HostFixture f;
-  EXPECT_THAT(f.run(probe("Dist", 0, "", "0,0,0\n3,4,12")), HasSubstr("-> RTNORM 13\n"));
-  EXPECT_THAT(f.run(probe("Dist", 64, "", "0,0,0\n3,4,12")), HasSubstr("-> RTNORM 5\n"));
-}
+INSTANTIATE_TEST_SUITE_P(Prompts, OneProbe, ::testing::ValuesIn(kProbeCases),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST(PointPrompt, AbsoluteRelativeAndInvalid) {
   HostFixture f;
@@ -87,20 +89,6 @@ TEST(PointPrompt, AbsoluteRelativeAndInvalid) {
   EXPECT_THAT(t, HasSubstr("Enter a point: @1,1\n-> RTNORM 2,3,0\n"));
   EXPECT_THAT(t, HasSubstr("Enter a point: @\n-> RTNORM 2,3,0\n"));
   EXPECT_THAT(t, HasSubstr("Enter a point: foo\nInvalid point.\nEnter a point: 1,2,3\n-> RTNORM 1,2,3\n"));
-}
-
-TEST(KeywordPrompt, CapitalLettersFullNamesAndGlobalForms) {
-  HostFixture f;
-  EXPECT_THAT(f.run(probe("Kword", 0, "Yes No", "n")), HasSubstr("Enter a keyword: n\n-> RTNORM No\n"));
-  EXPECT_THAT(f.run(probe("Kword", 0, "Yes No", "YES")), HasSubstr("-> RTNORM Yes\n"));
-  EXPECT_THAT(f.run(probe("Kword", 0, "Yes No", "nox\n")),
-              HasSubstr("Enter a keyword: nox\nInvalid option keyword.\nEnter a keyword: \n-> RTNONE\n"));
-  // Local keywords answer with their global form; "_" asks for the global one directly.
-  EXPECT_THAT(f.run(probe("Kword", 0, "Ja Nein LTyp _ Yes No Ltype", "j")), HasSubstr("-> RTNORM Yes\n"));
-  EXPECT_THAT(f.run(probe("Kword", 0, "Ja Nein LTyp _ Yes No Ltype", "_no")), HasSubstr("-> RTNORM No\n"));
-  EXPECT_THAT(f.run(probe("Kword", 0, "Ja Nein LTyp _ Yes No Ltype", "lty")), HasSubstr("-> RTNORM Ltype\n"));
-  // An explicit abbreviation after a comma.
-  EXPECT_THAT(f.run(probe("Kword", 0, "LTYPE,LT Layer", "lt")), HasSubstr("-> RTNORM LTYPE\n"));
 }
 
 TEST(StringPrompt, SpacesEndAnAnswerUnlessTheWholeLineIsTaken) {

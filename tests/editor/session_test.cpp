@@ -29,17 +29,11 @@ TEST(Session, UnknownCommandIsReportedAndTheRunFails) {
   EXPECT_EQ(f.result().commandsRun, 1);
 }
 
-TEST(Session, InputThatEndsWhileAPromptWaitsIsAFailureNamingThePrompt) {
+TEST(Session, InputEndingWhileAPromptWaitsFailsNamingThePromptAndTheNextRunStartsAfresh) {
   HostFixture f;
   f.run("PROBE Int 0\n\n");
   ASSERT_TRUE(f.result().failure);
   EXPECT_THAT(*f.result().failure, HasSubstr("Enter an integer:"));
-}
-
-TEST(Session, ANewRunStartsAfreshAfterOneThatEndedMidPrompt) {
-  HostFixture f;
-  f.run("PROBE Int 0\n\n");
-  ASSERT_TRUE(f.result().failure);
   EXPECT_THAT(f.run("PROBE Int 0\n\n5 Quit\n"), HasSubstr("-> RTNORM 5\n"));
   EXPECT_FALSE(f.result().failure);
 }

@@ -2,6 +2,8 @@
 // menu loading and commands typed in a script, in both languages.
 #include <gtest/gtest.h>
 
+#include "tests/support/languages.h"
+
 #include "embedded_session.h"
 #include "standalone/editor/demand_load.h"
 #include "frame/builtin_commands.h"
@@ -16,11 +18,7 @@ namespace {
 using frame_test::EmbeddedSession;
 using standalone::kCorvaneKey;
 
-std::size_t countOf(const std::string& text, const std::string& part) {
-  std::size_t n = 0;
-  for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + part.size())) ++n;
-  return n;
-}
+using test_support::countOf;
 
 class Lifecycle : public testing::TestWithParam<bool> {
  protected:
@@ -122,8 +120,7 @@ TEST_P(Lifecycle, UnloadRemovesTheCommands) {
   EXPECT_TRUE(session.lastResult().failure) << "CHBJ is unknown after unload";
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, Lifecycle, testing::Values(false, true),
-                         [](const auto& info) { return info.param ? "Chinese" : "English"; });
+INSTANTIATE_TEST_SUITE_P(Languages, Lifecycle, testing::Bool(), test_support::languageName);
 
 struct CounterCase {
   std::uint32_t before, after;

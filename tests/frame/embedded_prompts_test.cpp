@@ -3,6 +3,8 @@
 // registered beside the plug-in's own call the helpers and print what they got.
 #include <gtest/gtest.h>
 
+#include "tests/support/languages.h"
+
 #include "embedded_session.h"
 #include "frame/language.h"
 #include "frame/output.h"
@@ -62,6 +64,13 @@ class OnHost : public testing::TestWithParam<bool> {
     return out;
   }
   std::string said(const char* en, const char* zh) const { return chinese() ? zh : en; }
+  // The values a test command printed after label, in order.
+  static std::vector<std::string> printed(const std::string& out, const std::string& label) {
+    std::vector<std::string> values;
+    for (auto at = out.find(label); at != std::string::npos; at = out.find(label, at + 1))
+      values.push_back(out.substr(at + label.size(), out.find('\n', at) - at - label.size()));
+    return values;
+  }
 
   EmbeddedSession session;
 };
@@ -69,32 +78,20 @@ class OnHost : public testing::TestWithParam<bool> {
 TEST_P(OnHost, YesNoAnswers) {
   // Enter keeps the default (yes); "No", "N" and "Yes" are keywords.
   std::string out = run("TYESNO\n\nTYESNO No\nTYESNO N\nTYESNO Yes\n");
-  std::string yes = said("answer=yes", "回答=yes"), no = said("answer=no", "回答=no");
-  std::vector<std::size_t> at;
-  for (auto pos = out.find(said("answer=", "回答=")); pos != std::string::npos;
-       pos = out.find(said("answer=", "回答="), pos + 1))
-    at.push_back(pos);
-  ASSERT_EQ(at.size(), 4u) << out;
-  EXPECT_EQ(out.compare(at[0], yes.size(), yes), 0) << out;
-  EXPECT_EQ(out.compare(at[1], no.size(), no), 0) << out;
-  EXPECT_EQ(out.compare(at[2], no.size(), no), 0) << out;
-  EXPECT_EQ(out.compare(at[3], yes.size(), yes), 0) << out;
+  EXPECT_EQ(printed(out, said("answer=", "回答=")), (std::vector<std::string>{"yes", "no", "no", "yes"})) << out;
   EXPECT_NE(out.find(said("Lower Left default?[Y/N](Y):", "是否把默认起点设在左下角[Y/N](Y):")), std::string::npos);
 }
 
-TEST_P(OnHost, NumericPromptKeepsTheDefaultOnEnterAndClamps) {
-  std::string out = run("TCOUNT\n\nTCOUNT 5000\nTCOUNT 1\nTCOUNT 40\n");
-  std::string label = said("rows=", "行数=");
-  for (const char* v : {"9", "1000", "2", "40"})
-    EXPECT_NE(out.find(label + v + "\n"), std::string::npos) << v << "\n" << out;
+TEST_P(OnHost, NumericPromptKeepsTheDefaultOnEnterClampsAndAsksAgainAfterZeroOrNegative) {
+  std::string out = run("TCOUNT\n\nTCOUNT 5000\nTCOUNT 1\nTCOUNT 40\nTCOUNT 0 -3 12\n");
+  EXPECT_EQ(printed(out, said("rows=", "行数=")), (std::vector<std::string>{"9", "1000", "2", "40", "12"})) << out;
 }
 
-TEST_P(OnHost, NumericPromptRefusesZeroAndNegativeAndAsksAgain) {
-  std::string out = run("TCOUNT 0 -3 12\n");
-  EXPECT_NE(out.find(said("rows=12", "行数=12")), std::string::npos) << out;
-}
+TEST_P(OnHost, CurveSelectionKeepsOnlyCurvesAndSaysWhenThereAreNone) {
+  std::string out = run("TCURVES ALL\n\n");
+  EXPECT_NE(out.find(said("No Curve selected.", "未选中曲线。")), std::string::npos) << out;
+  EXPECT_NE(out.find(said("curves=0 false", "曲线=0 false")), std::string::npos) << out;
 
-TEST_P(OnHost, CurveSelectionKeepsOnlyCurves) {
   host::Host& h = session.host().host();
   auto append = [&](host::EntityData data) {
     host::Entity e{{}, {}, h.drawing.defaultProps(), std::move(data)};
@@ -107,15 +104,9 @@ TEST_P(OnHost, CurveSelectionKeepsOnlyCurves) {
   label.text = "not a curve";
   append(label);
   append(host::Line{{0, 10, 0}, {10, 10, 0}});
-  std::string out = run("TCURVES ALL\n\n");
+  out = run("TCURVES ALL\n\n");
   EXPECT_NE(out.find(said("curves=2 LINE LINE true", "曲线=2 LINE LINE true")), std::string::npos) << out;
   EXPECT_NE(out.find(said("Please select Curves >", "请选择多根曲线>")), std::string::npos) << out;
-}
-
-TEST_P(OnHost, EmptyCurveSelectionSaysSo) {
-  std::string out = run("TCURVES ALL\n\n");
-  EXPECT_NE(out.find(said("No Curve selected.", "未选中曲线。")), std::string::npos) << out;
-  EXPECT_NE(out.find(said("curves=0 false", "曲线=0 false")), std::string::npos) << out;
 }
 
 TEST_P(OnHost, GuardRestoresVariablesAfterTheCommand) {
@@ -135,7 +126,6 @@ TEST_P(OnHost, GuardRestoresVariablesAfterTheCommand) {
   EXPECT_EQ(size, sizeBefore);
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, OnHost, testing::Values(false, true),
-                         [](const auto& info) { return info.param ? "Chinese" : "English"; });
+INSTANTIATE_TEST_SUITE_P(Languages, OnHost, testing::Bool(), test_support::languageName);
 
 }  // namespace

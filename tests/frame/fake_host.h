@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/host.h"
+#include "tests/support/fake_drawing.h"
 
 namespace frame_test {
 
@@ -231,7 +232,7 @@ class FakePlatform : public host::Platform {
 };
 
 // Entities by id; everything else of the drawing is unused by the frame.
-class FakeDrawing : public host::Drawing {
+class FakeDrawing : public test_support::NullDrawing {
  public:
   std::map<std::uint64_t, host::Entity> entities;
 
@@ -240,40 +241,10 @@ class FakeDrawing : public host::Drawing {
     entities[id.value] = host::Entity{id, {}, {}, std::move(data)};
     return id;
   }
-
   std::optional<host::Entity> read(host::ObjectId id) const override {
     auto e = entities.find(id.value);
     if (e == entities.end()) return std::nullopt;
     return e->second;
-  }
-  host::ErrorStatus write(const host::Entity&) override { return host::ErrorStatus::eNotImplementedYet; }
-  host::ErrorStatus erase(host::ObjectId) override { return host::ErrorStatus::eNotImplementedYet; }
-  host::ErrorStatus append(host::Entity&, host::ObjectId) override { return host::ErrorStatus::eNotImplementedYet; }
-  host::ObjectId currentSpace() const override { return {}; }
-  host::ObjectId modelSpace() const override { return {}; }
-  host::ObjectId ownerOf(host::ObjectId) const override { return {}; }
-  bool isBlockRecord(host::ObjectId) const override { return false; }
-  std::optional<host::ObjectId> findBlock(const std::string&) const override { return std::nullopt; }
-  std::vector<host::ObjectId> entitiesOf(host::ObjectId) const override { return {}; }
-  std::string currentLayer() const override { return "0"; }
-  host::Color currentColor() const override { return {}; }
-  host::EntityProps defaultProps() const override { return {}; }
-  host::ObjectId namedObjectsDictionary() const override { return {}; }
-  std::optional<host::ObjectId> dictionaryLookup(host::ObjectId, const std::string&) const override {
-    return std::nullopt;
-  }
-  host::ErrorStatus dictionarySet(host::ObjectId, const std::string&, host::ObjectId) override {
-    return host::ErrorStatus::eNotImplementedYet;
-  }
-  host::ErrorStatus dictionaryRemove(host::ObjectId, const std::string&) override {
-    return host::ErrorStatus::eNotImplementedYet;
-  }
-  std::optional<host::DbObject> readObject(host::ObjectId) const override { return std::nullopt; }
-  host::ErrorStatus writeObject(host::DbObject&) override { return host::ErrorStatus::eNotImplementedYet; }
-  std::vector<host::ObjectId> reactorsOf(host::ObjectId) const override { return {}; }
-  host::ErrorStatus addReactor(host::ObjectId, host::ObjectId) override { return host::ErrorStatus::eNotImplementedYet; }
-  host::ErrorStatus removeReactor(host::ObjectId, host::ObjectId) override {
-    return host::ErrorStatus::eNotImplementedYet;
   }
 };
 

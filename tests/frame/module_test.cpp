@@ -2,6 +2,8 @@
 // and commands run through the table.
 #include <gtest/gtest.h>
 
+#include "tests/support/languages.h"
+
 #include "fake_host.h"
 #include "frame/builtin_commands.h"
 #include "frame/errors.h"
@@ -123,7 +125,6 @@ TEST(Menu, BackslashesAreDoubled) {
   EXPECT_EQ(frame::doubleBackslashes("/plain/path"), "/plain/path");
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, ModuleTest, testing::Values(false, true),
-                         [](const auto& info) { return info.param ? "Chinese" : "English"; });
+INSTANTIATE_TEST_SUITE_P(Languages, ModuleTest, testing::Bool(), test_support::languageName);
 
 }  // namespace

@@ -2,6 +2,8 @@
 // selection helpers, in both languages.
 #include <gtest/gtest.h>
 
+#include "tests/support/languages.h"
+
 #include "fake_host.h"
 #include "frame/language.h"
 #include "frame/prompts.h"
@@ -148,7 +150,6 @@ TEST_P(Prompts, PickOneReturnsTheFirstEntity) {
   EXPECT_EQ(frame::pickOne(fake.host, {"", ""}, frame::PickKind::kClosedShapesAndBlocks), b);
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, Prompts, testing::Values(false, true),
-                         [](const auto& info) { return info.param ? "Chinese" : "English"; });
+INSTANTIATE_TEST_SUITE_P(Languages, Prompts, testing::Bool(), test_support::languageName);
 
 }  // namespace

@@ -11,28 +11,25 @@ using frame::Settings;
 using frame_test::FakePlatform;
 using frame_test::FakeSettingsStore;
 
-TEST(Settings, AMissingKeyReadsAsZeroAndEmpty) {
+class StoredSettings : public testing::Test {
+ protected:
   FakeSettingsStore store;
-  Settings settings(store);
+  Settings settings{store};
+};
+
+TEST_F(StoredSettings, MissingOrMistypedValuesReadAsZeroAndEmpty) {
   std::vector<std::uint8_t> bytes{1, 2, 3};
   EXPECT_EQ(settings.readInt("pagetimes"), 0u);
   EXPECT_STREQ(settings.readText("Location"), "");
   EXPECT_FALSE(settings.readBytes("blob", bytes));
   EXPECT_EQ(bytes, (std::vector<std::uint8_t>{1, 2, 3})) << "a failed read leaves the caller's buffer alone";
-}
-
-TEST(Settings, AValueOfAnotherTypeReadsAsMissing) {
-  FakeSettingsStore store;
-  Settings settings(store);
   settings.writeText("ChineseVersion", "1");
   settings.writeInt("Location", 7);
-  EXPECT_EQ(settings.readInt("ChineseVersion"), 0u);
+  EXPECT_EQ(settings.readInt("ChineseVersion"), 0u) << "a value of another type reads as missing";
   EXPECT_STREQ(settings.readText("Location"), "");
 }
 
-TEST(Settings, WritingBytesFailsUntilTheKeyExists) {
-  FakeSettingsStore store;
-  Settings settings(store);
+TEST_F(StoredSettings, ByteBlocksNeedAnExistingKeyAndAreStoredWhole) {
   std::vector<std::uint8_t> data{9, 8, 7};
   EXPECT_FALSE(settings.writeBytes("blob", data)) << "writing bytes does not create the key";
   EXPECT_TRUE(store.keys.empty());
@@ -45,19 +42,11 @@ TEST(Settings, WritingBytesFailsUntilTheKeyExists) {
   EXPECT_EQ(back[2], 7);
   EXPECT_EQ(back[3], 0);
   EXPECT_FALSE(settings.writeBytes("blob", std::vector<std::uint8_t>(frame::kBytesValueSize + 1)));
-}
-
-TEST(Settings, ByteValuesLargerThanTheBlockFailToRead) {
-  FakeSettingsStore store;
   store.keys[std::string(kSettingsKey)]["big"] = std::vector<std::uint8_t>(frame::kBytesValueSize + 1, 1);
-  Settings settings(store);
-  std::vector<std::uint8_t> out;
-  EXPECT_FALSE(settings.readBytes("big", out));
+  EXPECT_FALSE(settings.readBytes("big", back)) << "a stored value larger than the block fails to read";
 }
 
-TEST(Settings, TextsLongerThanTheBufferReadAsEmpty) {
-  FakeSettingsStore store;
-  Settings settings(store);
+TEST_F(StoredSettings, TextsLongerThanTheBufferReadAsEmpty) {
   std::string fits(frame::kTextBufferBytes - 1, 'a');
   settings.writeText("fits", fits);
   settings.writeText("tooLong", fits + "a");
@@ -65,9 +54,7 @@ TEST(Settings, TextsLongerThanTheBufferReadAsEmpty) {
   EXPECT_STREQ(settings.readText("tooLong"), "");
 }
 
-TEST(Settings, TheReadTextBufferIsSharedByEveryCall) {
-  FakeSettingsStore store;
-  Settings settings(store);
+TEST_F(StoredSettings, TheReadTextBufferIsSharedByEveryCall) {
   settings.writeText("Demo1", "first");
   settings.writeText("Demo2", "second");
   const char* one = settings.readText("Demo1");
@@ -78,9 +65,7 @@ TEST(Settings, TheReadTextBufferIsSharedByEveryCall) {
   EXPECT_STREQ(two, "");
 }
 
-TEST(Settings, CountersReadIncrementAndWrite) {
-  FakeSettingsStore store;
-  Settings settings(store);
+TEST_F(StoredSettings, CountersReadIncrementAndWrite) {
   EXPECT_EQ(settings.incrementCounter("cmdtimes"), 0u);
   EXPECT_EQ(settings.incrementCounter("cmdtimes"), 1u);
   EXPECT_EQ(settings.readInt("cmdtimes"), 2u);

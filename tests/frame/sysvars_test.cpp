@@ -1,6 +1,8 @@
 // The typed system-variable layer and the guard that restores changed variables.
 #include <gtest/gtest.h>
 
+#include "tests/support/languages.h"
+
 #include "fake_host.h"
 #include "frame/language.h"
 #include "frame/sysvars.h"
@@ -140,7 +142,6 @@ TEST_P(SysVarGuard, MessageBoxCaptionFollowsTheLanguage) {
     EXPECT_EQ(fake.editor.messageBoxes[0].first, "Corvane");
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, SysVarGuard, testing::Values(false, true),
-                         [](const auto& info) { return info.param ? "Chinese" : "English"; });
+INSTANTIATE_TEST_SUITE_P(Languages, SysVarGuard, testing::Bool(), test_support::languageName);
 
 }  // namespace

@@ -87,7 +87,8 @@ std::vector<std::string> CommandSession::readBackWithEzdxf() {
       line.clear();
     }
   }
-  if (pclose(pipe) != 0) throw std::runtime_error("ezdxf could not read the drawing: " + (lines.empty() ? "" : lines.back()));
+  if (pclose(pipe) != 0)
+    throw std::runtime_error("ezdxf could not read the drawing: " + (lines.empty() ? "" : lines.back()));
   return lines;
 }
 
@@ -130,10 +131,30 @@ ge::PointList verticesOf(const host::Entity& e) {
   return pts;
 }
 
-std::size_t countOf(const std::string& hay, const std::string& needle) {
-  std::size_t n = 0;
-  for (std::size_t at = hay.find(needle); at != std::string::npos; at = hay.find(needle, at + needle.size())) ++n;
-  return n;
+std::string CommandSession::processed(int n) const {
+  return pick("\nProcessed <", "\n处理了< ") + std::to_string(n) + pick(" > curve(s) OK.", " >根曲线。 ");
+}
+
+testing::AssertionResult CommandSession::says(const std::string& transcript, const std::string& text) const {
+  if (transcript.find(text) != std::string::npos) return testing::AssertionSuccess();
+  return testing::AssertionFailure() << "no \"" << text << "\" in:\n" << transcript;
+}
+
+host::ResBuf CommandSession::sysvar(const char* name) {
+  host::ResBuf value;
+  host_->host().sysvars.getVar(name, value);
+  return value;
+}
+
+std::string selectionOf(std::initializer_list<host::ObjectId> ids) {
+  std::string out;
+  for (auto id : ids) out += pickOf(id) + "\n";
+  return out + "\n";
+}
+
+void expectPoints(const ge::PointList& got, const ge::PointList& want) {
+  ASSERT_EQ(got.size(), want.size());
+  for (std::size_t i = 0; i < got.size(); ++i) EXPECT_LT(got[i].distanceTo(want[i]), 1e-9) << i;
 }
 
 }  // namespace commands_test

@@ -8,8 +8,11 @@
 #include <string>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 #include "frame/module.h"
 #include "standalone/editor/embedded_host.h"
+#include "tests/support/languages.h"
 
 namespace commands_test {
 
@@ -46,6 +49,16 @@ class CommandSession {
   bool chinese() const { return language_ == Language::kChinese; }
   // The literal of the session's language.
   const char* pick(const char* en, const char* zh) const { return chinese() ? zh : en; }
+  // Success when the transcript holds the text; a failure showing the transcript otherwise.
+  testing::AssertionResult says(const std::string& transcript, const std::string& text) const;
+  // The same for the literal of the session's language.
+  testing::AssertionResult says(const std::string& transcript, const char* en, const char* zh) const {
+    return says(transcript, pick(en, zh));
+  }
+  // The count line most commands end with, in the session's language.
+  std::string processed(int n) const;
+  // A system variable of the running host.
+  host::ResBuf sysvar(const char* name);
 
  private:
   Language language_;
@@ -56,8 +69,23 @@ class CommandSession {
   std::unique_ptr<frame::Module> module_;
 };
 
+// Names the instances of a suite run once per language.
+inline std::string languageName(const testing::TestParamInfo<Language>& info) {
+  return info.param == Language::kChinese ? "Chinese" : "English";
+}
+
+// Every end-to-end suite runs once per language over a fresh session.
+class CommandTest : public ::testing::TestWithParam<Language> {
+ protected:
+  CommandSession s{GetParam()};
+};
+
 // "#1F": the handle answer of a selection prompt.
 std::string pickOf(host::ObjectId id);
+// The answers that pick each entity and end the selection.
+std::string selectionOf(std::initializer_list<host::ObjectId> ids);
+// Expects the same points within 1e-9, in order.
+void expectPoints(const ge::PointList& got, const ge::PointList& want);
 
 // Record builders.
 host::LwPolyline lwThrough(const std::vector<ge::Point2d>& pts, bool closed = false, double elevation = 0);
@@ -65,7 +93,6 @@ host::Polyline2d old2dThrough(const std::vector<ge::Point2d>& pts, bool closed =
 host::Polyline3d poly3dThrough(const std::vector<ge::Point3d>& pts, bool closed = false);
 ge::PointList verticesOf(const host::Entity& e);
 
-// Number of non-overlapping occurrences of text in hay.
-std::size_t countOf(const std::string& hay, const std::string& needle);
+using test_support::countOf;
 
 }  // namespace commands_test

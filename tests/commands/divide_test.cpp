@@ -8,25 +8,16 @@
 namespace commands_test {
 namespace {
 
-class Divide : public ::testing::TestWithParam<Language> {
+class Divide : public CommandTest {
  protected:
-  CommandSession s{GetParam()};
-  std::string processed(int n) {
-    return std::string(s.pick("\nProcessed <", "\n处理了< ")) + std::to_string(n) +
-           s.pick(" > curve(s) OK.", " >根曲线。 ");
-  }
   const char* countPrompt() {
     return s.pick("\nPlease enter the number of divide points, allowable 4--100, default 16:",
                   "\n请输入等分点数，允许值4--100，默认值16:");
   }
 };
 
-INSTANTIATE_TEST_SUITE_P(Languages, Divide, ::testing::Values(Language::kEnglish, Language::kChinese));
-
-void expectPoints(const ge::PointList& got, const ge::PointList& want) {
-  ASSERT_EQ(got.size(), want.size());
-  for (std::size_t i = 0; i < got.size(); ++i) EXPECT_LT(got[i].distanceTo(want[i]), 1e-9) << i;
-}
+INSTANTIATE_TEST_SUITE_P(Languages, Divide, ::testing::Values(Language::kEnglish, Language::kChinese),
+                         languageName);
 
 TEST_P(Divide, ByCountPutsAPolylineBesideEachCurveAndKeepsTheSource) {
   host::ObjectId line = s.add(host::Line{{0, 0, 0}, {10, 0, 0}}, "axis", 4);
@@ -36,9 +27,9 @@ TEST_P(Divide, ByCountPutsAPolylineBesideEachCurveAndKeepsTheSource) {
   host::ObjectId circle = s.add(c);
   s.start();
   std::string out = s.run("PLDF\n" + pickOf(line) + "\n" + pickOf(circle) + "\n\n3\n101\n5\n");
-  EXPECT_NE(out.find(s.pick("Please select Curves >\n", "请选择各种线条>\n")), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "Please select Curves >\n", "请选择各种线条>\n"));
   EXPECT_EQ(countOf(out, countPrompt()), 3u) << "3 and 101 ask again: " << out;
-  EXPECT_NE(out.find(processed(2)), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, s.processed(2)));
   EXPECT_TRUE(s.read(line) && s.read(circle));
   auto lws = s.entitiesOf<host::LwPolyline>();
   ASSERT_EQ(lws.size(), 2u);
@@ -63,7 +54,7 @@ TEST_P(Divide, EnterOrEscapeAtTheCountGivesSixteen) {
   s.run("PLDF\n" + pickOf(line) + "\n\n^C\n");
   EXPECT_EQ(s.entitiesOf<host::LwPolyline>().size(), 2u) << "a cancel goes on with 16";
   std::string out = s.run("PLDF\n\n");
-  EXPECT_NE(out.find(s.pick("No Curve selected.\n", "未选中任何线条。\n")), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "No Curve selected.\n", "未选中任何线条。\n"));
 }
 
 TEST_P(Divide, BySpacingRefusesSpacingsAboveAQuarterAndLengthensTheLastPiece) {
@@ -71,12 +62,11 @@ TEST_P(Divide, BySpacingRefusesSpacingsAboveAQuarterAndLengthensTheLastPiece) {
   host::ObjectId p3 = s.add(poly3dThrough({{0, 0, 0}, {0, 0, 10}}));
   s.start();
   std::string out = s.run("PLDJDF\n" + pickOf(line) + "\n\n3\n");
-  EXPECT_NE(out.find(s.pick("\nPlease enter the equal distance:", "\n请输入等分距离:")), std::string::npos) << out;
-  EXPECT_NE(out.find(s.pick("The line length is less than 4 times of the bisection distance, this curve will not be processed.",
-                            "\n线条长度小于4倍设定的等分距离，本曲线不处理。")),
-            std::string::npos)
-      << out;
-  EXPECT_NE(out.find(processed(0)), std::string::npos);
+  EXPECT_TRUE(s.says(out, "\nPlease enter the equal distance:", "\n请输入等分距离:"));
+  EXPECT_TRUE(
+      s.says(out, "The line length is less than 4 times of the bisection distance, this curve will not be processed.",
+             "\n线条长度小于4倍设定的等分距离，本曲线不处理。"));
+  EXPECT_TRUE(s.says(out, s.processed(0)));
   s.run("PLDJDF\n" + pickOf(line) + "\n\n2.5\n");
   s.run("PLDJDF\n" + pickOf(line) + "\n" + pickOf(p3) + "\n\n2.2\n");
   auto lws = s.entitiesOf<host::LwPolyline>();
@@ -98,8 +88,8 @@ TEST_P(Divide, NumberingStartsAtTheLowerLeftEndAndSetsPdmode) {
   host::ObjectId closed = s.add(lwThrough({{20, 20}, {30, 20}, {30, 30}, {20, 20}}));
   s.start();
   std::string out = s.run("PLBH\n" + pickOf(leftward) + "\n" + pickOf(closed) + "\n\n4\n\n");
-  EXPECT_NE(out.find(s.pick("Please select polyline >\n", "请选择多段线>\n")), std::string::npos) << out;
-  EXPECT_NE(out.find(s.pick("Lower Left default?[Y/N](Y):", "是否把默认起点设在左下角[Y/N](Y):")), std::string::npos);
+  EXPECT_TRUE(s.says(out, "Please select polyline >\n", "请选择多段线>\n"));
+  EXPECT_TRUE(s.says(out, "Lower Left default?[Y/N](Y):", "是否把默认起点设在左下角[Y/N](Y):"));
   auto texts = s.entitiesOf<host::Text>();
   auto points = s.entitiesOf<host::PointEntity>();
   ASSERT_EQ(texts.size(), 6u);
@@ -111,9 +101,7 @@ TEST_P(Divide, NumberingStartsAtTheLowerLeftEndAndSetsPdmode) {
   EXPECT_EQ(std::get<host::Text>(texts[1].data).position, (ge::Point3d{12, 2, 0}));
   EXPECT_EQ(std::get<host::Text>(texts[2].data).text, "1") << "numbers restart on every curve";
   EXPECT_EQ(std::get<host::Text>(texts[2].data).position, (ge::Point3d{22, 22, 0})) << "closed: never reversed";
-  host::ResBuf pdmode;
-  s.host().host().sysvars.getVar("PDMODE", pdmode);
-  EXPECT_EQ(std::get<std::int16_t>(pdmode.value), 35);
+  EXPECT_EQ(s.sysvar("PDMODE"), host::ResBuf::shortInt(35));
   EXPECT_EQ(out.find("Processed"), std::string::npos) << "no count line";
   auto dump = s.readBackWithEzdxf();
   EXPECT_EQ(dump.back(), "HEADER PDMODE=35");
@@ -123,16 +111,11 @@ TEST_P(Divide, NumberingStartsAtTheLowerLeftEndAndSetsPdmode) {
 TEST_P(Divide, NumberingWithNoKeepsTheDrawnDirectionAndATinyHeightUsesTheViewSize) {
   host::ObjectId leftward = s.add(host::Line{{10, 0, 0}, {0, 0, 0}});
   s.start();
-  double viewSize = 0;
-  {
-    host::ResBuf v;
-    s.host().host().sysvars.getVar("VIEWSIZE", v);
-    viewSize = std::get<double>(v.value);
-  }
+  const double viewSize = std::get<double>(s.sysvar("VIEWSIZE").value);
   std::string out = s.run("PLBH\n" + pickOf(leftward) + "\n\n0.0005\nNo\n");
   char shown[64];
   std::snprintf(shown, sizeof shown, "(%.2f):", viewSize / 30);
-  EXPECT_NE(out.find(shown), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, shown));
   auto texts = s.entitiesOf<host::Text>();
   ASSERT_EQ(texts.size(), 2u);
   const auto& first = std::get<host::Text>(texts[0].data);

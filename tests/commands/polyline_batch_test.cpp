@@ -6,27 +6,10 @@
 namespace commands_test {
 namespace {
 
-class PolylineBatch : public ::testing::TestWithParam<Language> {
- protected:
-  CommandSession s{GetParam()};
-  std::string processed(int n) {
-    return std::string(s.pick("\nProcessed <", "\n处理了< ")) + std::to_string(n) +
-           s.pick(" > curve(s) OK.", " >根曲线。 ");
-  }
-  std::string select(std::initializer_list<host::ObjectId> ids) {
-    std::string out;
-    for (auto id : ids) out += pickOf(id) + "\n";
-    return out + "\n";
-  }
-};
+class PolylineBatch : public CommandTest {};
 
-INSTANTIATE_TEST_SUITE_P(Languages, PolylineBatch, ::testing::Values(Language::kEnglish, Language::kChinese));
-
-short cmdecho(CommandSession& s) {
-  host::ResBuf v;
-  s.host().host().sysvars.getVar("CMDECHO", v);
-  return std::get<std::int16_t>(v.value);
-}
+INSTANTIATE_TEST_SUITE_P(Languages, PolylineBatch, ::testing::Values(Language::kEnglish, Language::kChinese),
+                         languageName);
 
 TEST_P(PolylineBatch, ReverseFlipsEveryKindOfCurveAndCountsThem) {
   host::ObjectId line = s.add(host::Line{{0, 0, 0}, {10, 0, 0}});
@@ -56,9 +39,9 @@ TEST_P(PolylineBatch, ReverseFlipsEveryKindOfCurveAndCountsThem) {
   s.start();
   ge::Point3d splineStart;
   s.host().host().curves.getStartPoint(s.read(spline)->data, splineStart);
-  std::string out = s.run("PLDD\n" + select({line, pl, arc, p3, text, circle, ellipse, spline}));
-  EXPECT_NE(out.find(s.pick("Please select PLINE >\n", "请选择多段线>\n")), std::string::npos) << out;
-  EXPECT_NE(out.find(processed(7)), std::string::npos) << out;
+  std::string out = s.run("PLDD\n" + selectionOf({line, pl, arc, p3, text, circle, ellipse, spline}));
+  EXPECT_TRUE(s.says(out, "Please select PLINE >\n", "请选择多段线>\n"));
+  EXPECT_TRUE(s.says(out, s.processed(7)));
   ge::Point3d splineEnd;
   s.host().host().curves.getEndPoint(s.read(spline)->data, splineEnd);
   EXPECT_LT(splineEnd.distanceTo(splineStart), 1e-9) << "the spline now ends where it started";
@@ -70,7 +53,7 @@ TEST_P(PolylineBatch, ReverseFlipsEveryKindOfCurveAndCountsThem) {
   auto dump = s.readBackWithEzdxf();
   EXPECT_EQ(dump[0], "LINE points 10.000000,0.000000,0.000000;0.000000,0.000000,0.000000");
   out = s.run("PLDD\n\n");
-  EXPECT_NE(out.find(s.pick("No PLINE selected.\n", "未选中多段线。\n")), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "No PLINE selected.\n", "未选中多段线。\n"));
 }
 
 TEST_P(PolylineBatch, CloseAndOpenGoThroughPeditAndLeaveCmdechoAtOne) {
@@ -79,23 +62,23 @@ TEST_P(PolylineBatch, CloseAndOpenGoThroughPeditAndLeaveCmdechoAtOne) {
   host::ObjectId c = s.add(poly3dThrough({{0, 0, 0}, {1, 0, 1}, {1, 1, 2}}));
   s.start();
   s.host().host().sysvars.setVar("CMDECHO", host::ResBuf::shortInt(0));
-  std::string out = s.run("PLCLOSE\n" + select({a, b, c}));
-  EXPECT_NE(out.find(s.pick("Please select polyline >\n", "请选择待优化的多段线>\n")), std::string::npos) << out;
+  std::string out = s.run("PLCLOSE\n" + selectionOf({a, b, c}));
+  EXPECT_TRUE(s.says(out, "Please select polyline >\n", "请选择待优化的多段线>\n"));
   EXPECT_TRUE(std::get<host::LwPolyline>(s.read(a)->data).closed);
   EXPECT_TRUE(std::get<host::Polyline2d>(s.read(b)->data).closed) << "already closed: stays closed";
   EXPECT_TRUE(std::get<host::Polyline3d>(s.read(c)->data).closed);
-  EXPECT_EQ(cmdecho(s), 1);
+  EXPECT_EQ(s.sysvar("CMDECHO"), host::ResBuf::shortInt(1));
   EXPECT_EQ(out.find("Processed"), std::string::npos) << "no count line";
   auto dump = s.readBackWithEzdxf();
   EXPECT_EQ(dump[0].rfind("LWPOLYLINE closed=1", 0), 0u) << dump[0];
   EXPECT_EQ(dump[2].rfind("POLYLINE3d closed=1", 0), 0u) << dump[2];
 
-  s.run("PLOPEN\n" + select({a, c}));
+  s.run("PLOPEN\n" + selectionOf({a, c}));
   EXPECT_FALSE(std::get<host::LwPolyline>(s.read(a)->data).closed);
   EXPECT_FALSE(std::get<host::Polyline3d>(s.read(c)->data).closed);
   EXPECT_TRUE(std::get<host::Polyline2d>(s.read(b)->data).closed) << "not selected";
   out = s.run("PLOPEN\n\n");
-  EXPECT_NE(out.find(s.pick("No polyline selected.\n", "未选中多段线。\n")), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "No polyline selected.\n", "未选中多段线。\n"));
 }
 
 TEST_P(PolylineBatch, WidthIsSetOnAllAndTinyOrMissingWidthsBecomeZero) {
@@ -104,8 +87,8 @@ TEST_P(PolylineBatch, WidthIsSetOnAllAndTinyOrMissingWidthsBecomeZero) {
   host::ObjectId a = s.add(wide);
   host::ObjectId b = s.add(old2dThrough({{20, 0}, {30, 0}}));
   s.start();
-  std::string out = s.run("PLGXK\n" + select({a, b}) + "0.75\n");
-  EXPECT_NE(out.find(s.pick("\nPlease enter a new line width:", "\n请输入新的线宽:")), std::string::npos) << out;
+  std::string out = s.run("PLGXK\n" + selectionOf({a, b}) + "0.75\n");
+  EXPECT_TRUE(s.says(out, "\nPlease enter a new line width:", "\n请输入新的线宽:"));
   const auto lw = std::get<host::LwPolyline>(s.read(a)->data);
   EXPECT_EQ(lw.constantWidth, 0.75);
   EXPECT_EQ(lw.vertices[0].startWidth, 0);
@@ -114,11 +97,11 @@ TEST_P(PolylineBatch, WidthIsSetOnAllAndTinyOrMissingWidthsBecomeZero) {
   auto dump = s.readBackWithEzdxf();
   EXPECT_NE(dump[0].find("width=0.75"), std::string::npos) << dump[0];
 
-  s.run("PLGXK\n" + select({a}) + "1e-12\n");
+  s.run("PLGXK\n" + selectionOf({a}) + "1e-12\n");
   EXPECT_EQ(std::get<host::LwPolyline>(s.read(a)->data).constantWidth, 0);
-  s.run("PLGXK\n" + select({b}) + "\n");
+  s.run("PLGXK\n" + selectionOf({b}) + "\n");
   EXPECT_EQ(std::get<host::Polyline2d>(s.read(b)->data).vertices[0].startWidth, 0) << "Enter sends width 0";
-  EXPECT_EQ(cmdecho(s), 1);
+  EXPECT_EQ(s.sysvar("CMDECHO"), host::ResBuf::shortInt(1));
 }
 
 TEST_P(PolylineBatch, LightweightAndOldStylePolylinesConvertBothWaysKeepingTheirIdentity) {
@@ -127,9 +110,9 @@ TEST_P(PolylineBatch, LightweightAndOldStylePolylinesConvertBothWaysKeepingTheir
   host::ObjectId a = s.add(lw, "walls", 2);
   host::ObjectId p3 = s.add(poly3dThrough({{0, 0, 0}, {1, 0, 1}}));
   s.start();
-  std::string out = s.run("PL2OLD\n" + select({a}));
-  EXPECT_NE(out.find(s.pick("Please select Lightweight Polyline(s) >\n", "请选择轻量级多段线>\n")), std::string::npos);
-  EXPECT_NE(out.find(processed(1)), std::string::npos) << out;
+  std::string out = s.run("PL2OLD\n" + selectionOf({a}));
+  EXPECT_TRUE(s.says(out, "Please select Lightweight Polyline(s) >\n", "请选择轻量级多段线>\n"));
+  EXPECT_TRUE(s.says(out, s.processed(1)));
   auto old = s.read(a);
   ASSERT_TRUE(old && std::holds_alternative<host::Polyline2d>(old->data));
   EXPECT_EQ(std::get<host::Polyline2d>(old->data).vertices[1].bulge, 0.3);
@@ -138,29 +121,29 @@ TEST_P(PolylineBatch, LightweightAndOldStylePolylinesConvertBothWaysKeepingTheir
   auto dump = s.readBackWithEzdxf();
   EXPECT_EQ(dump[0].rfind("POLYLINE2d closed=1", 0), 0u) << dump[0];
 
-  out = s.run("OLDPL2LW\n" + select({a, p3}));
-  EXPECT_NE(out.find(s.pick("Please select old type Polyline(s) >\n", "请选择老式多段线>\n")), std::string::npos);
-  EXPECT_NE(out.find(processed(1)), std::string::npos) << "the 3D polyline is refused: " << out;
+  out = s.run("OLDPL2LW\n" + selectionOf({a, p3}));
+  EXPECT_TRUE(s.says(out, "Please select old type Polyline(s) >\n", "请选择老式多段线>\n"));
+  EXPECT_TRUE(s.says(out, s.processed(1))) << "the 3D polyline is refused: ";
   EXPECT_TRUE(std::holds_alternative<host::LwPolyline>(s.read(a)->data));
   EXPECT_TRUE(std::holds_alternative<host::Polyline3d>(s.read(p3)->data));
   dump = s.readBackWithEzdxf();
   EXPECT_EQ(dump[0].rfind("LWPOLYLINE closed=1", 0), 0u) << dump[0];
 
   out = s.run("PL2OLD\n\n");
-  EXPECT_NE(out.find(s.pick("No Polyline selected.\n", "未选中。\n")), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "No Polyline selected.\n", "未选中。\n"));
   out = s.run("OLDPL2LW\n\n");
-  EXPECT_NE(out.find(s.pick("No Polyline2D selected.\n", "未选中。\n")), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "No Polyline2D selected.\n", "未选中。\n"));
 }
 
 TEST_P(PolylineBatch, PeditTypedByTheUserEditsOnePolylineWithUndo) {
   host::ObjectId a = s.add(lwThrough({{0, 0}, {10, 0}, {10, 10}, {0, 10}}));
   s.start();
   std::string out = s.run("PEDIT\n" + pickOf(a) + "\nC\nW\n2\nU\n\n");
-  EXPECT_NE(out.find("Select polyline or [Multiple]: "), std::string::npos) << out;
-  EXPECT_NE(out.find("Enter an option [Close/Join/Width/Edit vertex/Fit/Spline/Decurve/Ltype gen/Reverse/Undo]: "),
-            std::string::npos);
-  EXPECT_NE(out.find("Enter an option [Open/Join/Width/"), std::string::npos) << "a closed polyline offers Open";
-  EXPECT_NE(out.find("Specify new width for all segments: "), std::string::npos);
+  EXPECT_TRUE(s.says(out, "Select polyline or [Multiple]: "));
+  EXPECT_TRUE(
+      s.says(out, "Enter an option [Close/Join/Width/Edit vertex/Fit/Spline/Decurve/Ltype gen/Reverse/Undo]: "));
+  EXPECT_TRUE(s.says(out, "Enter an option [Open/Join/Width/")) << "a closed polyline offers Open";
+  EXPECT_TRUE(s.says(out, "Specify new width for all segments: "));
   const auto lw = std::get<host::LwPolyline>(s.read(a)->data);
   EXPECT_TRUE(lw.closed);
   EXPECT_EQ(lw.constantWidth, 0) << "the width was undone";
@@ -194,9 +177,9 @@ TEST_P(PolylineBatch, PeditRefusesOtherObjectsAndACancelKeepsWhatWasDone) {
   host::ObjectId a = s.add(poly3dThrough({{0, 0, 0}, {5, 0, 1}, {5, 5, 2}}));
   s.start();
   std::string out = s.run("PEDIT\n" + pickOf(line) + "\n" + pickOf(a) + "\nR\nC\n^C\n");
-  EXPECT_NE(out.find("Object selected is not a polyline."), std::string::npos) << out;
-  EXPECT_NE(out.find("Enter an option [Close/Join/Edit vertex/Spline curve/Decurve/Reverse/Undo]: "), std::string::npos)
-      << "a 3D polyline has no widths: " << out;
+  EXPECT_TRUE(s.says(out, "Object selected is not a polyline."));
+  EXPECT_TRUE(s.says(out, "Enter an option [Close/Join/Edit vertex/Spline curve/Decurve/Reverse/Undo]: "))
+      << "a 3D polyline has no widths";
   auto p3 = std::get<host::Polyline3d>(s.read(a)->data);
   EXPECT_TRUE(p3.closed);
   EXPECT_EQ(p3.vertices.front().position, (ge::Point3d{5, 5, 2})) << "reversed";
@@ -214,7 +197,7 @@ TEST_P(PolylineBatch, PeditMultipleTurnsLinesAndArcsIntoPolylinesWhenAsked) {
   host::ObjectId kept = s.add(host::Line{{0, 10, 0}, {10, 10, 0}});
   s.start();
   std::string out = s.run("PEDIT\nM\n" + pickOf(line) + "\n" + pickOf(arc) + "\n\n\nW\n1\n\n");
-  EXPECT_NE(out.find("Convert Lines, Arcs and Splines to polylines [Yes/No]? <Y>: "), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "Convert Lines, Arcs and Splines to polylines [Yes/No]? <Y>: "));
   auto fromLine = std::get<host::LwPolyline>(s.read(line)->data);
   EXPECT_EQ(fromLine.elevation, 2);
   EXPECT_EQ(fromLine.constantWidth, 1);

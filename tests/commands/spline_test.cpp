@@ -9,21 +9,10 @@
 namespace commands_test {
 namespace {
 
-class SplineConversion : public ::testing::TestWithParam<Language> {
- protected:
-  CommandSession s{GetParam()};
-  std::string processed(int n) {
-    return std::string(s.pick("\nProcessed <", "\n处理了< ")) + std::to_string(n) +
-           s.pick(" > curve(s) OK.", " >根曲线。 ");
-  }
-  host::Spline fitSpline(const ge::PointList& pts) {
-    host::Spline sp;
-    EXPECT_EQ(s.host().host().curves.fitSpline(pts, nullptr, nullptr, sp), host::ErrorStatus::eOk);
-    return sp;
-  }
-};
+class SplineConversion : public CommandTest {};
 
-INSTANTIATE_TEST_SUITE_P(Languages, SplineConversion, ::testing::Values(Language::kEnglish, Language::kChinese));
+INSTANTIATE_TEST_SUITE_P(Languages, SplineConversion, ::testing::Values(Language::kEnglish, Language::kChinese),
+                         languageName);
 
 host::Spline wave() {
   standalone::CurveKernel kernel;
@@ -39,11 +28,10 @@ TEST_P(SplineConversion, SplinesBecomePolylinesInTheirBlockAndOtherKindsArePasse
   host::ObjectId circle = s.add(c);
   s.start();
   std::string out = s.run("s2p\n" + pickOf(spline) + "\n" + pickOf(circle) + "\n\n\n");
-  EXPECT_NE(out.find(s.pick("Please select SPLINE >\n", "请选择SPLINE线>\n")), std::string::npos) << out;
-  EXPECT_NE(out.find(s.pick("\nPlease input the precision, allowable 1--99, default 10:",
-                            "\n请输入精度，允许值1--99，默认值10:")),
-            std::string::npos);
-  EXPECT_NE(out.find(processed(1)), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "Please select SPLINE >\n", "请选择SPLINE线>\n"));
+  EXPECT_TRUE(s.says(
+      out, "\nPlease input the precision, allowable 1--99, default 10:", "\n请输入精度，允许值1--99，默认值10:"));
+  EXPECT_TRUE(s.says(out, s.processed(1)));
   EXPECT_FALSE(s.read(spline));
   EXPECT_TRUE(s.read(circle));
   auto results = s.entities();
@@ -67,7 +55,7 @@ TEST_P(SplineConversion, APrecisionAboveNinetyNineIsPassedOnAsItIs) {
   ASSERT_EQ(all.size(), 2u);
   EXPECT_GT(verticesOf(all[1]).size(), verticesOf(all[0]).size()) << "150 is finer than 1";
   std::string out = s.run("s2p\n" + pickOf(all[0].id) + "\n\n");
-  EXPECT_NE(out.find(s.pick("No SPLINE selected.\n", "未选中SPLINE线。\n")), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "No SPLINE selected.\n", "未选中SPLINE线。\n"));
 }
 
 TEST_P(SplineConversion, CirclesAndArcsAloneConvertNothing) {
@@ -76,7 +64,7 @@ TEST_P(SplineConversion, CirclesAndArcsAloneConvertNothing) {
   host::ObjectId circle = s.add(c);
   s.start();
   std::string out = s.run("s2p\n" + pickOf(circle) + "\n\n\n");
-  EXPECT_NE(out.find(processed(0)), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, s.processed(0)));
   EXPECT_TRUE(s.read(circle));
 }
 
@@ -84,12 +72,10 @@ TEST_P(SplineConversion, PolylinesBecomeSplinesThroughEqualSamplesWithTheEndDoub
   host::ObjectId line3 = s.add(lwThrough({{0, 0}, {10, 0}, {10, 10}}), "roads", 1);
   s.start();
   std::string out = s.run("p2s\n" + pickOf(line3) + "\n\n\n5\n");
-  EXPECT_NE(out.find(s.pick("\n Y = Divide the polylines equally, N = Based on polylinethe vertex？[Y/N]（Y）:",
-                            "\n Y = 对多段线按等分方式, N =多段线按原顶点？[Y/N]（Y）:")),
-            std::string::npos)
-      << out;
-  EXPECT_NE(out.find(s.pick("\nDivide points 12~256[36]:", "\n等分点数12~256[36]:")), std::string::npos);
-  EXPECT_NE(out.find(processed(1)), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "\n Y = Divide the polylines equally, N = Based on polylinethe vertex？[Y/N]（Y）:",
+                     "\n Y = 对多段线按等分方式, N =多段线按原顶点？[Y/N]（Y）:"));
+  EXPECT_TRUE(s.says(out, "\nDivide points 12~256[36]:", "\n等分点数12~256[36]:"));
+  EXPECT_TRUE(s.says(out, s.processed(1)));
   EXPECT_FALSE(s.read(line3));
   auto splines = s.entitiesOf<host::Spline>();
   ASSERT_EQ(splines.size(), 1u);
@@ -135,29 +121,27 @@ TEST_P(SplineConversion, EllipsesUseTheHostsExactSpline) {
   ASSERT_EQ(s.host().host().curves.getSpline(el, exact), host::ErrorStatus::eOk);
   EXPECT_EQ(sp.controlPoints, exact.controlPoints);
   std::string out = s.run("p2s\n\n");
-  EXPECT_NE(out.find(s.pick("No Curves selected.\n", "未选中线条。\n")), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "No Curves selected.\n", "未选中线条。\n"));
 }
 
 TEST_P(SplineConversion, ProjectionAddsAFlatCopyAndKeepsTheSource) {
   host::ObjectId raised = s.add(poly3dThrough({{0, 0, 5}, {10, 0, 5}, {10, 10, 5}}), "high", 2);
   s.start();
   std::string out = s.run("QXTY\n" + pickOf(raised) + "\n\n");
-  EXPECT_NE(out.find(s.pick("\nVertically project all kinds of curves to the XY plane of the world coordinate system...",
-                            "\n垂直投影各类曲线到世界坐标系XY平面...")),
-            std::string::npos)
-      << out;
-  EXPECT_NE(out.find(s.pick("Please select curves >", "请选择曲线 >")), std::string::npos);
+  EXPECT_TRUE(s.says(out, "\nVertically project all kinds of curves to the XY plane of the world coordinate system...",
+                     "\n垂直投影各类曲线到世界坐标系XY平面..."));
+  EXPECT_TRUE(s.says(out, "Please select curves >", "请选择曲线 >"));
   ASSERT_TRUE(s.read(raised));
   EXPECT_EQ(verticesOf(*s.read(raised)).front().z, 5) << "the source stays as it was";
   auto all = s.entities();
   ASSERT_EQ(all.size(), 2u) << out;
   for (const ge::Point3d& p : verticesOf(all[1])) EXPECT_EQ(p.z, 0);
   EXPECT_EQ(verticesOf(all[1]).size(), 3u);
-  EXPECT_NE(out.find(s.pick("\n< 1 > new curves added.", "\n生成了< 1 >根投影曲线。 ")), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "\n< 1 > new curves added.", "\n生成了< 1 >根投影曲线。 "));
   auto dump = s.readBackWithEzdxf();
   EXPECT_EQ(dump.size(), 3u);
   out = s.run("QXTY\n\n");
-  EXPECT_NE(out.find(s.pick("No curves selected.\n", "未选中曲线。\n")), std::string::npos) << out;
+  EXPECT_TRUE(s.says(out, "No curves selected.\n", "未选中曲线。\n"));
 }
 
 }  // namespace

@@ -1,13 +1,11 @@
 #pragma once
 // A minimal in-memory drawing for driving the builders: model space, one
 // block, appended entities in order. Only what the builders use is real.
-#include <map>
-
-#include "host/drawing.h"
+#include "tests/support/fake_drawing.h"
 
 namespace geomtest {
 
-class FakeDrawing final : public host::Drawing {
+class FakeDrawing final : public test_support::NullDrawing {
  public:
   static constexpr host::ObjectId kModel{1}, kBlock{2};
   std::vector<host::Entity> appended;
@@ -19,8 +17,6 @@ class FakeDrawing final : public host::Drawing {
       if (e.id == id) return e;
     return std::nullopt;
   }
-  host::ErrorStatus write(const host::Entity&) override { return host::ErrorStatus::eNotImplementedYet; }
-  host::ErrorStatus erase(host::ObjectId) override { return host::ErrorStatus::eNotImplementedYet; }
   host::ErrorStatus append(host::Entity& e, host::ObjectId owner) override {
     if (appendStatus != host::ErrorStatus::eOk) return appendStatus;
     e.id = host::ObjectId{next_++};
@@ -35,8 +31,6 @@ class FakeDrawing final : public host::Drawing {
     return e ? e->owner : host::kNullId;
   }
   bool isBlockRecord(host::ObjectId id) const override { return id == kModel || id == kBlock; }
-  std::optional<host::ObjectId> findBlock(const std::string&) const override { return std::nullopt; }
-  std::vector<host::ObjectId> entitiesOf(host::ObjectId) const override { return {}; }
   std::string currentLayer() const override { return "WORK"; }
   host::Color currentColor() const override { return current; }
   host::EntityProps defaultProps() const override {
@@ -44,23 +38,6 @@ class FakeDrawing final : public host::Drawing {
     p.layer = "WORK";
     p.color = current;
     return p;
-  }
-  host::ObjectId namedObjectsDictionary() const override { return host::kNullId; }
-  std::optional<host::ObjectId> dictionaryLookup(host::ObjectId, const std::string&) const override {
-    return std::nullopt;
-  }
-  host::ErrorStatus dictionarySet(host::ObjectId, const std::string&, host::ObjectId) override {
-    return host::ErrorStatus::eNotImplementedYet;
-  }
-  host::ErrorStatus dictionaryRemove(host::ObjectId, const std::string&) override {
-    return host::ErrorStatus::eNotImplementedYet;
-  }
-  std::optional<host::DbObject> readObject(host::ObjectId) const override { return std::nullopt; }
-  host::ErrorStatus writeObject(host::DbObject&) override { return host::ErrorStatus::eNotImplementedYet; }
-  std::vector<host::ObjectId> reactorsOf(host::ObjectId) const override { return {}; }
-  host::ErrorStatus addReactor(host::ObjectId, host::ObjectId) override { return host::ErrorStatus::eNotImplementedYet; }
-  host::ErrorStatus removeReactor(host::ObjectId, host::ObjectId) override {
-    return host::ErrorStatus::eNotImplementedYet;
   }
 
  private:

@@ -98,11 +98,7 @@ TEST_P(OnHost, CurveSelectionKeepsOnlyCurvesAndSaysWhenThereAreNone) {
     h.drawing.append(e);
   };
   append(host::Line{{0, 0, 0}, {10, 0, 0}});
-  host::Text label;
-  label.position = {0, 5, 0};
-  label.height = 2;
-  label.text = "not a curve";
-  append(label);
+  append(host::Text{{0, 5, 0}, {}, 2, "not a curve"});
   append(host::Line{{0, 10, 0}, {10, 10, 0}});
   out = run("TCURVES ALL\n\n");
   EXPECT_NE(out.find(said("curves=2 LINE LINE true", "曲线=2 LINE LINE true")), std::string::npos) << out;

@@ -8,7 +8,6 @@ namespace {
 
 using frame::format;
 using frame::formatPrintf;
-using frame::Text;
 
 struct LanguageGuard {
   ~LanguageGuard() { frame::setChinese(false); }
@@ -52,15 +51,6 @@ TEST(Format, HostileWidthsAreNotHonoured) {
   EXPECT_EQ(formatPrintf("%999999999d", {1LL}), "%999999999d");
   std::string star = formatPrintf("%*d", {1000000000LL, 1LL});
   EXPECT_EQ(star.size(), 4096u) << "a width taken from the arguments is capped";
-}
-
-TEST(TextPair, TheLanguageFlagChoosesTheLiteral) {
-  LanguageGuard guard;
-  Text t{"No Curve selected.\n", "未选中曲线。\n"};
-  frame::setChinese(false);
-  EXPECT_EQ(t.chosen(), "No Curve selected.\n");
-  frame::setChinese(true);
-  EXPECT_EQ(t.chosen(), "未选中曲线。\n");
 }
 
 }  // namespace

@@ -109,11 +109,6 @@ TEST(DuplicateMarks, TheFirstOfTwoCoincidentNeighboursGoesAndARepeatedStartClose
   EXPECT_EQ(commands::markDuplicateVertices(spaced).count(), 0) << "2e-5 apart is not a duplicate";
 }
 
-TEST(Divide, CountGivesEqualPiecesIncludingBothEnds) {
-  std::vector<double> d = commands::distancesForCount(10, 5);
-  EXPECT_EQ(d, (std::vector<double>{0, 2.5, 5, 7.5, 10}));
-}
-
 TEST(Divide, SpacingCountTruncatesAndAQuarterIsTheLongestSpacing) {
   EXPECT_FALSE(commands::spacingTooLong(10, 2.5));
   EXPECT_TRUE(commands::spacingTooLong(10, 2.5000001));

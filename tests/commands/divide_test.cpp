@@ -21,10 +21,7 @@ INSTANTIATE_TEST_SUITE_P(Languages, Divide, ::testing::Values(Language::kEnglish
 
 TEST_P(Divide, ByCountPutsAPolylineBesideEachCurveAndKeepsTheSource) {
   host::ObjectId line = s.add(host::Line{{0, 0, 0}, {10, 0, 0}}, "axis", 4);
-  host::Circle c;
-  c.center = {50, 0, 0};
-  c.radius = 5;
-  host::ObjectId circle = s.add(c);
+  host::ObjectId circle = s.add(host::Circle{{50, 0, 0}, 5});
   s.start();
   std::string out = s.run("PLDF\n" + pickOf(line) + "\n" + pickOf(circle) + "\n\n3\n101\n5\n");
   EXPECT_TRUE(s.says(out, "Please select Curves >\n", "请选择各种线条>\n"));

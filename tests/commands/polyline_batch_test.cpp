@@ -16,23 +16,11 @@ TEST_P(PolylineBatch, ReverseFlipsEveryKindOfCurveAndCountsThem) {
   host::LwPolyline lw = lwThrough({{0, 0}, {5, 0}, {5, 5}});
   lw.vertices[0].bulge = 0.5;
   host::ObjectId pl = s.add(lw);
-  host::Arc a;
-  a.center = {0, 0, 0};
-  a.radius = 5;
-  a.startAngle = 0;
-  a.endAngle = 1.5;
-  host::ObjectId arc = s.add(a);
+  host::ObjectId arc = s.add(host::Arc{{0, 0, 0}, 5, 0, 1.5});
   host::ObjectId p3 = s.add(poly3dThrough({{0, 0, 0}, {1, 2, 3}, {4, 5, 6}}));
   host::ObjectId text = s.add(host::Text{{1, 1, 0}, {1, 1, 0}, 1, "not a curve"});
-  host::Circle c;
-  c.center = {30, 0, 0};
-  c.radius = 2;
-  host::ObjectId circle = s.add(c);
-  host::Ellipse el;
-  el.center = {40, 0, 0};
-  el.majorAxis = {3, 0, 0};
-  el.ratio = 0.5;
-  host::ObjectId ellipse = s.add(el);
+  host::ObjectId circle = s.add(host::Circle{{30, 0, 0}, 2});
+  host::ObjectId ellipse = s.add(host::Ellipse{.center = {40, 0, 0}, .majorAxis = {3, 0, 0}, .ratio = 0.5});
   host::Spline sp;
   standalone::CurveKernel().fitSpline({{50, 0, 0}, {55, 5, 0}, {60, 0, 0}}, nullptr, nullptr, sp);
   host::ObjectId spline = s.add(sp);
@@ -188,12 +176,7 @@ TEST_P(PolylineBatch, PeditRefusesOtherObjectsAndACancelKeepsWhatWasDone) {
 
 TEST_P(PolylineBatch, PeditMultipleTurnsLinesAndArcsIntoPolylinesWhenAsked) {
   host::ObjectId line = s.add(host::Line{{0, 0, 2}, {10, 0, 2}});
-  host::Arc half;
-  half.center = {20, 0, 0};
-  half.radius = 5;
-  half.startAngle = 0;
-  half.endAngle = 3.14159265358979323846;
-  host::ObjectId arc = s.add(half);
+  host::ObjectId arc = s.add(host::Arc{{20, 0, 0}, 5, 0, 3.14159265358979323846});
   host::ObjectId kept = s.add(host::Line{{0, 10, 0}, {10, 10, 0}});
   s.start();
   std::string out = s.run("PEDIT\nM\n" + pickOf(line) + "\n" + pickOf(arc) + "\n\n\nW\n1\n\n");

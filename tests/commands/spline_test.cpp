@@ -23,9 +23,7 @@ host::Spline wave() {
 
 TEST_P(SplineConversion, SplinesBecomePolylinesInTheirBlockAndOtherKindsArePassedOver) {
   host::ObjectId spline = s.add(wave(), "paths", 6);
-  host::Circle c;
-  c.radius = 3;
-  host::ObjectId circle = s.add(c);
+  host::ObjectId circle = s.add(host::Circle{{0, 0, 0}, 3});
   s.start();
   std::string out = s.run("s2p\n" + pickOf(spline) + "\n" + pickOf(circle) + "\n\n\n");
   EXPECT_TRUE(s.says(out, "Please select SPLINE >\n", "请选择SPLINE线>\n"));
@@ -43,6 +41,9 @@ TEST_P(SplineConversion, SplinesBecomePolylinesInTheirBlockAndOtherKindsArePasse
   EXPECT_LT(v.back().distanceTo({30, 10, 0}), 1e-9);
   auto dump = s.readBackWithEzdxf();
   EXPECT_EQ(dump[1].find("SPLINE"), std::string::npos) << dump[1];
+  out = s.run("s2p\n" + pickOf(circle) + "\n\n\n");
+  EXPECT_TRUE(s.says(out, s.processed(0))) << "a circle alone converts nothing, and says so";
+  EXPECT_TRUE(s.read(circle));
 }
 
 TEST_P(SplineConversion, APrecisionAboveNinetyNineIsPassedOnAsItIs) {
@@ -56,16 +57,6 @@ TEST_P(SplineConversion, APrecisionAboveNinetyNineIsPassedOnAsItIs) {
   EXPECT_GT(verticesOf(all[1]).size(), verticesOf(all[0]).size()) << "150 is finer than 1";
   std::string out = s.run("s2p\n" + pickOf(all[0].id) + "\n\n");
   EXPECT_TRUE(s.says(out, "No SPLINE selected.\n", "未选中SPLINE线。\n"));
-}
-
-TEST_P(SplineConversion, CirclesAndArcsAloneConvertNothing) {
-  host::Circle c;
-  c.radius = 3;
-  host::ObjectId circle = s.add(c);
-  s.start();
-  std::string out = s.run("s2p\n" + pickOf(circle) + "\n\n\n");
-  EXPECT_TRUE(s.says(out, s.processed(0)));
-  EXPECT_TRUE(s.read(circle));
 }
 
 TEST_P(SplineConversion, PolylinesBecomeSplinesThroughEqualSamplesWithTheEndDoubled) {
@@ -105,10 +96,7 @@ TEST_P(SplineConversion, VertexFittingRepeatsTheFirstVertexOnClosedPolylinesAndC
 }
 
 TEST_P(SplineConversion, EllipsesUseTheHostsExactSpline) {
-  host::Ellipse el;
-  el.center = {5, 5, 0};
-  el.majorAxis = {4, 0, 0};
-  el.ratio = 0.5;
+  const host::Ellipse el{.center = {5, 5, 0}, .majorAxis = {4, 0, 0}, .ratio = 0.5};
   host::ObjectId id = s.add(el);
   s.start();
   s.run("p2s\n" + pickOf(id) + "\n\n\n100\n");

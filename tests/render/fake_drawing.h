@@ -3,11 +3,11 @@
 // base points, and layer colours. Only the reads the renderer makes work.
 #include <map>
 
-#include "host/drawing.h"
+#include "tests/support/fake_drawing.h"
 
 namespace render_test {
 
-class FakeDrawing : public host::Drawing {
+class FakeDrawing : public test_support::NullDrawing {
  public:
   static constexpr host::ObjectId kModel{1};
 
@@ -31,12 +31,8 @@ class FakeDrawing : public host::Drawing {
     if (it == entities_.end()) return std::nullopt;
     return it->second;
   }
-  host::ErrorStatus write(const host::Entity&) override { return host::ErrorStatus::eNotApplicable; }
-  host::ErrorStatus erase(host::ObjectId) override { return host::ErrorStatus::eNotApplicable; }
-  host::ErrorStatus append(host::Entity&, host::ObjectId) override { return host::ErrorStatus::eNotApplicable; }
   host::ObjectId currentSpace() const override { return kModel; }
   host::ObjectId modelSpace() const override { return kModel; }
-  host::ObjectId ownerOf(host::ObjectId) const override { return {}; }
   bool isBlockRecord(host::ObjectId id) const override { return id == kModel || bases_.count(id) > 0; }
   std::optional<host::ObjectId> findBlock(const std::string& name) const override {
     auto it = blocks_.find(name);
@@ -56,24 +52,6 @@ class FakeDrawing : public host::Drawing {
     if (it == layers_.end()) return std::nullopt;
     return it->second;
   }
-  std::string currentLayer() const override { return "0"; }
-  host::Color currentColor() const override { return {}; }
-  host::EntityProps defaultProps() const override { return {}; }
-  host::ObjectId namedObjectsDictionary() const override { return {}; }
-  std::optional<host::ObjectId> dictionaryLookup(host::ObjectId, const std::string&) const override {
-    return std::nullopt;
-  }
-  host::ErrorStatus dictionarySet(host::ObjectId, const std::string&, host::ObjectId) override {
-    return host::ErrorStatus::eNotApplicable;
-  }
-  host::ErrorStatus dictionaryRemove(host::ObjectId, const std::string&) override {
-    return host::ErrorStatus::eNotApplicable;
-  }
-  std::optional<host::DbObject> readObject(host::ObjectId) const override { return std::nullopt; }
-  host::ErrorStatus writeObject(host::DbObject&) override { return host::ErrorStatus::eNotApplicable; }
-  std::vector<host::ObjectId> reactorsOf(host::ObjectId) const override { return {}; }
-  host::ErrorStatus addReactor(host::ObjectId, host::ObjectId) override { return host::ErrorStatus::eNotApplicable; }
-  host::ErrorStatus removeReactor(host::ObjectId, host::ObjectId) override { return host::ErrorStatus::eNotApplicable; }
 
  private:
   std::uint64_t next_ = 2;

@@ -8,6 +8,7 @@
 #include "formula_host.h"
 #include "frame/language.h"
 #include "geom/curve_kind.h"
+#include "tests/support/languages.h"
 
 namespace formula {
 namespace {
@@ -234,8 +235,7 @@ TEST(CoordinateFrame, TickStepsAreOneTwoOrFiveTimesAPowerOfTen) {
   EXPECT_EQ(tickStep({-4000, 0, 0, 10}), 1000);
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, Dialog, ::testing::Values(false, true),
-                         [](const auto& info) { return info.param ? "Chinese" : "English"; });
+INSTANTIATE_TEST_SUITE_P(Languages, Dialog, ::testing::Values(false, true), test_support::languageName);
 
 }  // namespace
 }  // namespace formula

@@ -1,17 +1,11 @@
 #pragma once
 // A plug-in session on the embedded host for end-to-end tests: a fresh
-// settings file and plug-in folder in a temporary directory, the module
-// loaded, and scripts run through the host's command line.
-#include <cstdlib>
+// settings file and plug-in folder, menus on demand, drawing messages.
 #include <filesystem>
 #include <fstream>
-#include <memory>
-#include <sstream>
 #include <string>
 
-#include "frame/module.h"
-#include "standalone/editor/answer_source.h"
-#include "standalone/editor/embedded_host.h"
+#include "tests/support/host_session.h"
 
 namespace frame_test {
 
@@ -19,27 +13,15 @@ namespace frame_test {
 inline constexpr const char* kMenuText =
     "CORVANE-MENU 1\nGROUP CORVANE\nPOPUP POP1 Corvane\nITEM Divide polylines | ^C^C_ZORL_PLDevide\n";
 
-class EmbeddedSession {
+class EmbeddedSession : public test_support::HostSession {
  public:
   // folderName: the plug-in folder below the temporary directory (may hold backslashes).
-  explicit EmbeddedSession(std::string folderName = "plugin") {
-    // Pages are only noted in the transcript: there is no display in a test.
-    unsetenv("DISPLAY");
-    unsetenv("WAYLAND_DISPLAY");
-    char pattern[] = "/tmp/corvane-frame-XXXXXX";
-    root_ = mkdtemp(pattern);
-    folder_ = root_ / folderName;
+  explicit EmbeddedSession(const std::string& folderName = "plugin")
+      : HostSession("frame"), folder_(root() / folderName) {
     std::filesystem::create_directories(folder_);
-  }
-  ~EmbeddedSession() {
-    module_.reset();
-    host_.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(root_, ignored);
   }
 
   std::filesystem::path folder() const { return folder_; }
-  std::string settingsPath() const { return (root_ / "settings.reg").string(); }
   // The settings file as the plug-in sees it, usable before the host exists.
   standalone::SettingsFile settingsFile() const { return standalone::SettingsFile(settingsPath()); }
 
@@ -49,39 +31,17 @@ class EmbeddedSession {
 
   // Starts the host over an empty drawing and sends the initialisation message.
   void load() {
-    standalone::EmbeddedHostOptions options;
-    options.settingsPath = settingsPath();
-    options.modulePath = (folder_ / "corvane").string();
-    host_ = std::make_unique<standalone::EmbeddedHost>(standalone::DrawingDatabase::createEmpty(), out_, options);
-    module_ = std::make_unique<frame::Module>(host_->host());
-    module_->acrxEntryPoint(frame::AppMsg::kInitAppMsg);
+    start(standalone::DrawingDatabase::createEmpty(), folder_ / "corvane", [](standalone::EmbeddedHost&) {});
   }
   // A drawing is opened: the menu message, then the queued expressions as after a command.
   void openDrawing() {
-    module_->acrxEntryPoint(frame::AppMsg::kLoadDwgMsg);
-    host_->hostCommands().runQueuedExpressions();
+    module().acrxEntryPoint(frame::AppMsg::kLoadDwgMsg);
+    host().hostCommands().runQueuedExpressions();
   }
-  void unload() { module_->acrxEntryPoint(frame::AppMsg::kUnloadAppMsg); }
-
-  // Runs a script; returns what it added to the transcript.
-  std::string run(const std::string& script) {
-    std::size_t before = out_.str().size();
-    auto source = standalone::ScriptReader::fromText("test.scr", script);
-    lastResult_ = host_->run(source);
-    return out_.str().substr(before);
-  }
-
-  std::string transcript() const { return out_.str(); }
-  const standalone::SessionResult& lastResult() const { return lastResult_; }
-  standalone::EmbeddedHost& host() { return *host_; }
-  frame::Module& module() { return *module_; }
+  void unload() { module().acrxEntryPoint(frame::AppMsg::kUnloadAppMsg); }
 
  private:
-  std::filesystem::path root_, folder_;
-  std::ostringstream out_;
-  std::unique_ptr<standalone::EmbeddedHost> host_;
-  std::unique_ptr<frame::Module> module_;
-  standalone::SessionResult lastResult_;
+  std::filesystem::path folder_;
 };
 
 }  // namespace frame_test

@@ -14,25 +14,15 @@
 namespace commands_test {
 
 CommandSession::CommandSession(Language language)
-    : language_(language), draft_(standalone::DrawingDatabase::createEmpty("AC1027")) {
-  unsetenv("DISPLAY");
-  unsetenv("WAYLAND_DISPLAY");
-  char pattern[] = "/tmp/corvane-commands-XXXXXX";
-  dir_ = mkdtemp(pattern);
+    : HostSession("commands"), language_(language), draft_(standalone::DrawingDatabase::createEmpty("AC1027")) {
   // The load counter past the pages shown on the first loads keeps the transcript to the commands.
-  std::ofstream(dir_ / "settings.reg") << "Windows Registry Editor Version 5.00\n\n"
-                                          "[HKEY_CURRENT_USER\\Software\\Brightvale\\Corvane]\n"
-                                       << "\"ChineseVersion\"=dword:0000000" << (chinese() ? 1 : 0) << "\n"
-                                       << "\"pagetimes\"=dword:0000000a\n";
+  std::ofstream(settingsPath()) << "Windows Registry Editor Version 5.00\n\n"
+                                   "[HKEY_CURRENT_USER\\Software\\Brightvale\\Corvane]\n"
+                                << "\"ChineseVersion\"=dword:0000000" << (chinese() ? 1 : 0) << "\n"
+                                << "\"pagetimes\"=dword:0000000a\n";
 }
 
-CommandSession::~CommandSession() {
-  module_.reset();
-  host_.reset();
-  frame::setChinese(false);
-  std::error_code ignored;
-  std::filesystem::remove_all(dir_, ignored);
-}
+CommandSession::~CommandSession() { frame::setChinese(false); }
 
 host::ObjectId CommandSession::add(host::EntityData data, const std::string& layer, int color) {
   host::Entity e;
@@ -44,35 +34,23 @@ host::ObjectId CommandSession::add(host::EntityData data, const std::string& lay
 }
 
 void CommandSession::start() {
-  std::filesystem::path in = dir_ / "in.dxf";
+  std::filesystem::path in = root() / "in.dxf";
   standalone::saveDxf(draft_, in);
-  standalone::EmbeddedHostOptions options;
-  options.settingsPath = (dir_ / "settings.reg").string();
-  options.modulePath = (dir_ / "corvane").string();
-  host_ = std::make_unique<standalone::EmbeddedHost>(standalone::loadDxf(in), out_, options);
-  standalone::addPolylineEditCommands(host_->hostCommands());
-  module_ = std::make_unique<frame::Module>(host_->host());
-  module_->acrxEntryPoint(frame::AppMsg::kInitAppMsg);
+  HostSession::start(standalone::loadDxf(in), root() / "corvane",
+                     [](standalone::EmbeddedHost& h) { standalone::addPolylineEditCommands(h.hostCommands()); });
 }
 
-std::string CommandSession::run(const std::string& script) {
-  std::size_t before = out_.str().size();
-  auto source = standalone::ScriptReader::fromText("test.scr", script);
-  host_->run(source);
-  return out_.str().substr(before);
-}
-
-std::vector<host::Entity> CommandSession::entities() const {
+std::vector<host::Entity> CommandSession::entities() {
   std::vector<host::Entity> out;
-  const auto& db = host_->drawing();
+  const auto& db = host().drawing();
   for (host::ObjectId id : db.entitiesOf(db.modelSpace()))
     if (auto e = db.read(id)) out.push_back(*e);
   return out;
 }
 
 std::vector<std::string> CommandSession::readBackWithEzdxf() {
-  std::filesystem::path out = dir_ / "out.dxf";
-  standalone::saveDxf(host_->drawing(), out);
+  std::filesystem::path out = root() / "out.dxf";
+  standalone::saveDxf(host().drawing(), out);
   std::string cmd = std::string(CORVANE_PYTHON) + " " + CORVANE_DUMP_DXF + " " + out.string() + " 2>&1";
   FILE* pipe = popen(cmd.c_str(), "r");
   if (!pipe) throw std::runtime_error("cannot run " + cmd);
@@ -142,7 +120,7 @@ testing::AssertionResult CommandSession::says(const std::string& transcript, con
 
 host::ResBuf CommandSession::sysvar(const char* name) {
   host::ResBuf value;
-  host_->host().sysvars.getVar(name, value);
+  host().host().sysvars.getVar(name, value);
   return value;
 }
 

@@ -2,42 +2,33 @@
 // A drawing saved as DXF, loaded into the embedded host with the plug-in's
 // module and the host's PEDIT, driven by a script in the chosen language,
 // and the result saved as DXF again for an independent reader.
-#include <filesystem>
-#include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "frame/module.h"
-#include "standalone/editor/embedded_host.h"
+#include "tests/support/host_session.h"
 #include "tests/support/languages.h"
 
 namespace commands_test {
 
 enum class Language { kEnglish, kChinese };
 
-class CommandSession {
+class CommandSession : public test_support::HostSession {
  public:
   explicit CommandSession(Language language);
   ~CommandSession();
-  CommandSession(const CommandSession&) = delete;
-  CommandSession& operator=(const CommandSession&) = delete;
 
   // Adds an entity to the drawing that will be saved and loaded; its id.
   host::ObjectId add(host::EntityData data, const std::string& layer = "0", int color = 256);
   // Saves the drawing as DXF, loads that file into a fresh host and loads the module.
   void start();
-  // Runs a script; the transcript it produced.
-  std::string run(const std::string& script);
-
-  standalone::EmbeddedHost& host() { return *host_; }
-  std::optional<host::Entity> read(host::ObjectId id) const { return host_->drawing().read(id); }
+  // The entity as the running host holds it, if it is still there.
+  std::optional<host::Entity> read(host::ObjectId id) { return host().drawing().read(id); }
   // Live entities of model space in drawing order.
-  std::vector<host::Entity> entities() const;
+  std::vector<host::Entity> entities();
   template <class T>
-  std::vector<host::Entity> entitiesOf() const {
+  std::vector<host::Entity> entitiesOf() {
     std::vector<host::Entity> out;
     for (auto& e : entities())
       if (std::holds_alternative<T>(e.data)) out.push_back(e);
@@ -62,11 +53,7 @@ class CommandSession {
 
  private:
   Language language_;
-  std::filesystem::path dir_;
   standalone::DrawingDatabase draft_;
-  std::ostringstream out_;
-  std::unique_ptr<standalone::EmbeddedHost> host_;
-  std::unique_ptr<frame::Module> module_;
 };
 
 // Names the instances of a suite run once per language.

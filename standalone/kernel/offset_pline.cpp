@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "standalone/kernel/offset_winding.h"
 #include "standalone/kernel/spatial_grid.h"
 
 namespace standalone::kernel {
@@ -11,6 +12,10 @@ namespace standalone::kernel {
 namespace {
 
 constexpr double kPi = std::numbers::pi;
+
+// Sine of the largest turn at an inner corner that is joined at the meeting
+// point of its segments rather than by a detour through the source vertex.
+constexpr double kGentleTurn = 0.05;
 
 double wrapAngle(double a) {  // into (-π, π]
   a = std::fmod(a, 2 * kPi);
@@ -26,7 +31,8 @@ struct RawSeg {
   bool arc = false;
   Vec2 c;
   double r = 0, sweep0 = 0;
-  Vec2 sourceEnd;  // the source vertex this segment's end was offset from
+  Vec2 sourceEnd;      // the source vertex this segment's end was offset from
+  Vec2 tStart, tEnd;   // the source's unit tangents at the two ends
 
   double bulge() const {
     if (!arc) return 0;
@@ -36,22 +42,21 @@ struct RawSeg {
   }
 };
 
-Box2 boxOf(const Seg& s) {
-  Box2 b{std::min(s.a.x, s.b.x), std::min(s.a.y, s.b.y), std::max(s.a.x, s.b.x), std::max(s.a.y, s.b.y)};
-  if (s.isArc() && (s.b - s.a).length() > 0) {
-    Arc2 c = s.arc();
-    for (int k = 0; k < 4; ++k) {
-      Vec2 p = c.c + Vec2{std::cos(k * kPi / 2), std::sin(k * kPi / 2)} * c.r;
-      if (onArc(c, p, 0)) {
-        b.minX = std::min(b.minX, p.x), b.maxX = std::max(b.maxX, p.x);
-        b.minY = std::min(b.minY, p.y), b.maxY = std::max(b.maxY, p.y);
-      }
-    }
-  }
-  return b;
+// Unit tangent of a source segment at fraction 0 or 1.
+Vec2 tangentAt(const Seg& s, bool atEnd) {
+  Vec2 chord = s.b - s.a;
+  double len = chord.length();
+  Vec2 dir = chord * (1 / len);
+  if (!s.isArc()) return dir;
+  // The tangent leaves the chord by half the sweep at either end.
+  double half = 2 * std::atan(s.bulge) * (atEnd ? 1 : -1);
+  return {dir.x * std::cos(half) - dir.y * std::sin(half), dir.x * std::sin(half) + dir.y * std::cos(half)};
 }
 
-// Phase 1: every source segment moved to the right by d on its own.
+// Phase 1: every source segment moved to the right by d on its own. An arc
+// that the offset turns inside out becomes two lines through its centre:
+// like the detour through the vertex at inner corners, that keeps the
+// winding of the raw offset true, so the loop it makes is dropped later.
 std::vector<RawSeg> rawOffset(const Pline2& src, double d, double tol) {
   std::vector<RawSeg> out;
   for (size_t i = 0; i < src.segmentCount(); ++i) {
@@ -60,19 +65,30 @@ std::vector<RawSeg> rawOffset(const Pline2& src, double d, double tol) {
     if (len <= tol) continue;
     RawSeg r;
     r.sourceEnd = s.b;
+    r.tStart = tangentAt(s, false), r.tEnd = tangentAt(s, true);
     if (!s.isArc()) {
       Vec2 dir = (s.b - s.a) * (1 / len), right{dir.y, -dir.x};
       r.a = s.a + right * d, r.b = s.b + right * d;
-    } else {
-      Arc2 c = s.arc();
-      // The right side of a counter-clockwise arc is its outside.
-      double nr = c.sweep > 0 ? c.r + d : c.r - d;
-      r.a = c.c + (s.a - c.c) * (nr / c.r), r.b = c.c + (s.b - c.c) * (nr / c.r);
-      if (nr > tol) r.arc = true, r.c = c.c, r.r = nr, r.sweep0 = c.sweep;
-      // A collapsed arc stays as the chord between its turned-over ends;
-      // the slice phase discards it.
+      out.push_back(r);
+      continue;
     }
-    out.push_back(r);
+    Arc2 c = s.arc();
+    // The right side of a counter-clockwise arc is its outside.
+    double nr = c.sweep > 0 ? c.r + d : c.r - d;
+    r.a = c.c + (s.a - c.c) * (nr / c.r), r.b = c.c + (s.b - c.c) * (nr / c.r);
+    if (nr > tol) {
+      r.arc = true, r.c = c.c, r.r = nr, r.sweep0 = c.sweep;
+      out.push_back(r);
+      continue;
+    }
+    if (nr > -tol) continue;  // shrinks to its centre: the neighbours' join covers it
+    RawSeg in = r, back = r;
+    in.b = c.c, back.a = c.c;
+    in.sourceEnd = c.c;
+    in.tEnd = (c.c - r.a) * (1 / (c.c - r.a).length());
+    back.tStart = (r.b - c.c) * (1 / (r.b - c.c).length());
+    out.push_back(in);
+    out.push_back(back);
   }
   return out;
 }
@@ -96,18 +112,46 @@ std::vector<Vec2> supportIntersections(const RawSeg& s, const RawSeg& t, double 
 struct Join {
   std::optional<Vec2> point;    // meeting point of the two segments
   std::optional<PVertex> fill;  // or the start of an arc that bridges the gap
+  std::optional<Vec2> via;      // or, at an inner corner, the source vertex to pass through
 };
 
-Join joinOf(const RawSeg& s1, const RawSeg& s2, double tol) {
-  if ((s1.b - s2.a).length() <= tol) return {s1.b, std::nullopt};
+// Does the corner between two raw segments lie on the inner side of the
+// turn (where their offsets overlap)? A full reversal counts as inner.
+bool innerCorner(const RawSeg& s1, const RawSeg& s2, double d) {
+  double turn = s1.tEnd.cross(s2.tStart);
+  if (std::abs(turn) <= 1e-12) return s1.tEnd.dot(s2.tStart) < 0;
+  return turn * d < 0;
+}
+
+// Does a point of the segment's support lie on the segment itself?
+bool liesOn(const RawSeg& s, Vec2 p, double tol) {
+  if (!s.arc) return onSegment(Segment2{s.a, s.b, true}, p, tol);
+  double start = std::atan2(s.a.y - s.c.y, s.a.x - s.c.x);
+  return onArc(Arc2{s.c, s.r, start, 4 * std::atan(s.bulge()), true}, p, tol);
+}
+
+// At inner corners the raw ends are joined through the source vertex (a
+// detour that the trim removes) rather than at the supports' meeting point:
+// short or nearly reversed segments would put that point far away.
+Join joinOf(const RawSeg& s1, const RawSeg& s2, double d, double tol) {
+  if ((s1.b - s2.a).length() <= tol) return {s1.b, std::nullopt, std::nullopt};
   auto xs = supportIntersections(s1, s2, tol);
   Vec2 mid = (s1.b + s2.a) * 0.5;
   auto best = std::min_element(xs.begin(), xs.end(),
                                [&](Vec2 p, Vec2 q) { return (p - mid).length() < (q - mid).length(); });
-  if (best != xs.end()) return {*best, std::nullopt};
+  if (innerCorner(s1, s2, d)) {
+    // At a gentle turn whose segments both reach their meeting point,
+    // trimming them there is what the detour would come to, without the
+    // near-coincident legs that no point beside them can tell apart.
+    bool gentle = std::abs(s1.tEnd.cross(s2.tStart)) < kGentleTurn && s1.tEnd.dot(s2.tStart) > 0;
+    if (gentle && best != xs.end() && liesOn(s1, *best, tol) && liesOn(s2, *best, tol))
+      return {*best, std::nullopt, std::nullopt};
+    return {std::nullopt, std::nullopt, s1.sourceEnd};
+  }
+  if (best != xs.end()) return {*best, std::nullopt, std::nullopt};
   Vec2 v = s1.sourceEnd;
   double sweep = wrapAngle(std::atan2(s2.a.y - v.y, s2.a.x - v.x) - std::atan2(s1.b.y - v.y, s1.b.x - v.x));
-  return {std::nullopt, PVertex{s1.b, std::tan(sweep / 4)}};
+  return {std::nullopt, PVertex{s1.b, std::tan(sweep / 4)}, std::nullopt};
 }
 
 // Does the segment run backwards between its joined ends?
@@ -118,7 +162,7 @@ bool runsBackwards(const RawSeg& s, Vec2 start, Vec2 end) {
   return 4 * std::atan(moved.bulge()) * s.sweep0 < 0;
 }
 
-Pline2 joinCorners(const std::vector<RawSeg>& raw, bool closed, double tol) {
+Pline2 joinCorners(const std::vector<RawSeg>& raw, bool closed, double d, double tol) {
   size_t n = raw.size();
   std::vector<size_t> prev(n), next(n);
   for (size_t k = 0; k < n; ++k) prev[k] = (k + n - 1) % n, next[k] = (k + 1) % n;
@@ -126,7 +170,7 @@ Pline2 joinCorners(const std::vector<RawSeg>& raw, bool closed, double tol) {
   std::vector<Join> joins(n);  // joins[k]: between k and next[k]
   auto hasJoinAfter = [&](size_t k) { return closed || k != n - 1; };
   for (size_t k = 0; k < n; ++k)
-    if (hasJoinAfter(k) && n > 1) joins[k] = joinOf(raw[k], raw[next[k]], tol);
+    if (hasJoinAfter(k) && n > 1) joins[k] = joinOf(raw[k], raw[next[k]], d, tol);
   auto startOf = [&](size_t k) {
     bool joined = closed || k != 0;
     return joined && joins[prev[k]].point ? *joins[prev[k]].point : raw[k].a;
@@ -143,7 +187,7 @@ Pline2 joinCorners(const std::vector<RawSeg>& raw, bool closed, double tol) {
     Vec2 a = startOf(k), b = endOf(k);
     if (!runsBackwards(raw[k], a, b)) continue;
     size_t p = prev[k], q = next[k];
-    Join direct = joinOf(raw[p], raw[q], tol);
+    Join direct = joinOf(raw[p], raw[q], d, tol);
     // Only where the neighbours meet within the span of the turned-back
     // segment: a far meeting point means the segment matters after all.
     double span = (b - a).length() + (raw[k].b - raw[k].a).length();
@@ -170,6 +214,10 @@ Pline2 joinCorners(const std::vector<RawSeg>& raw, bool closed, double tol) {
       f.p = s.b;
       out.vertices.push_back(f);
     }
+    if (hasJoinAfter(k) && joins[k].via) {
+      out.vertices.push_back({s.b, 0});
+      out.vertices.push_back({*joins[k].via, 0});
+    }
     if (!closed && k == n - 1) {
       out.vertices.push_back({s.b, 0});
       break;
@@ -192,14 +240,14 @@ std::vector<SubSeg> splitAtSelfIntersections(const Pline2& pl, double tol) {
   std::vector<Box2> boxes;
   for (size_t i = 0; i < n; ++i) {
     segs.push_back(segmentOf(pl, i));
-    Box2 b = boxOf(segs.back());
+    Box2 b = segmentBox(segs.back());
     b.minX -= tol, b.minY -= tol, b.maxX += tol, b.maxY += tol;
     boxes.push_back(b);
   }
   std::vector<std::vector<double>> cuts(n);
   SpatialGrid grid(boxes);
   for (size_t i = 0; i < n; ++i) {
-    grid.query(boxes[i], [&](size_t j) {
+    auto visit = [&](size_t j) {
       if (j <= i) return false;
       bool next = j == i + 1, wrap = pl.closed && i == 0 && j == n - 1;
       for (Vec2 p : intersectSegs(segs[i], segs[j], tol)) {
@@ -210,7 +258,8 @@ std::vector<SubSeg> splitAtSelfIntersections(const Pline2& pl, double tol) {
         cuts[j].push_back(segs[j].fractionAt(p));
       }
       return false;
-    });
+    };
+    grid.query(boxes[i], visit);
   }
   std::vector<SubSeg> out;
   for (size_t i = 0; i < n; ++i) {
@@ -244,10 +293,10 @@ std::vector<SubSeg> splitAtSelfIntersections(const Pline2& pl, double tol) {
   return out;
 }
 
-// Phase 4: slices are the runs between split points; a slice stays when all
-// its points keep at least |d| from the source.
-std::vector<std::vector<Seg>> validSlices(const std::vector<SubSeg>& subs, const Pline2& src, bool closed, double d,
-                                          double tol) {
+double signedArea(const Pline2& pl);
+
+// Phase 4: slices are the runs between split points.
+std::vector<std::vector<Seg>> slicesOf(const std::vector<SubSeg>& subs, bool closed) {
   std::vector<std::vector<Seg>> slices;
   size_t first = 0;
   if (closed) {
@@ -259,11 +308,44 @@ std::vector<std::vector<Seg>> validSlices(const std::vector<SubSeg>& subs, const
     if (slices.empty() || s.startsAtSplit) slices.emplace_back();
     slices.back().push_back(s.seg);
   }
+  return slices;
+}
+
+// Of a closed offset, a slice stays when it bounds the region the raw offset
+// winds once about in the source's sense (+1 counter-clockwise, -1
+// clockwise): that region lies on the slice's left for a counter-clockwise
+// source and on its right for a clockwise one. Between split points the raw
+// offset does not cross itself, so one point beside the slice decides.
+std::vector<std::vector<Seg>> slicesBoundingTheRegion(std::vector<std::vector<Seg>> slices, const Pline2& joined,
+                                                     double sense, double tol) {
+  WindingCounter winding(joined);
+  int want = sense > 0 ? 1 : -1;
+  std::vector<std::vector<Seg>> kept;
+  for (auto& slice : slices) {
+    const Seg& s = *std::max_element(slice.begin(), slice.end(),
+                                     [](const Seg& x, const Seg& y) { return x.length() < y.length(); });
+    Vec2 chord = s.b - s.a;
+    double len = chord.length();
+    if (len == 0) continue;
+    // At its middle an arc runs parallel to its chord.
+    Vec2 left{-chord.y / len, chord.x / len};
+    double step = std::max(10 * tol, std::min(1e3 * tol, 0.01 * s.length()));
+    Vec2 beside = s.pointAt(0.5) + left * (step * want);
+    int w = winding.windingAt(beside);
+    if (w == want) kept.push_back(std::move(slice));
+  }
+  return kept;
+}
+
+// Of an open offset, a slice stays when all its points keep at least |d|
+// from the source.
+std::vector<std::vector<Seg>> slicesFarEnough(std::vector<std::vector<Seg>> slices, const Pline2& src, double d,
+                                              double tol) {
   std::vector<Seg> source;
   std::vector<Box2> boxes;
   for (size_t i = 0; i < src.segmentCount(); ++i) {
     source.push_back(segmentOf(src, i));
-    boxes.push_back(boxOf(source.back()));
+    boxes.push_back(segmentBox(source.back()));
   }
   if (source.empty()) {  // a lone vertex offsets to nothing
     return {};
@@ -375,9 +457,11 @@ std::vector<Pline2> offsetPline(const Pline2& source, double d, double tol) {
   if (d == 0) return {source};
   auto raw = rawOffset(source, d, tol);
   if (raw.empty()) return {};
-  Pline2 joined = joinCorners(raw, source.closed, tol);
+  Pline2 joined = joinCorners(raw, source.closed, d, tol);
   auto subs = splitAtSelfIntersections(joined, tol);
-  auto slices = validSlices(subs, source, source.closed, d, tol);
+  auto slices = slicesOf(subs, source.closed);
+  slices = source.closed ? slicesBoundingTheRegion(std::move(slices), joined, signedArea(source), tol)
+                         : slicesFarEnough(std::move(slices), source, d, tol);
   auto result = stitch(std::move(slices), tol);
   // Loops that run against the source's sense are knots of mitre spikes, not offsets.
   if (source.closed) {

@@ -42,7 +42,8 @@ inline std::vector<host::Line> randomSegments(int count) {
 }
 
 // A closed wavy star of `vertices` vertices, radius about 100 with a little
-// noise; bulges in ±0.005 when bulged (arc radii above 3, more than the offsets).
+// noise; bulges in ±0.05 when bulged (arc radii down to about 0.3, far below
+// the offsets: the hard case for trimming).
 inline host::LwPolyline wavyStar(int vertices, bool bulged) {
   Lcg rng;
   host::LwPolyline pl;
@@ -50,7 +51,7 @@ inline host::LwPolyline wavyStar(int vertices, bool bulged) {
   for (int i = 0; i < vertices; ++i) {
     double a = 2 * std::numbers::pi * i / vertices;
     double r = 100 + 10 * std::sin(17 * a) + 0.001 * rng.next();
-    double b = 0.005 * (2 * rng.next() - 1);
+    double b = 0.05 * (2 * rng.next() - 1);
     pl.vertices.push_back({r * std::cos(a), r * std::sin(a), bulged ? b : 0.0});
   }
   return pl;

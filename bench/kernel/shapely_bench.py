@@ -49,7 +49,7 @@ def wavy_star(n, arc_segments=0):
     for i in range(n):
         a = 2 * math.pi * i / n
         r = 100 + 10 * math.sin(17 * a) + 0.001 * rng.next()
-        b = 0.005 * (2 * rng.next() - 1)
+        b = 0.05 * (2 * rng.next() - 1)
         verts.append((r * math.cos(a), r * math.sin(a), b))
     if not arc_segments:
         return Polygon([(x, y) for x, y, _ in verts])

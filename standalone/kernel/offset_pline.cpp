@@ -53,10 +53,8 @@ Vec2 tangentAt(const Seg& s, bool atEnd) {
   return {dir.x * std::cos(half) - dir.y * std::sin(half), dir.x * std::sin(half) + dir.y * std::cos(half)};
 }
 
-// Phase 1: every source segment moved to the right by d on its own. An arc
-// that the offset turns inside out becomes two lines through its centre:
-// like the detour through the vertex at inner corners, that keeps the
-// winding of the raw offset true, so the loop it makes is dropped later.
+// Phase 1: every source segment moved to the right by d on its own; arcs
+// whose radius would become zero or less are left out.
 std::vector<RawSeg> rawOffset(const Pline2& src, double d, double tol) {
   std::vector<RawSeg> out;
   for (size_t i = 0; i < src.segmentCount(); ++i) {
@@ -81,14 +79,8 @@ std::vector<RawSeg> rawOffset(const Pline2& src, double d, double tol) {
       out.push_back(r);
       continue;
     }
-    if (nr > -tol) continue;  // shrinks to its centre: the neighbours' join covers it
-    RawSeg in = r, back = r;
-    in.b = c.c, back.a = c.c;
-    in.sourceEnd = c.c;
-    in.tEnd = (c.c - r.a) * (1 / (c.c - r.a).length());
-    back.tStart = (r.b - c.c) * (1 / (r.b - c.c).length());
-    out.push_back(in);
-    out.push_back(back);
+    // Turned inside out: the arc is removed and its neighbours joined
+    // across it (extended to meet, or by a detour at an inner corner).
   }
   return out;
 }
@@ -337,34 +329,50 @@ std::vector<std::vector<Seg>> slicesBoundingTheRegion(std::vector<std::vector<Se
   return kept;
 }
 
+// Tells whether points keep at least |d| (less a rounding margin) from the source.
+class SourceClearance {
+ public:
+  SourceClearance(const Pline2& src, double d, double tol)
+      : source_(segmentsOf(src)), grid_(boxesOf(source_), std::abs(d) / 2),  // cells about the query size
+        need_(std::abs(d) - std::max(1e3 * tol, 1e-9 * std::abs(d))) {}
+
+  bool farEnough(Vec2 p) const {
+    bool ok = true;
+    grid_.query(Box2{p.x - need_, p.y - need_, p.x + need_, p.y + need_}, [&](size_t i) {
+      // The box's nearest point first: most candidates are ruled out by it.
+      const Box2& b = grid_.box(i);
+      double dx = std::max({b.minX - p.x, 0.0, p.x - b.maxX}), dy = std::max({b.minY - p.y, 0.0, p.y - b.maxY});
+      if (dx * dx + dy * dy >= need_ * need_) return false;
+      if (distanceToSegment(source_[i], p) < need_) ok = false;
+      return !ok;
+    });
+    return ok;
+  }
+
+ private:
+  static std::vector<Seg> segmentsOf(const Pline2& pl) {
+    std::vector<Seg> out;
+    for (size_t i = 0; i < pl.segmentCount(); ++i) out.push_back(segmentOf(pl, i));
+    return out;
+  }
+  static std::vector<Box2> boxesOf(const std::vector<Seg>& segs) {
+    std::vector<Box2> out;
+    for (const auto& s : segs) out.push_back(segmentBox(s));
+    return out;
+  }
+
+  std::vector<Seg> source_;
+  SpatialGrid grid_;
+  double need_;
+};
+
 // Of an open offset, a slice stays when all its points keep at least |d|
 // from the source.
 std::vector<std::vector<Seg>> slicesFarEnough(std::vector<std::vector<Seg>> slices, const Pline2& src, double d,
                                               double tol) {
-  std::vector<Seg> source;
-  std::vector<Box2> boxes;
-  for (size_t i = 0; i < src.segmentCount(); ++i) {
-    source.push_back(segmentOf(src, i));
-    boxes.push_back(segmentBox(source.back()));
-  }
-  if (source.empty()) {  // a lone vertex offsets to nothing
-    return {};
-  }
-  // Queries reach |d| around a point: cells about that size keep them to a few cells.
-  SpatialGrid grid(boxes, std::abs(d) / 2);
-  double need = std::abs(d) - std::max(1e3 * tol, 1e-9 * std::abs(d));
-  auto farEnough = [&](Vec2 p) {
-    bool ok = true;
-    grid.query(Box2{p.x - need, p.y - need, p.x + need, p.y + need}, [&](size_t i) {
-      // The box's nearest point first: most candidates are ruled out by it.
-      const Box2& b = grid.box(i);
-      double dx = std::max({b.minX - p.x, 0.0, p.x - b.maxX}), dy = std::max({b.minY - p.y, 0.0, p.y - b.maxY});
-      if (dx * dx + dy * dy >= need * need) return false;
-      if (distanceToSegment(source[i], p) < need) ok = false;
-      return !ok;
-    });
-    return ok;
-  };
+  if (src.segmentCount() == 0) return {};  // a lone vertex offsets to nothing
+  SourceClearance clearance(src, d, tol);
+  auto farEnough = [&](Vec2 p) { return clearance.farEnough(p); };
   std::vector<std::vector<Seg>> kept;
   for (auto& slice : slices) {
     bool ok = true;
@@ -451,6 +459,13 @@ double signedArea(const Pline2& pl) {
   return twice / 2;
 }
 
+// Do more than half of the loop's segments keep their middle at |d| from the source?
+bool mostlyClear(const Pline2& loop, const SourceClearance& clearance) {
+  size_t clear = 0, n = loop.segmentCount();
+  for (size_t i = 0; i < n; ++i) clear += clearance.farEnough(segmentOf(loop, i).pointAt(0.5)) ? 1 : 0;
+  return 2 * clear > n;
+}
+
 }  // namespace
 
 std::vector<Pline2> offsetPline(const Pline2& source, double d, double tol) {
@@ -467,6 +482,11 @@ std::vector<Pline2> offsetPline(const Pline2& source, double d, double tol) {
   if (source.closed) {
     double sense = signedArea(source);
     std::erase_if(result, [&](const Pline2& r) { return r.closed && signedArea(r) * sense <= 0; });
+    // Detours at inner corners and through the centres of turned-over arcs
+    // can cross one another and wind once about small islands lying within
+    // |d| of the source. An offset loop keeps most of its length at |d|.
+    SourceClearance clearance(source, d, tol);
+    std::erase_if(result, [&](const Pline2& r) { return !mostlyClear(r, clearance); });
     // Growing a closed curve gives one outline; smaller loops beside it are
     // knots of mitre spikes too.
     bool growing = (sense > 0) == (d > 0);

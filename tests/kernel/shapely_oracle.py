@@ -102,8 +102,8 @@ for case in range(120):
         size = max(ref.bounds[2] - ref.bounds[0], ref.bounds[3] - ref.bounds[1])
         check(h <= 1e-9 * size, f"offset shape case {case} d={d}: Hausdorff {h} of size {size}")
 
-# Dense noisy polygons (vertices jump radially by more than the chords are
-# long): closed loops only, as many as GEOS finds, with the same area.
+# Noisy polygons (vertices jump radially by a fifth of the chord length):
+# closed loops only, as many as GEOS finds, with the same area.
 for case in range(24):
     # Denser still (1000 and 3000 vertices, chords at or below the noise) the
     # areas differ from GEOS: by parts in 1e7 at 1000, up to 2 % at 3000

@@ -1,6 +1,7 @@
 #include "standalone/editor/command_line.h"
 
 #include <cmath>
+#include <type_traits>
 
 #include "host/codes.h"
 #include "standalone/editor/errors.h"
@@ -143,7 +144,8 @@ std::optional<std::string> CommandLine::signComplaint(int bits, double value) {
   return std::nullopt;
 }
 
-int CommandLine::getInt(std::string_view prompt, int& value) {
+template <class T, class ReadFn, class ComplaintFn>
+int CommandLine::readValue(std::string_view prompt, ReadFn read, ComplaintFn complaint, T& value) {
   InitGet ig = takeInitGet();
   while (true) {
     Answer a = ask(prompt, false);
@@ -152,80 +154,60 @@ int CommandLine::getInt(std::string_view prompt, int& value) {
       if (std::optional<int> rc = onEmpty(ig)) return *rc;
       continue;
     }
-    if (std::optional<int> v = parseInteger(a.text)) {
-      if (std::optional<std::string> why = signComplaint(ig.bits, *v)) {
-        complain(*why);
-        continue;
+    Read<T> r = read(a.text, ig);
+    if (r.cancelled) return host::RTCAN;
+    if (r.value) {
+      if constexpr (std::is_arithmetic_v<T>) {
+        if (std::optional<std::string> why = signComplaint(ig.bits, static_cast<double>(*r.value))) {
+          complain(*why);
+          continue;
+        }
       }
-      value = *v;
+      value = *r.value;
       return host::RTNORM;
     }
     if (std::optional<int> rc = onOther(ig, a.text)) return *rc;
-    complain(looksLikeInteger(a.text) ? "Requires an integer between -32768 and 32767." : "Requires an integer value.");
+    complain(complaint(a.text));
   }
+}
+
+int CommandLine::getInt(std::string_view prompt, int& value) {
+  return readValue(
+      prompt, [](const std::string& text, const InitGet&) { return Read<int>{parseInteger(text)}; },
+      [](const std::string& text) {
+        return looksLikeInteger(text) ? "Requires an integer between -32768 and 32767." : "Requires an integer value.";
+      },
+      value);
 }
 
 int CommandLine::getReal(std::string_view prompt, double& value) {
-  InitGet ig = takeInitGet();
-  while (true) {
-    Answer a = ask(prompt, false);
-    if (a.kind == Reply::kCancel) return host::RTCAN;
-    if (a.text.empty()) {
-      if (std::optional<int> rc = onEmpty(ig)) return *rc;
-      continue;
-    }
-    if (std::optional<double> v = parseReal(a.text)) {
-      if (std::optional<std::string> why = signComplaint(ig.bits, *v)) {
-        complain(*why);
-        continue;
-      }
-      value = *v;
-      return host::RTNORM;
-    }
-    if (std::optional<int> rc = onOther(ig, a.text)) return *rc;
-    complain("Requires numeric value.");
-  }
+  return readValue(
+      prompt, [](const std::string& text, const InitGet&) { return Read<double>{parseReal(text)}; },
+      [](const std::string&) { return "Requires numeric value."; }, value);
 }
 
 int CommandLine::getDist(const ge::Point3d* base, std::string_view prompt, double& value) {
-  InitGet ig = takeInitGet();
-  while (true) {
-    Answer a = ask(prompt, false);
-    if (a.kind == Reply::kCancel) return host::RTCAN;
-    if (a.text.empty()) {
-      if (std::optional<int> rc = onEmpty(ig)) return *rc;
-      continue;
+  auto read = [&](const std::string& text, const InitGet& ig) -> Read<double> {
+    if (std::optional<double> v = parseReal(text)) return {v};
+    std::optional<PointAnswer> p = parsePoint(text);
+    if (!p) return {};
+    // A point answer: the distance from the base point, or to a second point.
+    ge::Point3d first = resolvePoint(*p, lastPoint_);
+    lastPoint_ = first;
+    ge::Point3d from = first, to = first;
+    if (base) {
+      from = *base;
+    } else {
+      std::optional<ge::Point3d> second = askCorner("Specify second point: ");
+      if (!second) return {std::nullopt, true};
+      to = *second;
     }
-    std::optional<double> v = parseReal(a.text);
-    if (!v) {
-      if (std::optional<PointAnswer> p = parsePoint(a.text)) {
-        // A point answer: the distance from the base point, or to a second point.
-        ge::Point3d first = resolvePoint(*p, lastPoint_);
-        lastPoint_ = first;
-        ge::Point3d from = first, to = first;
-        if (base) {
-          from = *base;
-        } else {
-          std::optional<ge::Point3d> second = askCorner("Specify second point: ");
-          if (!second) return host::RTCAN;
-          to = *second;
-        }
-        ge::Vector3d d = to - from;
-        if (ig.bits & host::RSG_2D) d.z = 0;
-        v = d.length();
-      }
-    }
-    if (v) {
-      if (std::optional<std::string> why = signComplaint(ig.bits, *v)) {
-        complain(*why);
-        continue;
-      }
-      value = *v;
-      return host::RTNORM;
-    }
-    if (std::optional<int> rc = onOther(ig, a.text)) return *rc;
-    complain("Requires numeric distance or two points.");
-  }
+    ge::Vector3d d = to - from;
+    if (ig.bits & host::RSG_2D) d.z = 0;
+    return {d.length()};
+  };
+  return readValue(prompt, read, [](const std::string&) { return "Requires numeric distance or two points."; },
+                   value);
 }
 
 std::optional<ge::Point3d> CommandLine::askCorner(std::string_view prompt) {
@@ -241,22 +223,13 @@ std::optional<ge::Point3d> CommandLine::askCorner(std::string_view prompt) {
 }
 
 int CommandLine::getPoint(const ge::Point3d*, std::string_view prompt, ge::Point3d& value) {
-  InitGet ig = takeInitGet();
-  while (true) {
-    Answer a = ask(prompt, false);
-    if (a.kind == Reply::kCancel) return host::RTCAN;
-    if (a.text.empty()) {
-      if (std::optional<int> rc = onEmpty(ig)) return *rc;
-      continue;
-    }
-    if (std::optional<PointAnswer> p = parsePoint(a.text)) {
-      lastPoint_ = resolvePoint(*p, lastPoint_);
-      value = lastPoint_;
-      return host::RTNORM;
-    }
-    if (std::optional<int> rc = onOther(ig, a.text)) return *rc;
-    complain("Invalid point.");
-  }
+  auto read = [&](const std::string& text, const InitGet&) -> Read<ge::Point3d> {
+    std::optional<PointAnswer> p = parsePoint(text);
+    if (!p) return {};
+    lastPoint_ = resolvePoint(*p, lastPoint_);
+    return {lastPoint_};
+  };
+  return readValue(prompt, read, [](const std::string&) { return "Invalid point."; }, value);
 }
 
 int CommandLine::getKword(std::string_view prompt, std::string& keyword) {

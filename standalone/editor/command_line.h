@@ -85,6 +85,18 @@ class CommandLine : public host::Editor {
   static std::optional<std::string> signComplaint(int bits, double value);
   // Asks for a point until one is given; nothing when cancelled.
   std::optional<ge::Point3d> askCorner(std::string_view prompt);
+  // What a value prompt made of one answer: a value, nothing it understood,
+  // or a cancel (the second point of a distance can be cancelled).
+  template <class T>
+  struct Read {
+    std::optional<T> value;
+    bool cancelled = false;
+  };
+  // The loop every value prompt shares: Enter by the input bits, a value read
+  // from the answer and checked against the sign bits, keywords and other
+  // input; anything else gets the complaint and the prompt is asked again.
+  template <class T, class ReadFn, class ComplaintFn>
+  int readValue(std::string_view prompt, ReadFn read, ComplaintFn complaint, T& value);
   double pickAperture() const;
   int interactiveSelection(bool single, const class EntityFilter& filter, std::vector<host::ObjectId>& selection);
   std::vector<host::ObjectId> selectionAnswer(const std::string& text, bool& understood, bool& cancelled);

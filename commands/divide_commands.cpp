@@ -25,7 +25,6 @@ constexpr frame::Text kSpacingPrompt{"\nPlease enter the equal distance:", "\n�
 constexpr frame::Text kTooShort{
     "The line length is less than 4 times of the bisection distance, this curve will not be processed.",
     "\n线条长度小于4倍设定的等分距离，本曲线不处理。"};
-constexpr frame::Text kProcessed{"\nProcessed <%d > curve(s) OK.", "\n处理了< %d >根曲线。 "};
 
 constexpr int kFewestPoints = 4;
 constexpr int kMostPoints = 100;

@@ -12,7 +12,6 @@ namespace commands {
 
 namespace {
 
-constexpr frame::Text kProcessed{"\nProcessed <%d > curve(s) OK.", "\n处理了< %d >根曲线。 "};
 
 constexpr SelectionTexts kReverseSelection{{"Please select PLINE >\n", "请选择多段线>\n"},
                                            {"No PLINE selected.\n", "未选中多段线。\n"},

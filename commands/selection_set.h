@@ -9,6 +9,9 @@
 
 namespace commands {
 
+// The count line of the batch commands that report how many curves they processed.
+inline constexpr frame::Text kProcessed{"\nProcessed <%d > curve(s) OK.", "\n处理了< %d >根曲线。 "};
+
 struct SelectionTexts {
   frame::Text prompt;
   frame::Text notSelected;  // the selection failed or was cancelled

@@ -31,7 +31,6 @@ constexpr frame::Text kDivideQuestion{
 constexpr frame::Text kDividePointsPrompt{"\nDivide points 12~256[36]:", "\n等分点数12~256[36]:"};
 constexpr frame::Text kProjecting{"\nVertically project all kinds of curves to the XY plane of the world coordinate system...",
                                   "\n垂直投影各类曲线到世界坐标系XY平面..."};
-constexpr frame::Text kProcessed{"\nProcessed <%d > curve(s) OK.", "\n处理了< %d >根曲线。 "};
 constexpr frame::Text kProjected{"\n< %d > new curves added.", "\n生成了< %d >根投影曲线。 "};
 
 constexpr int kDefaultPrecision = 10;

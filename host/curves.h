@@ -4,6 +4,9 @@
 // 0..2pi from its OCS X axis, an arc from its start to its end angle, an
 // ellipse over its own parameters, polylines over vertex indices (end n-1
 // open, n closed), splines over their knot range.
+#include <functional>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "ge/extents.h"
@@ -21,6 +24,15 @@ struct Plane {
   ge::Point3d origin;
   ge::Vector3d normal = ge::kZAxis;
 };
+
+// What a block holds, for the extents of its references: its base point and
+// its entities in block coordinates.
+struct BlockContents {
+  ge::Point3d basePoint;
+  std::vector<EntityData> entities;
+};
+// The contents of a block by name; nothing when the drawing has no such block.
+using BlockContentsLookup = std::function<std::optional<BlockContents>(const std::string& blockName)>;
 
 class CurveServices {
  public:
@@ -44,6 +56,15 @@ class CurveServices {
   virtual ErrorStatus getArea(const EntityData& c, double& area) const = 0;
   // Geometric extents of any entity kind with geometry.
   virtual ErrorStatus getGeomExtents(const EntityData& e, ge::Extents3d& ext) const = 0;
+  // Extents of a block reference from its block's entities as placed (scale,
+  // rotation, normal, column/row array), nested references followed; the
+  // caller supplies the block contents. A host whose entities know their
+  // drawing may ignore blocks.
+  virtual ErrorStatus getBlockReferenceExtents(const BlockReference& ref, const BlockContentsLookup& blocks,
+                                               ge::Extents3d& ext) const {
+    (void)ref, (void)blocks, (void)ext;
+    return ErrorStatus::eNotImplementedYet;
+  }
   // Points at ascending distances along the curve (getPointAtDist for many
   // distances at once; a host may answer it in one walk along the curve).
   virtual ErrorStatus getPointsAtDists(const EntityData& c, const std::vector<double>& dists,

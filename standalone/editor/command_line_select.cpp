@@ -5,6 +5,7 @@
 #include "host/codes.h"
 #include "standalone/editor/command_line.h"
 #include "standalone/editor/entity_filter.h"
+#include "standalone/editor/selection_shapes.h"
 
 namespace standalone {
 
@@ -23,6 +24,47 @@ std::string modeName(std::string_view mode) {
   std::string m = toUpperAscii(mode);
   if (m.starts_with("_")) m.erase(0, 1);
   return m;
+}
+
+// The points of a selection polygon or fence as the user gave them.
+struct OutlineAnswer {
+  std::vector<ge::Point3d> points;
+  bool cancelled = false;
+};
+
+Outline flattened(const std::vector<ge::Point3d>& points) {
+  Outline out;
+  for (const ge::Point3d& p : points) out.push_back({p.x, p.y});
+  return out;
+}
+
+// Asks for the points of a polygon (which may not cross or touch itself) or
+// a fence until an empty answer; Undo takes the last point back. ask gives
+// nothing on a cancel; toPoint reads a point answer.
+template <class Ask, class ToPoint, class Complain>
+OutlineAnswer askOutline(std::string_view firstPrompt, bool polygon, Ask ask, ToPoint toPoint, Complain complain) {
+  OutlineAnswer out;
+  while (true) {
+    std::optional<std::string> text = ask(out.points.empty() ? firstPrompt : "Specify endpoint of line or [Undo]: ");
+    if (!text) {
+      out.cancelled = true;
+      return out;
+    }
+    if (text->empty()) return out;
+    std::string word = toUpperAscii(*text);
+    if (!out.points.empty() && (word == "U" || word == "UNDO")) {
+      out.points.pop_back();
+      continue;
+    }
+    std::optional<ge::Point3d> p = toPoint(*text);
+    if (!p) {
+      complain("Invalid point.");
+    } else if (polygon && polygonWouldCrossItself(flattened(out.points), {p->x, p->y})) {
+      complain("Invalid point: the polygon cannot cross or touch itself.");
+    } else {
+      out.points.push_back(*p);
+    }
+  }
 }
 
 }  // namespace
@@ -79,6 +121,27 @@ std::vector<host::ObjectId> CommandLine::selectionAnswer(const std::string& text
     }
     return finder_.inWindow(*a, *b, word.front() == 'C');
   }
+  bool windowPolygon = word == "WP" || word == "WPOLYGON", crossingPolygon = word == "CP" || word == "CPOLYGON";
+  if (windowPolygon || crossingPolygon || word == "F" || word == "FENCE") {
+    auto askText = [this](std::string_view prompt) -> std::optional<std::string> {
+      Answer a = ask(prompt, false);
+      if (a.kind == Reply::kCancel) return std::nullopt;
+      return a.text;
+    };
+    auto toPoint = [this](const std::string& answer) -> std::optional<ge::Point3d> {
+      std::optional<PointAnswer> p = parsePoint(answer);
+      if (!p) return std::nullopt;
+      lastPoint_ = resolvePoint(*p, lastPoint_);
+      return lastPoint_;
+    };
+    auto complainAbout = [this](std::string_view why) { complain(why); };
+    bool polygon = windowPolygon || crossingPolygon;
+    OutlineAnswer outline =
+        askOutline(polygon ? "First polygon point: " : "First fence point: ", polygon, askText, toPoint, complainAbout);
+    cancelled = outline.cancelled;
+    if (cancelled) return {};
+    return polygon ? finder_.inPolygon(outline.points, crossingPolygon) : finder_.alongFence(outline.points);
+  }
   if (parseHandleAnswer(text)) {
     std::optional<host::ObjectId> id = finder_.byHandle(text);
     return id ? std::vector<host::ObjectId>{*id} : std::vector<host::ObjectId>{};
@@ -109,7 +172,7 @@ int CommandLine::interactiveSelection(bool single, const EntityFilter& filter, s
     std::vector<host::ObjectId> found = selectionAnswer(a.text, understood, cancelled);
     if (cancelled) return host::RTCAN;
     if (!understood) {
-      complain("*Invalid selection*\nExpects a point, an entity handle (#1F), or Window/Crossing/Last/Previous/ALL/Add/Remove.");
+      complain("*Invalid selection*\nExpects a point, an entity handle (#1F), or Window/Crossing/WPolygon/CPolygon/Fence/Last/Previous/ALL/Add/Remove.");
       continue;
     }
     std::size_t filteredOut = 0, duplicates = 0, removed = 0;

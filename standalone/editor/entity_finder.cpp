@@ -34,69 +34,30 @@ ge::Extents3d rectangle(const ge::Point3d& a, const ge::Point3d& b) {
 
 double xyDistance(const ge::Point3d& a, const ge::Point3d& b) { return std::hypot(a.x - b.x, a.y - b.y); }
 
-// Characters of UTF-8 text.
-std::size_t characterCount(const std::string& text) {
-  std::size_t n = 0;
-  for (unsigned char c : text)
-    if ((c & 0xC0) != 0x80) ++n;
-  return n;
-}
-
-// A box around a single-line text from its height and character count: an
-// average character is about 0.6 of the height wide. Good enough to pick and
-// window a label; the renderer measures real glyphs.
-constexpr double kAverageCharacterWidth = 0.6;
-
-std::optional<ge::Extents3d> approximateTextBox(const host::EntityData& data) {
-  const auto* t = std::get_if<host::Text>(&data);
-  if (!t || t->text.empty()) return std::nullopt;
-  double w = t->height * kAverageCharacterWidth * t->widthFactor * static_cast<double>(characterCount(t->text));
-  double c = std::cos(t->rotation), s = std::sin(t->rotation);
-  ge::Extents3d box;
-  for (auto [u, v] : {std::pair{0.0, 0.0}, {w, 0.0}, {w, t->height}, {0.0, t->height}})
-    box.add(ge::Point3d{t->position.x + u * c - v * s, t->position.y + u * s + v * c, t->position.z});
-  return box;
-}
-
-// Nested block references deeper than this are not looked into.
-constexpr int kMaxBlockDepth = 8;
-
-// The entity's extents from the curve services, an estimate for texts, or
-// for a block reference the box of its block's entities placed by the
-// reference (position, scale, rotation about the Z axis, array).
+// The entity's extents from the curve services; block references with their
+// block's entities read from the drawing.
 bool extentsOf(const host::Drawing& drawing, const host::CurveServices& curves, const host::EntityData& data,
-               ge::Extents3d& ext, int depth = 0) {
-  if (curves.getGeomExtents(data, ext) == host::ErrorStatus::eOk && ext.isValid()) return true;
-  if (std::optional<ge::Extents3d> box = approximateTextBox(data)) {
-    ext = *box;
-    return true;
-  }
-  const auto* ref = std::get_if<host::BlockReference>(&data);
-  if (!ref || depth >= kMaxBlockDepth) return false;
-  std::optional<host::ObjectId> block = drawing.findBlock(ref->blockName);
-  if (!block) return false;
-  ge::Extents3d content;
-  for (host::ObjectId id : drawing.entitiesOf(*block)) {
-    std::optional<host::Entity> e = drawing.read(id);
-    ge::Extents3d part;
-    if (e && extentsOf(drawing, curves, e->data, part, depth + 1)) content.add(part);
-  }
-  if (!content.isValid()) return false;
-  ge::Point3d base = drawing.blockBasePoint(*block);
-  double c = std::cos(ref->rotation), s = std::sin(ref->rotation);
-  double dx = ref->columnSpacing * (ref->columnCount - 1), dy = ref->rowSpacing * (ref->rowCount - 1);
-  ext = {};
-  for (double x : {content.min.x, content.max.x})
-    for (double y : {content.min.y, content.max.y})
-      for (double ax : {0.0, dx})
-        for (double ay : {0.0, dy}) {
-          double u = (x - base.x) * ref->scale.x + ax, v = (y - base.y) * ref->scale.y + ay;
-          ext.add(ge::Point3d{ref->position.x + u * c - v * s, ref->position.y + u * s + v * c, ref->position.z});
-        }
-  return true;
+               ge::Extents3d& ext) {
+  host::ErrorStatus status = host::ErrorStatus::eNotApplicable;
+  if (const auto* ref = std::get_if<host::BlockReference>(&data))
+    status = curves.getBlockReferenceExtents(*ref, blockContentsOf(drawing), ext);
+  else
+    status = curves.getGeomExtents(data, ext);
+  return status == host::ErrorStatus::eOk && ext.isValid();
 }
 
 }  // namespace
+
+host::BlockContentsLookup blockContentsOf(const host::Drawing& drawing) {
+  return [&drawing](const std::string& name) -> std::optional<host::BlockContents> {
+    std::optional<host::ObjectId> block = drawing.findBlock(name);
+    if (!block) return std::nullopt;
+    host::BlockContents contents{drawing.blockBasePoint(*block), {}};
+    for (host::ObjectId id : drawing.entitiesOf(*block))
+      if (std::optional<host::Entity> e = drawing.read(id)) contents.entities.push_back(std::move(e->data));
+    return contents;
+  };
+}
 
 std::optional<ge::Extents3d> entityExtents(const host::Drawing& drawing, const host::CurveServices& curves,
                                            const host::EntityData& data) {

@@ -43,6 +43,13 @@ class EntityFinder {
   // Entities of the current space wholly inside the rectangle of two corners
   // (window), or inside or crossing its edges (crossing), in drawing order.
   std::vector<host::ObjectId> inWindow(const ge::Point3d& a, const ge::Point3d& b, bool crossing) const;
+  // Entities of the current space wholly inside the polygon of the points
+  // (window polygon), or inside or crossing its edges (crossing polygon), in
+  // drawing order; the polygon closes itself. Nothing for fewer than three points.
+  std::vector<host::ObjectId> inPolygon(const std::vector<ge::Point3d>& polygon, bool crossing) const;
+  // Entities of the current space that the fence (the open chain of the
+  // points) passes through or touches, in drawing order.
+  std::vector<host::ObjectId> alongFence(const std::vector<ge::Point3d>& fence) const;
   // Every entity of the current space in drawing order, except those on frozen or locked layers.
   std::vector<host::ObjectId> all() const;
   // Every entity of model space and of the current space (the whole drawing for "X").
@@ -57,6 +64,14 @@ class EntityFinder {
   // Distance in XY from p to the entity, nothing when it cannot be measured.
   std::optional<double> distanceTo(const host::Entity& e, const ge::Point3d& p) const;
   bool crossesRectangle(const host::Entity& e, const ge::Extents3d& box) const;
+  // Whether a curve meets one of the segments of the chain of points in XY
+  // (closed: the last point joins the first); nothing when the curve
+  // services cannot tell. Defined in entity_finder_shapes.cpp.
+  std::optional<bool> curveMeetsChain(const host::Entity& e, const ge::Extents3d& ext,
+                                      const std::vector<ge::Point2d>& chain, bool closed) const;
+  // Whether a window polygon (crossing: a crossing polygon) takes the entity whose extents are ext.
+  bool polygonTakes(const host::Entity& e, const ge::Extents3d& ext, const std::vector<ge::Point2d>& polygon,
+                    bool crossing) const;
   // The entity's extents (from the cache while a scope lives); false when it has none.
   bool boxOf(const host::Entity& e, ge::Extents3d& ext) const;
 
@@ -67,10 +82,13 @@ class EntityFinder {
 };
 
 // The extents of an entity as picks, windows and ZOOM see them: the curve
-// services' extents, an estimate for texts, and for block references the box
+// services' extents (an estimate for texts), and for block references the box
 // of their block's entities as placed. Nothing for what has no extents.
 std::optional<ge::Extents3d> entityExtents(const host::Drawing& drawing, const host::CurveServices& curves,
                                            const host::EntityData& data);
+
+// The contents of the drawing's blocks by name, for the extents of block references.
+host::BlockContentsLookup blockContentsOf(const host::Drawing& drawing);
 
 // The handle a typed answer names: "#1F" or "(handent \"1F\")" (hexadecimal, case ignored).
 std::optional<std::uint64_t> parseHandleAnswer(std::string_view text);

@@ -6,6 +6,7 @@
 
 #include "standalone/kernel/ocs.h"
 #include "standalone/kernel/path_query.h"
+#include "standalone/kernel/text_extents.h"
 #include "standalone/kernel/tolerance.h"
 
 namespace standalone {
@@ -231,9 +232,14 @@ ErrorStatus CurveKernel::getGeomExtents(const EntityData& e, ge::Extents3d& ext)
     return ErrorStatus::eOk;
   }
   if (auto* h = std::get_if<host::Hatch>(&e)) return hatchExtents(*h, ext);
-  // Texts and inserts need data the kernel does not hold (fonts, block
-  // contents); not built yet.
-  return ErrorStatus::eNotImplementedYet;
+  std::optional<TextBox> box;
+  if (auto* t = std::get_if<host::Text>(&e)) box = textBox(*t);
+  else if (auto* mt = std::get_if<host::MText>(&e)) box = mtextBox(*mt);
+  else return ErrorStatus::eNotApplicable;  // block references: getBlockReferenceExtents, given their blocks
+  if (!box) return ErrorStatus::eDegenerateGeometry;  // empty text or no usable height
+  ext = {};
+  for (const ge::Point3d& c : *box) ext.add(c);
+  return ErrorStatus::eOk;
 }
 
 }  // namespace standalone

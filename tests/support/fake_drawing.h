@@ -41,4 +41,51 @@ class NullDrawing : public host::Drawing {
   ES removeReactor(Id, Id) override { return kNo; }
 };
 
+// Entities kept in the order appended, owned by model space or one block;
+// new entities take the current layer "WORK" and colour.
+class MemoryDrawing final : public NullDrawing {
+ public:
+  static constexpr Id kModel{1}, kBlock{2};
+  std::vector<host::Entity> appended;
+  host::Color current{5, std::nullopt};
+  ES appendStatus = ES::eOk;  // what append answers; anything but eOk appends nothing
+
+  // Appends an entity to model space; its id.
+  Id add(host::EntityData data) {
+    host::Entity e{{}, {}, defaultProps(), std::move(data)};
+    append(e, {});
+    return e.id;
+  }
+  std::optional<host::Entity> read(Id id) const override {
+    for (const auto& e : appended)
+      if (e.id == id) return e;
+    return std::nullopt;
+  }
+  ES append(host::Entity& e, Id owner) override {
+    if (appendStatus != ES::eOk) return appendStatus;
+    e.id = Id{next_++};
+    e.owner = owner.isNull() ? kModel : owner;
+    appended.push_back(e);
+    return ES::eOk;
+  }
+  Id currentSpace() const override { return kModel; }
+  Id modelSpace() const override { return kModel; }
+  Id ownerOf(Id id) const override {
+    auto e = read(id);
+    return e ? e->owner : host::kNullId;
+  }
+  bool isBlockRecord(Id id) const override { return id == kModel || id == kBlock; }
+  std::string currentLayer() const override { return "WORK"; }
+  host::Color currentColor() const override { return current; }
+  host::EntityProps defaultProps() const override {
+    host::EntityProps p;
+    p.layer = "WORK";
+    p.color = current;
+    return p;
+  }
+
+ private:
+  std::uint64_t next_ = 100;
+};
+
 }  // namespace test_support

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "host_fixture.h"
+#include "tests/support/scripted_host.h"
 
 namespace corvane_test {
 
@@ -103,7 +103,7 @@ class Probe {
     std::string what;
     if (rc == host::RTNORM) {
       auto e = h_.drawing.read(id);
-      what = hex(id) + " " + (e ? host::dxfName(e->data) : "?") + " at " + pointText(at);
+      what = test_support::handleOf(id) + " " + (e ? host::dxfName(e->data) : "?") + " at " + pointText(at);
     }
     report(rc, what);
   }
@@ -136,7 +136,7 @@ class Probe {
     std::vector<host::ObjectId> set;
     int rc = ed_.ssget(mode, corners ? &a : nullptr, corners ? &b : nullptr, filter.empty() ? nullptr : &filter, set);
     std::string list = std::to_string(set.size()) + ":";
-    for (host::ObjectId id : set) list += " " + hex(id);
+    for (host::ObjectId id : set) list += " " + test_support::handleOf(id);
     report(rc, list);
   }
 

@@ -19,14 +19,14 @@ std::string select(const std::string& mode, const std::string& types, const std:
 class SelectionTest : public ::testing::Test {
  protected:
   SelectionTest() {
-    inside = f.addLine({1, 1, 0}, {2, 2, 0});
-    crossing = f.addLine({3, 3, 0}, {8, 3, 0}, "Walls");
-    circle = f.addCircle({4, 1, 0}, 0.5, "Walls");
-    text = f.addText({0, 5, 0}, "label");
+    inside = f.add(host::Line{{1, 1, 0}, {2, 2, 0}});
+    crossing = f.add(host::Line{{3, 3, 0}, {8, 3, 0}}, "Walls");
+    circle = f.add(host::Circle{{4, 1, 0}, 0.5}, "Walls");
+    text = f.add(host::Text{{0, 5, 0}, {}, 1, "label"});
   }
   std::string ids(std::initializer_list<host::ObjectId> list) {
     std::string out = std::to_string(list.size()) + ":";
-    for (host::ObjectId id : list) out += " " + hex(id);
+    for (host::ObjectId id : list) out += " " + handleOf(id);
     return out;
   }
 
@@ -60,13 +60,12 @@ TEST_F(SelectionTest, WindowTakesWhatIsInsideCrossingAlsoWhatTouches) {
 
 TEST_F(SelectionTest, CrossingWindowThatOnlyOverlapsTheExtentsSelectsNothing) {
   // The window lies inside the circle's box but clear of the circle itself.
-  host::ObjectId big = f.addCircle({20, 20, 0}, 5);
-  (void)big;
+  f.add(host::Circle{{20, 20, 0}, 5});
   EXPECT_THAT(f.run(select(".", ".", ".", "C 19.5,19.5 20.5,20.5\n")), HasSubstr("0 found\n"));
 }
 
 TEST_F(SelectionTest, PointsHandlesAndDuplicates) {
-  std::string t = f.run(select(".", ".", ".", "1.5,1.5\n#" + hex(crossing) + "\n1.5,1.5\n(handent \"" + hex(circle) +
+  std::string t = f.run(select(".", ".", ".", "1.5,1.5\n#" + handleOf(crossing) + "\n1.5,1.5\n(handent \"" + handleOf(circle) +
                                                   "\")\n"));
   EXPECT_THAT(t, HasSubstr("Select objects: 1.5,1.5\n1 found\n"));
   EXPECT_THAT(t, HasSubstr("1 found, 2 total\n"));

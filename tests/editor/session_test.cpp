@@ -24,26 +24,26 @@ TEST(Session, UnknownCommandIsReportedAndTheRunFails) {
   HostFixture f;
   std::string t = f.run("XYZ\nPROBE Quit\n");
   EXPECT_THAT(t, HasSubstr("Command: XYZ\nUnknown command \"XYZ\".  Press F1 for help.\nCommand: PROBE\n"));
-  ASSERT_TRUE(f.result().failure);
-  EXPECT_THAT(*f.result().failure, HasSubstr("XYZ"));
-  EXPECT_EQ(f.result().commandsRun, 1);
+  ASSERT_TRUE(f.lastResult().failure);
+  EXPECT_THAT(*f.lastResult().failure, HasSubstr("XYZ"));
+  EXPECT_EQ(f.lastResult().commandsRun, 1);
 }
 
 TEST(Session, InputEndingWhileAPromptWaitsFailsNamingThePromptAndTheNextRunStartsAfresh) {
   HostFixture f;
   f.run("PROBE Int 0\n\n");
-  ASSERT_TRUE(f.result().failure);
-  EXPECT_THAT(*f.result().failure, HasSubstr("Enter an integer:"));
+  ASSERT_TRUE(f.lastResult().failure);
+  EXPECT_THAT(*f.lastResult().failure, HasSubstr("Enter an integer:"));
   EXPECT_THAT(f.run("PROBE Int 0\n\n5 Quit\n"), HasSubstr("-> RTNORM 5\n"));
-  EXPECT_FALSE(f.result().failure);
+  EXPECT_FALSE(f.lastResult().failure);
 }
 
 TEST(Session, CommentLinesAndCaseOfNamesDoNotMatter) {
   HostFixture f;
   std::string t = f.run("; a comment\nprobe quit\n_test_probe Q\n");
   EXPECT_THAT(t, Not(HasSubstr("comment")));
-  EXPECT_EQ(f.result().commandsRun, 2);
-  EXPECT_FALSE(f.result().failure);
+  EXPECT_EQ(f.lastResult().commandsRun, 2);
+  EXPECT_FALSE(f.lastResult().failure);
 }
 
 TEST(CommandStack, GroupsNamesAndRemoval) {
@@ -56,7 +56,7 @@ TEST(CommandStack, GroupsNamesAndRemoval) {
   f.run("one\n_GLOBAL_ONE\nglobal_one\n");
   EXPECT_EQ(runs, 3);
   f.run("_ONE\n");  // a local name is no global name
-  EXPECT_TRUE(f.result().failure);
+  EXPECT_TRUE(f.lastResult().failure);
   EXPECT_TRUE(r.removeGroup("g"));
   f.run("ONE\n");
   EXPECT_EQ(runs, 3);
@@ -64,7 +64,7 @@ TEST(CommandStack, GroupsNamesAndRemoval) {
 
 TEST(Zoom, WindowCenterScaleExtentsAndPrevious) {
   HostFixture f;
-  f.addLine({0, 0, 0}, {100, 20, 0});
+  f.add(host::Line{{0, 0, 0}, {100, 20, 0}});
   EXPECT_DOUBLE_EQ(viewSize(f), 10);  // the empty drawing's view
   f.run("ZOOM E\n");
   EXPECT_DOUBLE_EQ(viewSize(f), 62.5);  // extents at 1600x1000: 100 wide needs 62.5 high
@@ -81,13 +81,13 @@ TEST(Zoom, WindowCenterScaleExtentsAndPrevious) {
   EXPECT_DOUBLE_EQ(viewSize(f), 10);
   f.run("ZOOM P\n");
   EXPECT_DOUBLE_EQ(viewSize(f), 62.5);
-  EXPECT_FALSE(f.result().failure);
+  EXPECT_FALSE(f.lastResult().failure);
 }
 
 TEST(Zoom, ExtentsIncludeTexts) {
   HostFixture f;
-  f.addLine({0, 0, 0}, {8, 0, 0});  // alone it would give a view 5 high
-  f.addText({0, 9, 0}, "top");      // height 1: its box reaches y = 10
+  f.add(host::Line{{0, 0, 0}, {8, 0, 0}});  // alone it would give a view 5 high
+  f.add(host::Text{{0, 9, 0}, {}, 1, "top"});      // height 1: its box reaches y = 10
   f.run("ZOOM E\n");
   EXPECT_DOUBLE_EQ(viewSize(f), 10);
 }
@@ -106,14 +106,14 @@ TEST(Zoom, ViewIsStoredInTheDrawingsActiveViewport) {
 
 TEST(HostCommandTokens, EraseDrivenByTokensAndEchoFollowsCmdecho) {
   HostFixture f;
-  host::ObjectId a = f.addLine({0, 0, 0}, {1, 0, 0});
-  host::ObjectId b = f.addLine({0, 5, 0}, {1, 5, 0});
+  host::ObjectId a = f.add(host::Line{{0, 0, 0}, {1, 0, 0}});
+  host::ObjectId b = f.add(host::Line{{0, 5, 0}, {1, 5, 0}});
   host::Host& h = f.host().host();
   int rc = h.hostCommands.command({host::ResBuf::text("_.ERASE"), host::ResBuf::entity(a), host::ResBuf::enter()});
   EXPECT_EQ(rc, host::RTNORM);
   EXPECT_FALSE(h.drawing.read(a));
   EXPECT_TRUE(h.drawing.read(b));
-  EXPECT_THAT(f.transcript(), HasSubstr("Command: _.ERASE\nSelect objects: #" + hex(a) + "\n1 found\n"));
+  EXPECT_THAT(f.transcript(), HasSubstr("Command: _.ERASE\nSelect objects: #" + handleOf(a) + "\n1 found\n"));
 
   std::size_t before = f.transcript().size();
   h.sysvars.setVar("CMDECHO", host::ResBuf::shortInt(0));
@@ -125,7 +125,7 @@ TEST(HostCommandTokens, EraseDrivenByTokensAndEchoFollowsCmdecho) {
 
 TEST(HostCommandTokens, TooFewTokensCancelAndUnknownNamesFail) {
   HostFixture f;
-  f.addLine({0, 0, 0}, {1, 0, 0});
+  f.add(host::Line{{0, 0, 0}, {1, 0, 0}});
   host::Host& h = f.host().host();
   EXPECT_EQ(h.hostCommands.command({host::ResBuf::text("ZOOM"), host::ResBuf::text("W"), host::ResBuf::text("0,0")}),
             host::RTCAN);
@@ -146,7 +146,7 @@ class MenuTest : public ::testing::Test {
   }
 
   HostFixture f;
-  std::string path = f.dir.file("menu.cuix");
+  std::string path = (f.root() / "menu.cuix").string();
 };
 
 TEST_F(MenuTest, QueuedExpressionsLoadTheMenuOnceAndPutItOnTheMenuBar) {

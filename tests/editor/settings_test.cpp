@@ -59,7 +59,7 @@ TEST(RegText, MalformedTextNamesTheLine) {
   EXPECT_EQ(why("REGEDIT4\n"), "line 1: the file must start with \"Windows Registry Editor Version 5.00\"");
   EXPECT_EQ(why(head + "\"a\"=dword:1\n"), "line 3: a value before the first key");
   EXPECT_EQ(why(head + "[K]\n\"a\"=dword:123456789\n"), "line 4: a dword needs 1 to 8 hexadecimal digits");
-  EXPECT_EQ(why(head + "[K]\n\"a\"=hex(2):00\n"), "line 4: unsupported value type (expected \"text\", dword: or hex:)");
+  EXPECT_EQ(why(head + "[K]\n\"a\"=handleOf(2):00\n"), "line 4: unsupported value type (expected \"text\", dword: or hex:)");
   EXPECT_EQ(why(head + "[K]\n\"a\"=\"open\n"), "line 4: quoted text without its closing quote");
   EXPECT_EQ(why(head + "[K]\n\"a\"=hex:0g\n"), "line 4: hex bytes are two hexadecimal digits each, separated by commas");
   EXPECT_EQ(why(head + "[K]\n\"a\"=hex:01,\\"), "line 4: hex list continued past the end of the file");

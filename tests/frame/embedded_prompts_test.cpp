@@ -21,10 +21,8 @@ class OnHost : public testing::TestWithParam<bool> {
   void SetUp() override {
     if (chinese()) session.settingsFile().writeInt(standalone::kCorvaneKey, "ChineseVersion", 1);
     session.load();
-    addTestCommand("TYESNO", [](host::Host& h) {
-      bool yes = frame::askYesNo(h, {"\nLower Left default?[Y/N](Y):", "\n是否把默认起点设在左下角[Y/N](Y):"}, true);
-      frame::print(h, {"\nanswer=%s\n", "\n回答=%s\n"}, yes ? "yes" : "no");
-    });
+    addTestCommand("TYESNO", [](host::Host& h) { printYesNo(h, true); });
+    addTestCommand("TNOYES", [](host::Host& h) { printYesNo(h, false); });
     addTestCommand("TCOUNT", [](host::Host& h) {
       int rows = frame::askInt(h, {"\nPlease input the array rows[2--1000](9):", "\n请阵列行数[2--1000](9):"}, 9, 2,
                                1000);
@@ -53,6 +51,10 @@ class OnHost : public testing::TestWithParam<bool> {
   void TearDown() override { frame::setChinese(false); }
   bool chinese() const { return GetParam(); }
 
+  static void printYesNo(host::Host& h, bool byDefault) {
+    bool yes = frame::askYesNo(h, {"\nLower Left default?[Y/N](Y):", "\n是否把默认起点设在左下角[Y/N](Y):"}, byDefault);
+    frame::print(h, {"\nanswer=%s\n", "\n回答=%s\n"}, yes ? "yes" : "no");
+  }
   void addTestCommand(const char* name, void (*body)(host::Host&)) {
     host::Host& h = session.host().host();
     h.commandStack.addCommand("FrameTest", std::string("TEST_") + name, name, host::ACRX_CMD_MODAL,
@@ -76,15 +78,19 @@ class OnHost : public testing::TestWithParam<bool> {
 };
 
 TEST_P(OnHost, YesNoAnswers) {
-  // Enter keeps the default (yes); "No", "N" and "Yes" are keywords.
-  std::string out = run("TYESNO\n\nTYESNO No\nTYESNO N\nTYESNO Yes\n");
-  EXPECT_EQ(printed(out, said("answer=", "回答=")), (std::vector<std::string>{"yes", "no", "no", "yes"})) << out;
+  // Enter and Escape keep the default; "No", "N" and "Yes" are keywords.
+  std::string out = run("TYESNO\n\nTYESNO No\nTYESNO N\nTYESNO Yes\nTNOYES\n\nTNOYES ^C\nTYESNO ^C\nTNOYES y\n");
+  EXPECT_EQ(printed(out, said("answer=", "回答=")),
+            (std::vector<std::string>{"yes", "no", "no", "yes", "no", "no", "yes", "yes"}))
+      << out;
   EXPECT_NE(out.find(said("Lower Left default?[Y/N](Y):", "是否把默认起点设在左下角[Y/N](Y):")), std::string::npos);
 }
 
-TEST_P(OnHost, NumericPromptKeepsTheDefaultOnEnterClampsAndAsksAgainAfterZeroOrNegative) {
-  std::string out = run("TCOUNT\n\nTCOUNT 5000\nTCOUNT 1\nTCOUNT 40\nTCOUNT 0 -3 12\n");
-  EXPECT_EQ(printed(out, said("rows=", "行数=")), (std::vector<std::string>{"9", "1000", "2", "40", "12"})) << out;
+TEST_P(OnHost, NumericPromptKeepsTheDefaultOnEnterOrEscapeClampsAndAsksAgainAfterZeroOrNegative) {
+  std::string out = run("TCOUNT\n\nTCOUNT 5000\nTCOUNT 1\nTCOUNT 40\nTCOUNT 0 -3 12\nTCOUNT ^C\n");
+  EXPECT_EQ(printed(out, said("rows=", "行数=")), (std::vector<std::string>{"9", "1000", "2", "40", "12", "9"}))
+      << out;
+  EXPECT_NE(out.find(said("Please input the array rows[2--1000](9):", "请阵列行数[2--1000](9):")), std::string::npos);
 }
 
 TEST_P(OnHost, CurveSelectionKeepsOnlyCurvesAndSaysWhenThereAreNone) {
@@ -92,14 +98,9 @@ TEST_P(OnHost, CurveSelectionKeepsOnlyCurvesAndSaysWhenThereAreNone) {
   EXPECT_NE(out.find(said("No Curve selected.", "未选中曲线。")), std::string::npos) << out;
   EXPECT_NE(out.find(said("curves=0 false", "曲线=0 false")), std::string::npos) << out;
 
-  host::Host& h = session.host().host();
-  auto append = [&](host::EntityData data) {
-    host::Entity e{{}, {}, h.drawing.defaultProps(), std::move(data)};
-    h.drawing.append(e);
-  };
-  append(host::Line{{0, 0, 0}, {10, 0, 0}});
-  append(host::Text{{0, 5, 0}, {}, 2, "not a curve"});
-  append(host::Line{{0, 10, 0}, {10, 10, 0}});
+  session.add(host::Line{{0, 0, 0}, {10, 0, 0}});
+  session.add(host::Text{{0, 5, 0}, {}, 2, "not a curve"});
+  session.add(host::Line{{0, 10, 0}, {10, 10, 0}});
   out = run("TCURVES ALL\n\n");
   EXPECT_NE(out.find(said("curves=2 LINE LINE true", "曲线=2 LINE LINE true")), std::string::npos) << out;
   EXPECT_NE(out.find(said("Please select Curves >", "请选择多根曲线>")), std::string::npos) << out;

@@ -25,7 +25,6 @@ struct Reply {
   static Reply integer(int v) { return {host::RTNORM, v}; }
   static Reply real(double v) { return {host::RTNORM, v}; }
   static Reply point(ge::Point3d p) { return {host::RTNORM, p}; }
-  static Reply keyword(std::string k) { return {host::RTNORM, std::move(k)}; }
   // A keyword typed at a numeric or point prompt.
   static Reply otherKeyword(std::string k) { return {host::RTKWORD, std::move(k)}; }
   static Reply selection(std::vector<host::ObjectId> ids) { return {host::RTNORM, std::move(ids)}; }
@@ -168,15 +167,12 @@ struct Registered {
 class FakeCommandStack : public host::CommandStack {
  public:
   std::vector<Registered> commands;
-  std::vector<std::string> removedGroups;
-
   bool addCommand(std::string_view group, std::string_view globalName, std::string_view localName, int flags,
                   host::CommandHandler handler) override {
     commands.push_back({std::string(group), std::string(globalName), std::string(localName), flags, handler});
     return true;
   }
   bool removeGroup(std::string_view group) override {
-    removedGroups.emplace_back(group);
     std::erase_if(commands, [&](const Registered& r) { return r.group == group; });
     return true;
   }
@@ -194,12 +190,11 @@ class FakeCommandStack : public host::CommandStack {
 class FakeHostCommands : public host::HostCommands {
  public:
   std::vector<std::string> queued;
-  std::set<std::string> loadedMenuGroups;
   int release = 23;
 
   int command(const host::ResBufList&) override { return host::RTNORM; }
   void queueExpression(std::string_view expression) override { queued.emplace_back(expression); }
-  bool isMenuGroupLoaded(std::string_view group) const override { return loadedMenuGroups.count(std::string(group)); }
+  bool isMenuGroupLoaded(std::string_view) const override { return false; }
   int releaseNumber() const override { return release; }
 };
 
@@ -218,34 +213,16 @@ class FakePlatform : public host::Platform {
   std::string module = "/opt/corvane/lib/corvane.so";
   std::set<std::string> files;
   std::vector<std::string> opened;
-  bool openerWorks = true;
 
   std::string appName() const override { return app; }
   std::string modulePath() const override { return module; }
   bool fileExists(std::string_view path) const override { return files.count(std::string(path)); }
   bool openWithDesktop(std::string_view target) override {
     opened.emplace_back(target);
-    return openerWorks;
+    return true;
   }
   int runProgram(std::string_view, const std::vector<std::string>&) override { return -1; }
   std::string temporaryFileName(std::string_view suffix) override { return "/tmp/fake" + std::string(suffix); }
-};
-
-// Entities by id; everything else of the drawing is unused by the frame.
-class FakeDrawing : public test_support::NullDrawing {
- public:
-  std::map<std::uint64_t, host::Entity> entities;
-
-  host::ObjectId add(host::EntityData data) {
-    host::ObjectId id{entities.size() + 1};
-    entities[id.value] = host::Entity{id, {}, {}, std::move(data)};
-    return id;
-  }
-  std::optional<host::Entity> read(host::ObjectId id) const override {
-    auto e = entities.find(id.value);
-    if (e == entities.end()) return std::nullopt;
-    return e->second;
-  }
 };
 
 // The frame computes no geometry; every curve service answers "not implemented".
@@ -290,7 +267,7 @@ class FakeCurves : public host::CurveServices {
 // All fakes wired into one host::Host.
 struct FakeHost {
   FakeEditor editor;
-  FakeDrawing drawing;
+  test_support::MemoryDrawing drawing;
   FakeCurves curves;
   FakeSystemVariables sysvars;
   FakeCommandStack commandStack;

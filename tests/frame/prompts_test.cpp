@@ -22,36 +22,8 @@ class Prompts : public testing::TestWithParam<bool> {
   void answer(std::initializer_list<Reply> replies) { fake.editor.replies.insert(fake.editor.replies.end(), replies); }
 
   frame_test::FakeHost fake;
-  const frame::Text yesNoPrompt{"\nLower Left default?[Y/N](Y):", "\n是否把默认起点设在左下角[Y/N](Y):"};
   const frame::Text countPrompt{"\nPlease input the array rows[2--1000](9):", "\n请阵列行数[2--1000](9):"};
 };
-
-TEST_P(Prompts, YesNoQuestion) {
-  answer({Reply::enter(), Reply::enter(), Reply::keyword("No"), Reply::keyword("Yes"), Reply::cancel()});
-  EXPECT_TRUE(frame::askYesNo(fake.host, yesNoPrompt, true)) << "Enter keeps the default";
-  EXPECT_FALSE(frame::askYesNo(fake.host, yesNoPrompt, false)) << "Enter keeps the default";
-  EXPECT_FALSE(frame::askYesNo(fake.host, yesNoPrompt, true));
-  EXPECT_TRUE(frame::askYesNo(fake.host, yesNoPrompt, false));
-  EXPECT_FALSE(frame::askYesNo(fake.host, yesNoPrompt, false)) << "Escape keeps the default";
-  ASSERT_EQ(fake.editor.initGets.size(), 5u);
-  EXPECT_EQ(fake.editor.initGets[0].bits, 0);
-  EXPECT_EQ(fake.editor.initGets[0].keywords, "Yes No");
-  EXPECT_NE(fake.editor.transcript.find(chinese() ? "左下角" : "Lower Left default?"), std::string::npos);
-}
-
-TEST_P(Prompts, IntegerPromptKeepsTheDefaultAndClamps) {
-  answer({Reply::enter(), Reply::integer(25), Reply::integer(1), Reply::cancel(), Reply::integer(500)});
-  EXPECT_EQ(frame::askInt(fake.host, countPrompt, 9, 2, 1000), 9) << "Enter keeps the default";
-  EXPECT_EQ(frame::askInt(fake.host, countPrompt, 5, 1, 10), 10) << "25 is clamped to the upper bound";
-  EXPECT_EQ(frame::askInt(fake.host, countPrompt, 9, 2, 1000), 2) << "1 is clamped to the lower bound";
-  EXPECT_EQ(frame::askInt(fake.host, countPrompt, 12, 2, 1000), 12) << "Escape keeps the default";
-  EXPECT_EQ(frame::askInt(fake.host, countPrompt, 12, 2, 1000), 500);
-  for (const auto& call : fake.editor.initGets) {
-    EXPECT_EQ(call.bits, host::RSG_NOZERO | host::RSG_NONEG);
-    EXPECT_EQ(call.keywords, "");
-  }
-  EXPECT_NE(fake.editor.transcript.find(chinese() ? "请阵列行数" : "array rows"), std::string::npos);
-}
 
 TEST_P(Prompts, DistancesRealsAndPointsWithoutDefaultEndOnAnythingButAnAnswer) {
   answer({Reply::real(2.5), Reply::enter(), Reply::cancel(), Reply::point({1, 2, 3}), Reply::enter()});

@@ -49,32 +49,20 @@ std::vector<host::Entity> CommandSession::entities() {
 }
 
 std::vector<std::string> CommandSession::readBackWithEzdxf() {
-  std::filesystem::path out = root() / "out.dxf";
+  std::filesystem::path out = root() / "out.dxf", dump = root() / "dump.txt";
   standalone::saveDxf(host().drawing(), out);
-  std::string cmd = std::string(CORVANE_PYTHON) + " " + CORVANE_DUMP_DXF + " " + out.string() + " 2>&1";
-  FILE* pipe = popen(cmd.c_str(), "r");
-  if (!pipe) throw std::runtime_error("cannot run " + cmd);
+  std::string cmd = std::string(CORVANE_PYTHON) + " " + CORVANE_DUMP_DXF + " " + out.string() + " > " +
+                    dump.string() + " 2>&1";
+  int status = std::system(cmd.c_str());
   std::vector<std::string> lines;
-  std::string line;
-  char buf[4096];
-  while (fgets(buf, sizeof buf, pipe)) {
-    line += buf;
-    if (!line.empty() && line.back() == '\n') {
-      line.pop_back();
-      lines.push_back(line);
-      line.clear();
-    }
-  }
-  if (pclose(pipe) != 0)
+  std::ifstream in(dump);
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  if (status != 0)
     throw std::runtime_error("ezdxf could not read the drawing: " + (lines.empty() ? "" : lines.back()));
   return lines;
 }
 
-std::string pickOf(host::ObjectId id) {
-  char buf[24];
-  std::snprintf(buf, sizeof buf, "#%llX", static_cast<unsigned long long>(id.value));
-  return buf;
-}
+std::string pickOf(host::ObjectId id) { return "#" + test_support::handleOf(id); }
 
 host::LwPolyline lwThrough(const std::vector<ge::Point2d>& pts, bool closed, double elevation) {
   host::LwPolyline lw;

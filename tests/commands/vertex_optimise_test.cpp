@@ -112,20 +112,16 @@ TEST_P(VertexOptimise, EscapeAtTheToleranceKeepsGoingAndTinySelectionsAreRefused
   EXPECT_TRUE(s.says(out, "No polyline selected.\n", "未选中多段线。\n"));
 }
 
-TEST_P(VertexOptimise, AVanishinglyShortPolylineIsErased) {
+TEST_P(VertexOptimise, ThinningAndDuplicateRemovalEraseAVanishinglyShortPolyline) {
   host::ObjectId dot = s.add(lwThrough({{50, 50}, {50, 50.000001}}));
   host::ObjectId other = s.add(lwThrough({{0, 0}, {100, 0}}));
+  host::ObjectId dot3d = s.add(poly3dThrough({{5, 5, 5}, {5, 5, 5.000001}}));
   s.start();
   s.run("PLYH\n" + pickOf(dot) + "\n" + pickOf(other) + "\n\n\n");
   EXPECT_FALSE(s.read(dot));
   EXPECT_EQ(s.entitiesOf<host::LwPolyline>().size(), 1u);
-}
-
-TEST_P(VertexOptimise, DuplicateRemovalErasesAVanishinglyShortPolylineToo) {
-  host::ObjectId dot = s.add(poly3dThrough({{5, 5, 5}, {5, 5, 5.000001}}));
-  s.start();
-  std::string out = s.run("PLYH2\n" + pickOf(dot) + "\n\n");
-  EXPECT_FALSE(s.read(dot));
+  std::string out = s.run("PLYH2\n" + pickOf(dot3d) + "\n\n");
+  EXPECT_FALSE(s.read(dot3d));
   EXPECT_TRUE(s.says(out, "\nDeleted <0 > duplicate vertexs OK.", "\n删除了< 0 >个重复顶点。 "));
 }
 

@@ -2,7 +2,7 @@
 // with which colour.
 #include <gtest/gtest.h>
 
-#include "fake_drawing.h"
+#include "tests/support/fake_drawing.h"
 #include "geom/append.h"
 #include "geom/curve_builders.h"
 #include "geom/curve_kind.h"
@@ -15,7 +15,7 @@ using ge::Point3d;
 
 class Builders : public ::testing::Test {
  protected:
-  geomtest::FakeDrawing drawing;
+  test_support::MemoryDrawing drawing;
   standalone::CurveKernel kernel;
   geom::BuildContext ctx{drawing, kernel};
   ge::Vector3d zero{};
@@ -105,9 +105,9 @@ TEST_F(Builders, ZWithinOneTenThousandthKeepsALightweightPolyline) {
 TEST_F(Builders, PolylineGoesBesideItsSource) {
   Entity src;
   src.data = Line{{0, 0, 0}, {1, 0, 0}};
-  ASSERT_EQ(drawing.append(src, geomtest::FakeDrawing::kBlock), ErrorStatus::eOk);
+  ASSERT_EQ(drawing.append(src, test_support::MemoryDrawing::kBlock), ErrorStatus::eOk);
   ASSERT_TRUE(geom::buildPolyline(ctx, src.id, {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}}, false));
-  EXPECT_EQ(drawing.appended.back().owner, geomtest::FakeDrawing::kBlock);
+  EXPECT_EQ(drawing.appended.back().owner, test_support::MemoryDrawing::kBlock);
   EXPECT_EQ(drawing.appended.back().props.layer, "WORK");
 }
 
@@ -119,7 +119,7 @@ TEST_F(Builders, ClosedFitRequestGivesAClosed3dPolyline) {
 }
 
 TEST_F(Builders, TargetDrawingReceivesTheCurve) {
-  geomtest::FakeDrawing other;
+  test_support::MemoryDrawing other;
   ASSERT_TRUE(geom::makeCurveByPoints(ctx, &other, {{0, 0, 0}, {1, 1, 0}, {3, 0, 0}}, 3, false, zero, zero));
   EXPECT_TRUE(drawing.appended.empty());
   ASSERT_EQ(other.appended.size(), 1u);

@@ -5,17 +5,15 @@
 #include <algorithm>
 
 #include "standalone/db/database.h"
+#include "tests/db/dxf_snippets.h"
 
 namespace {
 
+using dbtest::entityOf;
 using host::ErrorStatus;
 using standalone::DrawingDatabase;
 
-host::Entity lineEntity(double x) {
-  host::Entity e;
-  e.data = host::Line{{x, 0, 0}, {x + 1, 1, 0}};
-  return e;
-}
+host::Entity lineEntity(double x) { return entityOf(host::Line{{x, 0, 0}, {x + 1, 1, 0}}); }
 
 TEST(DatabaseEntities, AppendReadWriteEraseKeepIdsAndOrder) {
   auto db = DrawingDatabase::createEmpty();
@@ -39,24 +37,17 @@ TEST(DatabaseEntities, AppendReadWriteEraseKeepIdsAndOrder) {
   EXPECT_EQ(db.peek(a.id), nullptr);
   EXPECT_EQ(db.write(a), ErrorStatus::eWasErased);
   EXPECT_EQ(db.entitiesOf(db.modelSpace()), (std::vector<host::ObjectId>{b.id}));
-}
 
-TEST(DatabaseEntities, AppendRefusesUnknownOwnerAndUninterpretedKinds) {
-  auto db = DrawingDatabase::createEmpty();
-  host::Entity e = lineEntity(0);
-  EXPECT_EQ(db.append(e, host::ObjectId{0xFFFFFF}), ErrorStatus::eInvalidInput);
-  host::Entity other;
-  other.data = host::OtherEntity{"DIMENSION"};
+  // An unknown owner and an uninterpreted kind are refused.
+  host::Entity fresh = lineEntity(9), other = entityOf(host::OtherEntity{"DIMENSION"});
+  EXPECT_EQ(db.append(fresh, host::ObjectId{0xFFFFFF}), ErrorStatus::eInvalidInput);
   EXPECT_EQ(db.append(other), ErrorStatus::eNotApplicable);
-  EXPECT_TRUE(db.entitiesOf(db.modelSpace()).empty());
+  EXPECT_EQ(db.entitiesOf(db.modelSpace()).size(), 1u);
 }
 
 TEST(DatabaseEntities, PolylineVerticesGetHandlesBelowTheSeed) {
   auto db = DrawingDatabase::createEmpty();
-  host::Polyline2d pl;
-  pl.vertices.resize(3);
-  host::Entity e;
-  e.data = pl;
+  host::Entity e = entityOf(host::Polyline2d{{{}, {}, {}}});
   ASSERT_EQ(db.append(e), ErrorStatus::eOk);
   const auto& stored = std::get<host::Polyline2d>(db.peek(e.id)->data);
   std::uint64_t seed = db.newHandle();
@@ -69,10 +60,7 @@ TEST(DatabaseEntities, PolylineVerticesGetHandlesBelowTheSeed) {
 
 TEST(DatabaseEntities, ACopiedPolylineGetsVertexHandlesOfItsOwn) {
   auto db = DrawingDatabase::createEmpty();
-  host::Polyline3d pl;
-  pl.vertices.resize(2);
-  host::Entity original;
-  original.data = pl;
+  host::Entity original = entityOf(host::Polyline3d{{{}, {}}});
   db.append(original);
   host::Entity copy = *db.read(original.id);
   ASSERT_EQ(db.append(copy), ErrorStatus::eOk);
@@ -128,10 +116,8 @@ TEST(DatabaseObjects, DictionaryEntriesOwnersAndReactors) {
   EXPECT_EQ(db.dictionaryRemove(nod, "MY_DATA"), ErrorStatus::eOk);
   EXPECT_FALSE(db.dictionaryLookup(nod, "MY_DATA"));
   EXPECT_EQ(db.dictionaryRemove(nod, "MY_DATA"), ErrorStatus::eKeyNotFound);
-}
 
-TEST(DatabaseObjects, EntityReactorsAddAndRemove) {
-  auto db = DrawingDatabase::createEmpty();
+  // Reactors of an entity: added once however often, removed once.
   host::Entity e = lineEntity(0);
   db.append(e);
   host::ObjectId r{0x4242};
@@ -146,9 +132,7 @@ TEST(DatabaseHeader, VariablesAreTypedByGroupCode) {
   auto db = DrawingDatabase::createEmpty();
   EXPECT_FALSE(db.headerVariable("PDMODE"));
   db.setHeaderVariable("pdmode", {{70, std::int16_t{35}}});
-  auto v = db.headerVariable("$PDMODE");
-  ASSERT_TRUE(v);
-  EXPECT_EQ(*v, (host::ResBufList{{70, std::int16_t{35}}}));
+  EXPECT_EQ(*db.headerVariable("$PDMODE"), (host::ResBufList{{70, std::int16_t{35}}}));
   db.setHeaderVariable("$PDSIZE", {{40, 0.25}});
   EXPECT_EQ(*db.headerVariable("PDSIZE"), (host::ResBufList{{40, 0.25}}));
   db.setHeaderVariable("$CLAYER", {host::ResBuf::group(8, "Walls")});

@@ -12,8 +12,7 @@
 
 namespace {
 
-using dbtest::drawing;
-using dbtest::dxf;
+using namespace dbtest;
 using standalone::DxfError;
 
 // The line number and message of the error reading the text.
@@ -32,37 +31,34 @@ std::size_t lineOf(const std::string& text, const std::string& needle) {
   return static_cast<std::size_t>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n')) + 1;
 }
 
-const std::string kLine = dxf({{0, "LINE"}, {5, "50"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbLine"},
-                               {10, "1.0"}, {20, "2.0"}, {30, "0.0"}, {11, "3.0"}, {21, "4.0"}, {31, "0.0"}});
+const std::string kLine =
+    dxf("0 LINE|5 50|330 1F|100 AcDbEntity|8 0|100 AcDbLine|10 1.0|20 2.0|30 0.0|11 3.0|21 4.0|31 0.0");
 
-TEST(DxfErrors, BadGroupCodeNamesItsLine) {
+TEST(DxfErrors, BadGroupCodeOrNumberNamesItsLine) {
   std::string text = drawing(kLine);
   text.replace(text.find(" 21\n4.0"), 3, "2x1");
   auto [line, message] = errorOf(text);
   EXPECT_EQ(line, lineOf(text, "2x1"));
   EXPECT_NE(message.find("expected a group code, found \"2x1\""), std::string::npos) << message;
   EXPECT_EQ(message.rfind("line " + std::to_string(line) + ": ", 0), 0u) << message;
-}
 
-TEST(DxfErrors, BadNumberNamesTheValueLine) {
-  std::string text = drawing(kLine);
+  text = drawing(kLine);
   text.replace(text.find("\n3.0\n"), 5, "\n3.o\n");
-  auto [line, message] = errorOf(text);
+  std::tie(line, message) = errorOf(text);
   EXPECT_EQ(line, lineOf(text, "3.o"));
   EXPECT_NE(message.find("expected a number for group code 11"), std::string::npos) << message;
 }
 
 TEST(DxfErrors, NumbersOutOfRangeOrInGroupsWeKeep) {
-  auto withGroup = [](int code, const char* value) {
-    return drawing(dxf({{0, "LINE"}, {5, "50"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {code, value},
-                        {100, "AcDbLine"}, {10, "1.0"}, {20, "2.0"}, {30, "0.0"}}));
+  auto withGroup = [](const std::string& group) {
+    return drawing(dxf("0 LINE|5 50|330 1F|100 AcDbEntity|8 0|" + group + "|100 AcDbLine|10 1.0|20 2.0|30 0.0"));
   };
   // A colour too big for any integer.
-  EXPECT_NE(errorOf(withGroup(62, "-1e20")).second.find("expected a whole number for group code 62"),
+  EXPECT_NE(errorOf(withGroup("62 -1e20")).second.find("expected a whole number for group code 62"),
             std::string::npos);
   // A group we only keep must still hold what its code promises.
-  EXPECT_NE(errorOf(withGroup(440, "half")).second.find("group code 440"), std::string::npos);
-  EXPECT_EQ(errorOf(withGroup(440, "33554534")).second, "no error");
+  EXPECT_NE(errorOf(withGroup("440 half")).second.find("group code 440"), std::string::npos);
+  EXPECT_EQ(errorOf(withGroup("440 33554534")).second, "no error");
 }
 
 TEST(DxfErrors, TruncatedAndUnterminatedFiles) {
@@ -73,54 +69,55 @@ TEST(DxfErrors, TruncatedAndUnterminatedFiles) {
   EXPECT_EQ(line, lineOf(cut, " 11\n"));
   EXPECT_NE(message.find("has no value"), std::string::npos) << message;
   // Cut inside the ENTITIES section.
-  auto [line2, message2] = errorOf(text.substr(0, text.find("  0\nENDSEC\n  0\nSECTION\n  2\nOBJECTS")));
-  EXPECT_GT(line2, 0u);
-  EXPECT_NE(message2.find("ENDSEC"), std::string::npos) << message2;
+  std::tie(line, message) = errorOf(text.substr(0, text.find("  0\nENDSEC\n  0\nSECTION\n  2\nOBJECTS")));
+  EXPECT_GT(line, 0u);
+  EXPECT_NE(message.find("ENDSEC"), std::string::npos) << message;
   // Everything there but the EOF marker.
   std::string noEof = text.substr(0, text.rfind("  0\nEOF"));
-  auto [line3, message3] = errorOf(noEof);
-  EXPECT_EQ(line3, static_cast<std::size_t>(std::count(noEof.begin(), noEof.end(), '\n')));
-  EXPECT_NE(message3.find("EOF"), std::string::npos) << message3;
+  std::tie(line, message) = errorOf(noEof);
+  EXPECT_EQ(line, static_cast<std::size_t>(std::count(noEof.begin(), noEof.end(), '\n')));
+  EXPECT_NE(message.find("EOF"), std::string::npos) << message;
 }
 
 TEST(DxfErrors, OtherShapesOfBrokenFiles) {
   EXPECT_NE(errorOf("AutoCAD Binary DXF\r\n\x1a").second.find("binary"), std::string::npos);
-  EXPECT_EQ(errorOf(dxf({{0, "SECTION"}, {2, "ENTITIES"}, {10, "1.0"}})).first, 5u);
+  EXPECT_EQ(errorOf(dxf("0 SECTION|2 ENTITIES|10 1.0")).first, 5u);
   EXPECT_NE(errorOf("").second.find("EOF"), std::string::npos);
-  std::string hatch = drawing(dxf({{0, "HATCH"}, {5, "50"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"},
-                                   {100, "AcDbHatch"}, {2, "SOLID"}, {70, "1"}, {71, "0"}, {91, "1"},
-                                   {92, "2"}, {72, "0"}, {73, "1"}, {93, "999999999999"}}));
-  EXPECT_GT(errorOf(hatch).first, 0u);
+  EXPECT_GT(errorOf(drawing(dxf(head("HATCH", "50", "AcDbHatch") +
+                                groups("2 SOLID|70 1|71 0|91 1|92 2|72 0|73 1|93 999999999999"))))
+                .first,
+            0u);
 }
 
 class DxfSaveFailure : public ::testing::Test {
  protected:
   void SetUp() override {
-    dir_ = std::filesystem::temp_directory_path() /
-           ("corvane_db_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
-            ::testing::UnitTest::GetInstance()->current_test_info()->name());
     std::filesystem::remove_all(dir_);
     std::filesystem::create_directories(dir_);
   }
   void TearDown() override { std::filesystem::remove_all(dir_); }
-  std::string contents(const std::filesystem::path& p) {
+  static std::string contents(const std::filesystem::path& p) {
     std::ifstream in(p, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   }
-  std::filesystem::path dir_;
+  std::ptrdiff_t filesInDir() const {
+    return std::distance(std::filesystem::directory_iterator(dir_), std::filesystem::directory_iterator());
+  }
+  const std::filesystem::path dir_ = std::filesystem::temp_directory_path() /
+                                     ("corvane_db_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
+                                      "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
+  const std::filesystem::path target_ = dir_ / "plan.dxf";
 };
 
 TEST_F(DxfSaveFailure, AnR12DrawingRefusesAHatchAndKeepsTheTarget) {
-  auto target = dir_ / "plan.dxf";
   auto db = standalone::DrawingDatabase::createEmpty("AC1009");
-  standalone::saveDxf(db, target);
-  std::string before = contents(target);
-  host::Entity e;
-  e.data = host::Hatch{};
+  standalone::saveDxf(db, target_);
+  std::string before = contents(target_);
+  host::Entity e = dbtest::entityOf(host::Hatch{});
   db.append(e);
-  EXPECT_THROW(standalone::saveDxf(db, target), DxfError);
-  EXPECT_EQ(contents(target), before);
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir_), std::filesystem::directory_iterator()), 1);
+  EXPECT_THROW(standalone::saveDxf(db, target_), DxfError);
+  EXPECT_EQ(contents(target_), before);
+  EXPECT_EQ(filesInDir(), 1);
 }
 
 TEST_F(DxfSaveFailure, MissingFolderAndMissingFile) {
@@ -136,15 +133,11 @@ TEST_F(DxfSaveFailure, MissingFolderAndMissingFile) {
 }
 
 TEST_F(DxfSaveFailure, SaveReplacesTheTargetWhole) {
-  auto target = dir_ / "plan.dxf";
-  {
-    std::ofstream out(target);
-    out << "old content";
-  }
+  std::ofstream(target_) << "old content";
   auto db = standalone::DrawingDatabase::createEmpty();
-  standalone::saveDxf(db, target);
-  EXPECT_EQ(contents(target), standalone::writeDxf(db));
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir_), std::filesystem::directory_iterator()), 1);
+  standalone::saveDxf(db, target_);
+  EXPECT_EQ(contents(target_), standalone::writeDxf(db));
+  EXPECT_EQ(filesInDir(), 1);
 }
 
 }  // namespace

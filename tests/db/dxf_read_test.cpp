@@ -10,34 +10,29 @@
 
 namespace {
 
-using dbtest::drawing;
-using dbtest::dxf;
+using namespace dbtest;
 using standalone::readDxf;
 
 constexpr double kPi = std::numbers::pi;
 
+// The entities of model space in a file holding the given groups.
+std::vector<host::Entity> modelSpace(const Groups& entities) {
+  auto db = readDxf(drawing(dxf(entities)));
+  std::vector<host::Entity> out;
+  for (auto id : db.entitiesOf(db.modelSpace())) out.push_back(*db.read(id));
+  return out;
+}
+
 // The only entity of model space in a file holding the given groups.
-host::Entity only(const dbtest::Groups& groups) {
-  auto db = readDxf(drawing(dxf(groups)));
-  auto ids = db.entitiesOf(db.modelSpace());
-  EXPECT_EQ(ids.size(), 1u);
-  return *db.read(ids.at(0));
-}
-
-dbtest::Groups head(const char* type, const char* handle, const char* subclass) {
-  return {{0, type}, {5, handle}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, subclass}};
-}
-
-dbtest::Groups operator+(dbtest::Groups a, const dbtest::Groups& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
+host::Entity only(const Groups& entities) {
+  auto all = modelSpace(entities);
+  EXPECT_EQ(all.size(), 1u);
+  return all.at(0);
 }
 
 TEST(DxfReadKinds, ArcWithDownwardNormalIsMirroredIntoWorldCoordinates) {
-  auto e = only(head("ARC", "50", "AcDbCircle") + dbtest::Groups{{10, "3.0"}, {20, "4.0"}, {30, "0.0"},
-                                                                  {40, "2.0"}, {210, "0.0"}, {220, "0.0"},
-                                                                  {230, "-1.0"}, {100, "AcDbArc"}, {50, "90.0"},
-                                                                  {51, "180.0"}});
+  auto e = only(head("ARC", "50", "AcDbCircle") +
+                groups("10 3.0|20 4.0|30 0.0|40 2.0|210 0.0|220 0.0|230 -1.0|100 AcDbArc|50 90.0|51 180.0"));
   const auto& arc = std::get<host::Arc>(e.data);
   // OCS x axis of (0,0,-1) is world -X: OCS (3,4) is world (-3,4).
   EXPECT_DOUBLE_EQ(arc.center.x, -3.0);
@@ -51,14 +46,10 @@ TEST(DxfReadKinds, ArcWithDownwardNormalIsMirroredIntoWorldCoordinates) {
 
 TEST(DxfReadKinds, TiltedCircleAndTextUseTheArbitraryAxis) {
   // Normal (1,0,0): |Nx| >= 1/64, so OCS x = Z x N = (0,1,0) and OCS y = N x Ax = (0,0,1).
-  auto c = only(head("CIRCLE", "50", "AcDbCircle") + dbtest::Groups{{10, "2.0"}, {20, "5.0"}, {30, "7.0"},
-                                                                     {40, "1.0"}, {210, "1.0"}, {220, "0.0"},
-                                                                     {230, "0.0"}});
+  auto c = only(head("CIRCLE", "50", "AcDbCircle") + groups("10 2.0|20 5.0|30 7.0|40 1.0|210 1.0|220 0.0|230 0.0"));
   EXPECT_EQ(std::get<host::Circle>(c.data).center, (ge::Point3d{7, 2, 5}));
-  auto t = only(head("TEXT", "51", "AcDbText") + dbtest::Groups{{10, "2.0"}, {20, "5.0"}, {30, "7.0"},
-                                                                 {40, "1.5"}, {1, "abc"}, {50, "30"},
-                                                                 {210, "1.0"}, {220, "0.0"}, {230, "0.0"},
-                                                                 {100, "AcDbText"}, {73, "2"}});
+  auto t = only(head("TEXT", "51", "AcDbText") +
+                groups("10 2.0|20 5.0|30 7.0|40 1.5|1 abc|50 30|210 1.0|220 0.0|230 0.0|100 AcDbText|73 2"));
   const auto& text = std::get<host::Text>(t.data);
   EXPECT_EQ(text.position, (ge::Point3d{7, 2, 5}));
   EXPECT_NEAR(text.rotation, kPi / 6, 1e-15);
@@ -68,9 +59,7 @@ TEST(DxfReadKinds, TiltedCircleAndTextUseTheArbitraryAxis) {
 
 TEST(DxfReadKinds, LwPolylineKeepsBulgesWidthsAndElevation) {
   auto e = only(head("LWPOLYLINE", "52", "AcDbPolyline") +
-                dbtest::Groups{{90, "3"}, {70, "129"}, {43, "0.0"}, {38, "2.5"}, {10, "0"}, {20, "0"},
-                               {42, "1.0"}, {10, "10"}, {20, "0"}, {40, "0.5"}, {41, "0.25"}, {10, "10"},
-                               {20, "5"}, {42, "-0.4142"}});
+                groups("90 3|70 129|43 0.0|38 2.5|10 0|20 0|42 1.0|10 10|20 0|40 0.5|41 0.25|10 10|20 5|42 -0.4142"));
   const auto& p = std::get<host::LwPolyline>(e.data);
   ASSERT_EQ(p.vertices.size(), 3u);
   EXPECT_TRUE(p.closed);
@@ -80,28 +69,23 @@ TEST(DxfReadKinds, LwPolylineKeepsBulgesWidthsAndElevation) {
   EXPECT_EQ(p.vertices[1].startWidth, 0.5);
   EXPECT_EQ(p.vertices[1].endWidth, 0.25);
   EXPECT_EQ(p.vertices[2].bulge, -0.4142);
-}
-
-TEST(DxfReadKinds, AnAbsurdVertexCountReservesNothingItCannotFill) {
-  auto e = only(head("LWPOLYLINE", "52", "AcDbPolyline") +
-                dbtest::Groups{{90, "99999999"}, {70, "0"}, {10, "0"}, {20, "0"}, {10, "1"}, {20, "1"}});
-  const auto& p = std::get<host::LwPolyline>(e.data);
-  EXPECT_EQ(p.vertices.size(), 2u);
-  EXPECT_LT(p.vertices.capacity(), 1000u);
+  // An absurd vertex count reserves nothing it cannot fill.
+  auto absurd = only(head("LWPOLYLINE", "52", "AcDbPolyline") + groups("90 99999999|70 0|10 0|20 0|10 1|20 1"));
+  const auto& two = std::get<host::LwPolyline>(absurd.data).vertices;
+  EXPECT_EQ(two.size(), 2u);
+  EXPECT_LT(two.capacity(), 1000u);
 }
 
 TEST(DxfReadKinds, SplineFitPolylineKeepsCurveAndFrameVertices) {
-  auto vertex = [](const char* h, const char* x, const char* flags) {
-    return dbtest::Groups{{0, "VERTEX"}, {5, h}, {330, "53"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbVertex"},
-                          {100, "AcDb2dVertex"}, {10, x}, {20, "1.0"}, {30, "0.0"}, {70, flags}};
+  auto vertex = [](const std::string& h, const std::string& x, const std::string& flags) {
+    return groups("0 VERTEX|5 " + h + "|330 53|100 AcDbEntity|8 0|100 AcDbVertex|100 AcDb2dVertex|10 " + x +
+                  "|20 1.0|30 0.0|70 " + flags);
   };
-  auto groups = head("POLYLINE", "53", "AcDb2dPolyline") +
-                dbtest::Groups{{66, "1"}, {10, "0.0"}, {20, "0.0"}, {30, "4.0"}, {70, "4"}, {75, "6"}} +
-                vertex("54", "0.5", "8") + vertex("55", "1.5", "8") + vertex("56", "0.0", "16") +
-                vertex("57", "2.0", "16") +
-                dbtest::Groups{{0, "SEQEND"}, {5, "58"}, {330, "53"}, {100, "AcDbEntity"}, {8, "0"}};
-  auto e = only(groups);
-  const auto& p = std::get<host::Polyline2d>(e.data);
+  auto p = std::get<host::Polyline2d>(
+      only(head("POLYLINE", "53", "AcDb2dPolyline") + groups("66 1|10 0.0|20 0.0|30 4.0|70 4|75 6") +
+           vertex("54", "0.5", "8") + vertex("55", "1.5", "8") + vertex("56", "0.0", "16") +
+           vertex("57", "2.0", "16") + groups("0 SEQEND|5 58|330 53|100 AcDbEntity|8 0"))
+          .data);
   EXPECT_TRUE(p.splineFit);
   EXPECT_EQ(p.curveType, host::PolyCurveType::kCubicSpline);
   EXPECT_EQ(p.elevation, 4.0);
@@ -112,35 +96,25 @@ TEST(DxfReadKinds, SplineFitPolylineKeepsCurveAndFrameVertices) {
   EXPECT_EQ(p.seqendHandle, 0x58u);
 }
 
-TEST(DxfReadKinds, PolyfaceMeshStaysUninterpretedWithItsVertices) {
-  auto groups = head("POLYLINE", "60", "AcDbPolyFaceMesh") +
-                dbtest::Groups{{66, "1"}, {70, "64"}, {71, "3"}, {72, "1"},
-                               {0, "VERTEX"}, {5, "61"}, {330, "60"}, {100, "AcDbEntity"}, {8, "0"},
-                               {100, "AcDbVertex"}, {100, "AcDbPolyFaceMeshVertex"}, {10, "1"}, {20, "2"},
-                               {30, "3"}, {70, "192"},
-                               {0, "SEQEND"}, {5, "62"}, {330, "60"}, {100, "AcDbEntity"}, {8, "0"}};
-  auto e = only(groups);
-  ASSERT_TRUE(std::holds_alternative<host::OtherEntity>(e.data));
-  EXPECT_EQ(std::get<host::OtherEntity>(e.data).dxfName, "POLYLINE");
-}
-
-TEST(DxfReadKinds, ThreeDPolylineAndSplineWithWeightsAndTangents) {
+TEST(DxfReadKinds, ThreeDPolylinePolyfaceMeshAndSplineWithWeightsAndTangents) {
   auto p3 = only(head("POLYLINE", "63", "AcDb3dPolyline") +
-                 dbtest::Groups{{66, "1"}, {70, "9"}, {0, "VERTEX"}, {5, "64"}, {330, "63"}, {100, "AcDbEntity"},
-                                {8, "0"}, {100, "AcDbVertex"}, {100, "AcDb3dPolylineVertex"}, {10, "1"},
-                                {20, "2"}, {30, "3"}, {70, "32"}, {0, "SEQEND"}, {5, "65"}, {330, "63"},
-                                {100, "AcDbEntity"}, {8, "0"}});
+                 groups("66 1|70 9|0 VERTEX|5 64|330 63|100 AcDbEntity|8 0|100 AcDbVertex|100 AcDb3dPolylineVertex"
+                        "|10 1|20 2|30 3|70 32|0 SEQEND|5 65|330 63|100 AcDbEntity|8 0"));
   const auto& poly = std::get<host::Polyline3d>(p3.data);
   EXPECT_TRUE(poly.closed);
   ASSERT_EQ(poly.vertices.size(), 1u);
   EXPECT_EQ(poly.vertices[0].position, (ge::Point3d{1, 2, 3}));
 
+  // A polyface mesh stays uninterpreted, with its vertices.
+  auto mesh = only(head("POLYLINE", "60", "AcDbPolyFaceMesh") +
+                   groups("66 1|70 64|71 3|72 1|0 VERTEX|5 61|330 60|100 AcDbEntity|8 0|100 AcDbVertex"
+                          "|100 AcDbPolyFaceMeshVertex|10 1|20 2|30 3|70 192|0 SEQEND|5 62|330 60|100 AcDbEntity|8 0"));
+  ASSERT_TRUE(std::holds_alternative<host::OtherEntity>(mesh.data));
+  EXPECT_EQ(std::get<host::OtherEntity>(mesh.data).dxfName, "POLYLINE");
+
   auto sp = only(head("SPLINE", "66", "AcDbSpline") +
-                 dbtest::Groups{{70, "12"}, {71, "2"}, {72, "6"}, {73, "3"}, {74, "2"}, {12, "1"}, {22, "0"},
-                                {32, "0"}, {40, "0"}, {40, "0"}, {40, "0"}, {40, "1"}, {40, "1"}, {40, "1"},
-                                {41, "1"}, {41, "0.7071"}, {41, "1"}, {10, "0"}, {20, "0"}, {30, "0"},
-                                {10, "1"}, {20, "1"}, {30, "0"}, {10, "2"}, {20, "0"}, {30, "0"}, {11, "0"},
-                                {21, "0"}, {31, "0"}, {11, "2"}, {21, "0"}, {31, "0"}});
+                 groups("70 12|71 2|72 6|73 3|74 2|12 1|22 0|32 0|40 0|40 0|40 0|40 1|40 1|40 1|41 1|41 0.7071|41 1"
+                        "|10 0|20 0|30 0|10 1|20 1|30 0|10 2|20 0|30 0|11 0|21 0|31 0|11 2|21 0|31 0"));
   const auto& s = std::get<host::Spline>(sp.data);
   EXPECT_EQ(s.degree, 2);
   EXPECT_TRUE(s.isRational());
@@ -155,10 +129,8 @@ TEST(DxfReadKinds, ThreeDPolylineAndSplineWithWeightsAndTangents) {
 
 TEST(DxfReadKinds, HelixKeepsItsSplineAndAxis) {
   auto e = only(head("HELIX", "67", "AcDbSpline") +
-                dbtest::Groups{{70, "0"}, {71, "3"}, {72, "0"}, {73, "1"}, {74, "0"}, {10, "2"}, {20, "0"},
-                               {30, "0"}, {100, "AcDbHelix"}, {90, "29"}, {91, "63"}, {10, "0"}, {20, "0"},
-                               {30, "0"}, {11, "2"}, {21, "0"}, {31, "0"}, {12, "0"}, {22, "0"}, {32, "1"},
-                               {40, "2"}, {41, "3"}, {42, "1"}, {290, "0"}, {280, "1"}});
+                groups("70 0|71 3|72 0|73 1|74 0|10 2|20 0|30 0|100 AcDbHelix|90 29|91 63|10 0|20 0|30 0"
+                       "|11 2|21 0|31 0|12 0|22 0|32 1|40 2|41 3|42 1|290 0|280 1"));
   const auto& h = std::get<host::Helix>(e.data);
   EXPECT_EQ(h.curve.controlPoints.size(), 1u);
   EXPECT_EQ(h.startPoint, (ge::Point3d{2, 0, 0}));
@@ -170,8 +142,7 @@ TEST(DxfReadKinds, HelixKeepsItsSplineAndAxis) {
 
 TEST(DxfReadKinds, MTextJoinsChunksAndTurnsAnAngleIntoADirection) {
   auto e = only(head("MTEXT", "68", "AcDbMText") +
-                dbtest::Groups{{10, "1"}, {20, "2"}, {30, "0"}, {40, "2.5"}, {71, "5"}, {3, "first part, "},
-                               {3, "second part, "}, {1, "end"}, {50, "90"}});
+                groups("10 1|20 2|30 0|40 2.5|71 5|3 first part, |3 second part, |1 end|50 90"));
   const auto& m = std::get<host::MText>(e.data);
   EXPECT_EQ(m.text, "first part, second part, end");
   EXPECT_EQ(m.attachment, 5);
@@ -181,14 +152,10 @@ TEST(DxfReadKinds, MTextJoinsChunksAndTurnsAnAngleIntoADirection) {
 
 TEST(DxfReadKinds, HatchPathsWithClockwiseArcAndSeedPointsAfterThem) {
   auto e = only(head("HATCH", "69", "AcDbHatch") +
-                dbtest::Groups{{10, "0"}, {20, "0"}, {30, "1.5"}, {210, "0"}, {220, "0"}, {230, "1"},
-                               {2, "SOLID"}, {70, "1"}, {71, "1"}, {91, "2"},
-                               {92, "7"}, {72, "1"}, {73, "1"}, {93, "2"}, {10, "0"}, {20, "0"}, {42, "0.5"},
-                               {10, "4"}, {20, "0"}, {42, "0"}, {97, "1"}, {330, "50"},
-                               {92, "1"}, {93, "2"}, {72, "1"}, {10, "0"}, {20, "0"}, {11, "1"}, {21, "0"},
-                               {72, "2"}, {10, "0"}, {20, "0"}, {40, "1"}, {50, "270"}, {51, "360"},
-                               {73, "0"}, {97, "0"},
-                               {75, "1"}, {76, "1"}, {98, "1"}, {10, "5.5"}, {20, "6.5"}});
+                groups("10 0|20 0|30 1.5|210 0|220 0|230 1|2 SOLID|70 1|71 1|91 2"
+                       "|92 7|72 1|73 1|93 2|10 0|20 0|42 0.5|10 4|20 0|42 0|97 1|330 50"
+                       "|92 1|93 2|72 1|10 0|20 0|11 1|21 0|72 2|10 0|20 0|40 1|50 270|51 360|73 0|97 0"
+                       "|75 1|76 1|98 1|10 5.5|20 6.5"));
   const auto& h = std::get<host::Hatch>(e.data);
   EXPECT_EQ(h.elevation, 1.5);
   EXPECT_TRUE(h.associative);
@@ -205,38 +172,31 @@ TEST(DxfReadKinds, HatchPathsWithClockwiseArcAndSeedPointsAfterThem) {
 }
 
 TEST(DxfReadKinds, InsertWithAttributesAndImage) {
-  auto groups = head("INSERT", "70", "AcDbBlockReference") +
-                dbtest::Groups{{66, "1"}, {2, "Door"}, {10, "5"}, {20, "6"}, {30, "0"}, {41, "2"}, {50, "45"},
-                               {0, "ATTRIB"}, {5, "71"}, {330, "70"}, {100, "AcDbEntity"}, {8, "0"},
-                               {100, "AcDbText"}, {10, "5"}, {20, "6"}, {30, "0"}, {40, "1"}, {1, "D1"},
-                               {100, "AcDbAttribute"}, {2, "TAG"}, {70, "0"},
-                               {0, "SEQEND"}, {5, "72"}, {330, "70"}, {100, "AcDbEntity"}, {8, "0"}} +
-                head("IMAGE", "73", "AcDbRasterImage") +
-                dbtest::Groups{{90, "0"}, {10, "1"}, {20, "1"}, {30, "0"}, {11, "0.01"}, {21, "0"}, {31, "0"},
-                               {12, "0"}, {22, "0.01"}, {32, "0"}, {13, "640"}, {23, "480"}, {340, "74"},
-                               {70, "7"}, {280, "0"}};
-  auto db = readDxf(drawing(dxf(groups)));
-  auto ids = db.entitiesOf(db.modelSpace());
-  ASSERT_EQ(ids.size(), 2u);
-  const auto& ins = std::get<host::BlockReference>(db.peek(ids[0])->data);
+  auto all = modelSpace(head("INSERT", "70", "AcDbBlockReference") +
+                        groups("66 1|2 Door|10 5|20 6|30 0|41 2|50 45|0 ATTRIB|5 71|330 70|100 AcDbEntity|8 0"
+                               "|100 AcDbText|10 5|20 6|30 0|40 1|1 D1|100 AcDbAttribute|2 TAG|70 0"
+                               "|0 SEQEND|5 72|330 70|100 AcDbEntity|8 0") +
+                        head("IMAGE", "73", "AcDbRasterImage") +
+                        groups("90 0|10 1|20 1|30 0|11 0.01|21 0|31 0|12 0|22 0.01|32 0|13 640|23 480|340 74"
+                               "|70 7|280 0"));
+  ASSERT_EQ(all.size(), 2u);
+  const auto& ins = std::get<host::BlockReference>(all[0].data);
   EXPECT_EQ(ins.blockName, "Door");
   EXPECT_TRUE(ins.hasAttributes);
   EXPECT_NEAR(ins.rotation, kPi / 4, 1e-15);
   EXPECT_EQ(ins.scale, (ge::Vector3d{2, 1, 1}));
-  const auto& img = std::get<host::Image>(db.peek(ids[1])->data);
+  const auto& img = std::get<host::Image>(all[1].data);
   EXPECT_EQ(img.imageDefHandle, 0x74u);
   EXPECT_EQ(img.widthPixels, 640);
   EXPECT_EQ(img.heightPixels, 480);
 }
 
 TEST(DxfReadKinds, CommonPropertiesAndUninterpretedKinds) {
-  auto groups = dbtest::Groups{{0, "LINE"}, {5, "75"}, {102, "{ACAD_REACTORS"}, {330, "C"}, {102, "}"},
-                               {102, "{ACAD_XDICTIONARY"}, {360, "D"}, {102, "}"}, {330, "1F"},
-                               {100, "AcDbEntity"}, {8, "Walls"}, {6, "DASHED"}, {62, "1"}, {420, "16711680"},
-                               {370, "35"}, {48, "2.0"}, {60, "1"}, {100, "AcDbLine"}, {10, "0"}, {20, "0"},
-                               {30, "0"}, {11, "1"}, {21, "1"}, {31, "0"}} +
-                head("3DFACE", "76", "AcDbFace") + dbtest::Groups{{10, "0"}, {20, "0"}, {30, "0"}};
-  auto db = readDxf(drawing(dxf(groups)));
+  auto db = readDxf(drawing(dxf(
+      groups("0 LINE|5 75|102 {ACAD_REACTORS|330 C|102 }|102 {ACAD_XDICTIONARY|360 D|102 }|330 1F"
+             "|100 AcDbEntity|8 Walls|6 DASHED|62 1|420 16711680|370 35|48 2.0|60 1"
+             "|100 AcDbLine|10 0|20 0|30 0|11 1|21 1|31 0") +
+      head("3DFACE", "76", "AcDbFace") + groups("10 0|20 0|30 0"))));
   auto ids = db.entitiesOf(db.modelSpace());
   ASSERT_EQ(ids.size(), 2u);
   auto line = *db.read(ids[0]);
@@ -277,10 +237,8 @@ TEST(DxfReadStructure, TablesBlocksHeaderAndView) {
 }
 
 TEST(DxfReadStructure, R12WithoutHandlesGetsPrivateIds) {
-  std::string text = dxf({{0, "SECTION"}, {2, "ENTITIES"}, {0, "LINE"}, {8, "0"}, {10, "0"}, {20, "0"}, {30, "0"},
-                          {11, "1"}, {21, "1"}, {31, "0"}, {0, "CIRCLE"}, {8, "0"}, {67, "1"}, {10, "0"},
-                          {20, "0"}, {30, "0"}, {40, "1"}, {0, "ENDSEC"}, {0, "EOF"}});
-  auto db = readDxf(text);
+  auto db = readDxf(dxf("0 SECTION|2 ENTITIES|0 LINE|8 0|10 0|20 0|30 0|11 1|21 1|31 0"
+                        "|0 CIRCLE|8 0|67 1|10 0|20 0|30 0|40 1|0 ENDSEC|0 EOF"));
   EXPECT_EQ(db.version(), "AC1009");
   auto model = db.entitiesOf(db.modelSpace());
   ASSERT_EQ(model.size(), 1u);
@@ -290,18 +248,16 @@ TEST(DxfReadStructure, R12WithoutHandlesGetsPrivateIds) {
 }
 
 TEST(DxfReadText, CodePagesAndUnicodeEscapes) {
-  auto text = [](const std::string& file) {
-    auto db = readDxf(file);
+  auto text = [](const std::string& value, const std::string& version, const std::string& codepage = "ANSI_1252") {
+    auto db = readDxf(drawing(dxf(head("TEXT", "80", "AcDbText") +
+                                  groups("10 0|20 0|30 0|40 1|1 " + value + "|100 AcDbText")),
+                              version, codepage));
     return std::get<host::Text>(db.peek(db.entitiesOf(db.modelSpace()).at(0))->data).text;
   };
-  auto textEntity = [](const std::string& value) {
-    return dxf(head("TEXT", "80", "AcDbText") +
-               dbtest::Groups{{10, "0"}, {20, "0"}, {30, "0"}, {40, "1"}, {1, value}, {100, "AcDbText"}});
-  };
-  EXPECT_EQ(text(drawing(textEntity("caf\xE9"), "AC1015")), "caf\xC3\xA9");  // é in ANSI_1252
-  EXPECT_EQ(text(drawing(textEntity("\xD6\xD0\xCE\xC4"), "AC1018", "ANSI_936")), "中文");  // GBK
-  EXPECT_EQ(text(drawing(textEntity("\\U+4E2D!"), "AC1015")), "中!");
-  EXPECT_EQ(text(drawing(textEntity("中文"), "AC1021")), "中文");  // UTF-8 from R2007
+  EXPECT_EQ(text("caf\xE9", "AC1015"), "caf\xC3\xA9");  // é in ANSI_1252
+  EXPECT_EQ(text("\xD6\xD0\xCE\xC4", "AC1018", "ANSI_936"), "中文");  // GBK
+  EXPECT_EQ(text("\\U+4E2D!", "AC1015"), "中!");
+  EXPECT_EQ(text("中文", "AC1021"), "中文");  // UTF-8 from R2007
 }
 
 }  // namespace

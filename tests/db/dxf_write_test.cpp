@@ -13,63 +13,47 @@
 
 namespace {
 
-using dbtest::drawing;
-using dbtest::dxf;
+using namespace dbtest;
 using standalone::DrawingDatabase;
 using standalone::readDxf;
 using standalone::writeDxf;
 
-const dbtest::Groups kMixedEntities = {
-    {0, "LINE"}, {5, "50"}, {102, "{ACAD_XDICTIONARY"}, {360, "D"}, {102, "}"}, {330, "1F"},
-    {100, "AcDbEntity"}, {8, "Walls"}, {347, "A1"}, {100, "AcDbLine"}, {10, "0.0"}, {20, "0.0"}, {30, "0.0"},
-    {11, "1.5"}, {21, "2.5"}, {31, "0.0"}, {100, "AcDbCustomLine"}, {1, "custom"},
-    {1001, "APP"}, {1000, "note"}, {1040, "2.0"},
-    {0, "ARC"}, {5, "51"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbCircle"}, {10, "1.0"},
-    {20, "1.0"}, {30, "0.0"}, {40, "2.0"}, {210, "0.0"}, {220, "0.0"}, {230, "-1.0"}, {100, "AcDbArc"},
-    {50, "10.0"}, {51, "100.0"},
-    {0, "INSERT"}, {5, "52"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbBlockReference"},
-    {66, "1"}, {2, "Door"}, {10, "5.0"}, {20, "6.0"}, {30, "0.0"},
-    {0, "ATTRIB"}, {5, "53"}, {330, "52"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbText"}, {10, "5.0"},
-    {20, "6.0"}, {30, "0.0"}, {40, "1.0"}, {1, "D1"}, {100, "AcDbAttribute"}, {2, "TAG"}, {70, "0"},
-    {0, "SEQEND"}, {5, "54"}, {330, "52"}, {100, "AcDbEntity"}, {8, "0"},
-    {0, "DIMENSION"}, {5, "55"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbDimension"},
-    {2, "*D1"}, {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {70, "32"}, {100, "AcDbAlignedDimension"},
-    {13, "0.0"}, {23, "0.0"}, {33, "0.0"}, {14, "4.0"}, {24, "0.0"}, {34, "0.0"},
-    {0, "TEXT"}, {5, "56"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbText"}, {10, "1.0"},
-    {20, "1.0"}, {30, "0.0"}, {40, "2.0"}, {1, "caf\xE9"}, {100, "AcDbText"}};
+const std::string kMixedEntities = dxf(
+    "0 LINE|5 50|102 {ACAD_XDICTIONARY|360 D|102 }|330 1F|100 AcDbEntity|8 Walls|347 A1|100 AcDbLine"
+    "|10 0.0|20 0.0|30 0.0|11 1.5|21 2.5|31 0.0|100 AcDbCustomLine|1 custom|1001 APP|1000 note|1040 2.0"
+    "|0 ARC|5 51|330 1F|100 AcDbEntity|8 0|100 AcDbCircle|10 1.0|20 1.0|30 0.0|40 2.0|210 0.0|220 0.0|230 -1.0"
+    "|100 AcDbArc|50 10.0|51 100.0"
+    "|0 INSERT|5 52|330 1F|100 AcDbEntity|8 0|100 AcDbBlockReference|66 1|2 Door|10 5.0|20 6.0|30 0.0"
+    "|0 ATTRIB|5 53|330 52|100 AcDbEntity|8 0|100 AcDbText|10 5.0|20 6.0|30 0.0|40 1.0|1 D1|100 AcDbAttribute"
+    "|2 TAG|70 0|0 SEQEND|5 54|330 52|100 AcDbEntity|8 0"
+    "|0 DIMENSION|5 55|330 1F|100 AcDbEntity|8 0|100 AcDbDimension|2 *D1|10 0.0|20 0.0|30 0.0|70 32"
+    "|100 AcDbAlignedDimension|13 0.0|23 0.0|33 0.0|14 4.0|24 0.0|34 0.0"
+    "|0 TEXT|5 56|330 1F|100 AcDbEntity|8 0|100 AcDbText|10 1.0|20 1.0|30 0.0|40 2.0|1 caf\xE9|100 AcDbText");
 
 host::Entity first(const DrawingDatabase& db) { return *db.read(db.entitiesOf(db.modelSpace()).at(0)); }
 
 TEST(DxfWriteUnchanged, FileComesOutByteForByte) {
-  for (const char* eol : {"\n", "\r\n"}) {
-    std::string in = drawing(dxf(kMixedEntities));
-    if (std::string(eol) == "\r\n") {
-      std::string crlf;
-      for (char c : in) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
-      in = crlf;
-    }
-    EXPECT_EQ(writeDxf(readDxf(in)), in) << "line end " << (eol[0] == '\r' ? "CRLF" : "LF");
-  }
+  std::string lf = drawing(kMixedEntities), crlf;
+  for (char c : lf) crlf += c == '\n' ? std::string("\r\n") : std::string(1, c);
+  EXPECT_EQ(writeDxf(readDxf(lf)), lf) << "LF";
+  EXPECT_EQ(writeDxf(readDxf(crlf)), crlf) << "CRLF";
 }
 
 TEST(DxfWriteChanged, KeptGroupsReturnAfterTheirSubclassMarker) {
-  auto db = readDxf(drawing(dxf(kMixedEntities)));
+  auto db = readDxf(drawing(kMixedEntities));
   auto line = first(db);
   std::get<host::Line>(line.data).end = {7, 8, 0};
   ASSERT_EQ(db.write(line), host::ErrorStatus::eOk);
   std::string out = writeDxf(db);
-  auto back = readDxf(out);
-  EXPECT_EQ(std::get<host::Line>(first(back).data).end, (ge::Point3d{7, 8, 0}));
-  std::string expected = dxf({{0, "LINE"}, {5, "50"}, {102, "{ACAD_XDICTIONARY"}, {360, "D"}, {102, "}"},
-                              {330, "1F"}, {100, "AcDbEntity"}, {8, "Walls"}, {347, "A1"}, {100, "AcDbLine"},
-                              {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {11, "7.0"}, {21, "8.0"}, {31, "0.0"},
-                              {100, "AcDbCustomLine"}, {1, "custom"}, {1001, "APP"}, {1000, "note"},
-                              {1040, "2.0"}, {0, "ARC"}});
+  EXPECT_EQ(std::get<host::Line>(first(readDxf(out)).data).end, (ge::Point3d{7, 8, 0}));
+  std::string expected = dxf(
+      "0 LINE|5 50|102 {ACAD_XDICTIONARY|360 D|102 }|330 1F|100 AcDbEntity|8 Walls|347 A1|100 AcDbLine"
+      "|10 0.0|20 0.0|30 0.0|11 7.0|21 8.0|31 0.0|100 AcDbCustomLine|1 custom|1001 APP|1000 note|1040 2.0|0 ARC");
   EXPECT_NE(out.find(expected), std::string::npos) << out.substr(out.find("LINE") - 4, 600);
 }
 
 TEST(DxfWriteChanged, InsertKeepsAttributesAndOthersKeepTheirBytes) {
-  auto db = readDxf(drawing(dxf(kMixedEntities)));
+  auto db = readDxf(drawing(kMixedEntities));
   auto ids = db.entitiesOf(db.modelSpace());
   auto insert = *db.read(ids[2]);
   std::get<host::BlockReference>(insert.data).position = {9, 9, 0};
@@ -84,24 +68,20 @@ TEST(DxfWriteChanged, InsertKeepsAttributesAndOthersKeepTheirBytes) {
   auto backIds = back.entitiesOf(back.modelSpace());
   ASSERT_EQ(backIds.size(), 4u);  // the ARC is gone
   EXPECT_EQ(std::get<host::BlockReference>(back.peek(backIds[1])->data).position, (ge::Point3d{9, 9, 0}));
-  EXPECT_NE(out.find(dxf({{0, "ATTRIB"}, {5, "53"}})), std::string::npos);
-  EXPECT_NE(out.find(dxf({{0, "SEQEND"}, {5, "54"}})), std::string::npos);
+  EXPECT_NE(out.find(dxf("0 ATTRIB|5 53")), std::string::npos);
+  EXPECT_NE(out.find(dxf("0 SEQEND|5 54")), std::string::npos);
   auto dimBack = *back.read(backIds[2]);
   EXPECT_EQ(dimBack.props.layer, "Walls");
   EXPECT_EQ(dimBack.props.color.index, 3);
-  EXPECT_NE(out.find(dxf({{100, "AcDbAlignedDimension"}, {13, "0.0"}})), std::string::npos);
+  EXPECT_NE(out.find(dxf("100 AcDbAlignedDimension|13 0.0")), std::string::npos);
   // The text came from an ANSI_1252 file and goes back in it.
   EXPECT_NE(out.find("caf\xE9"), std::string::npos);
 }
 
 TEST(DxfWriteChanged, EntitiesWithoutOrWithATakenHandleGetNewOnesInPlace) {
-  dbtest::Groups groups{{0, "3DFACE"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbFace"},
-                        {10, "0.0"}, {20, "0.0"}, {30, "0.0"},
-                        {0, "LINE"}, {5, "50"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbLine"},
-                        {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {11, "1.0"}, {21, "0.0"}, {31, "0.0"},
-                        {0, "SOLID"}, {5, "50"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"}, {100, "AcDbTrace"},
-                        {10, "0.0"}, {20, "0.0"}, {30, "0.0"}};
-  auto db = readDxf(drawing(dxf(groups)));
+  auto db = readDxf(drawing(dxf("0 3DFACE|330 1F|100 AcDbEntity|8 0|100 AcDbFace|10 0.0|20 0.0|30 0.0") +
+                            dxf(head("LINE", "50", "AcDbLine") + groups("10 0.0|20 0.0|30 0.0|11 1.0|21 0.0|31 0.0") +
+                                head("SOLID", "50", "AcDbTrace") + groups("10 0.0|20 0.0|30 0.0"))));
   auto back = readDxf(writeDxf(db));
   auto ids = back.entitiesOf(back.modelSpace());
   ASSERT_EQ(ids.size(), 3u);
@@ -115,35 +95,27 @@ TEST(DxfWriteChanged, EntitiesWithoutOrWithATakenHandleGetNewOnesInPlace) {
 }
 
 TEST(DxfWriteChanged, PolylineVerticesKeepTheirOwnGroups) {
-  auto vertex = [](const char* h, const char* x, dbtest::Groups extra) {
-    dbtest::Groups g{{0, "VERTEX"}, {5, h}, {330, "60"}, {100, "AcDbEntity"}, {8, "0"}, {62, "3"},
-                     {100, "AcDbVertex"}, {100, "AcDb2dVertex"}, {10, x}, {20, "1.0"}, {30, "0.0"}, {70, "0"}};
-    g.insert(g.end(), extra.begin(), extra.end());
-    return g;
+  auto vertex = [](const std::string& h, const std::string& x, const std::string& extra) {
+    return "|0 VERTEX|5 " + h + "|330 60|100 AcDbEntity|8 0|62 3|100 AcDbVertex|100 AcDb2dVertex|10 " + x +
+           "|20 1.0|30 0.0|70 0" + extra;
   };
-  dbtest::Groups groups{{0, "POLYLINE"}, {5, "60"}, {330, "1F"}, {100, "AcDbEntity"}, {8, "0"},
-                        {100, "AcDb2dPolyline"}, {66, "1"}, {10, "0.0"}, {20, "0.0"}, {30, "0.0"}, {70, "0"}};
-  for (const auto& g : {vertex("61", "0.0", {{1001, "APP"}, {1000, "first"}}), vertex("62", "5.0", {})})
-    groups.insert(groups.end(), g.begin(), g.end());
-  groups.insert(groups.end(), {{0, "SEQEND"}, {5, "63"}, {330, "60"}, {100, "AcDbEntity"}, {8, "0"},
-                               {1001, "APP"}, {1000, "end"}});
-  auto db = readDxf(drawing(dxf(groups)));
+  auto db = readDxf(drawing(dxf("0 POLYLINE|5 60|330 1F|100 AcDbEntity|8 0|100 AcDb2dPolyline|66 1"
+                                "|10 0.0|20 0.0|30 0.0|70 0" +
+                                vertex("61", "0.0", "|1001 APP|1000 first") + vertex("62", "5.0", "") +
+                                "|0 SEQEND|5 63|330 60|100 AcDbEntity|8 0|1001 APP|1000 end")));
   auto pl = first(db);
   std::get<host::Polyline2d>(pl.data).vertices[1].position.x = 9;
   db.write(pl);
   std::string out = writeDxf(db);
-  EXPECT_NE(out.find(dxf({{10, "0.0"}, {20, "1.0"}, {30, "0.0"}, {70, "0"}, {62, "3"}, {1001, "APP"},
-                          {1000, "first"}, {0, "VERTEX"}, {5, "62"}})),
-            std::string::npos)
+  EXPECT_NE(out.find(dxf("10 0.0|20 1.0|30 0.0|70 0|62 3|1001 APP|1000 first|0 VERTEX|5 62")), std::string::npos)
       << out.substr(out.find("POLYLINE"), 700);
-  EXPECT_NE(out.find(dxf({{10, "9.0"}})), std::string::npos);
-  EXPECT_NE(out.find(dxf({{8, "0"}, {1001, "APP"}, {1000, "end"}, {0, "ENDSEC"}})), std::string::npos);
+  EXPECT_NE(out.find(dxf("10 9.0")), std::string::npos);
+  EXPECT_NE(out.find(dxf("8 0|1001 APP|1000 end|0 ENDSEC")), std::string::npos);
 }
 
 TEST(DxfWriteChanged, SeedStaysAboveEveryHandleAndNewVariablesJoinTheHeader) {
-  auto db = readDxf(drawing(dxf(kMixedEntities)));
-  host::Entity e;
-  e.data = host::Polyline2d{{{}, {}, {}}};
+  auto db = readDxf(drawing(kMixedEntities));
+  host::Entity e = entityOf(host::Polyline2d{{{}, {}, {}}});
   db.append(e);
   db.setHeaderVariable("$PDSIZE", {{40, 0.5}});
   db.setHeaderVariable("$PDMODE", {{70, std::int16_t{3}}});
@@ -158,70 +130,35 @@ TEST(DxfWriteChanged, SeedStaysAboveEveryHandleAndNewVariablesJoinTheHeader) {
   EXPECT_EQ(*back.headerVariable("PDMODE"), (host::ResBufList{{70, std::int16_t{3}}}));
 }
 
-host::HatchSplineEdge splineEdge() {
-  host::HatchSplineEdge s;
-  s.knots = {0, 0, 0, 0, 1, 1, 1, 1};
-  s.controlPoints = {{0, 0}, {1, 1}, {2, 1}, {3, 0}};
-  return s;
-}
-
 // One sample record of every kind the drawing interprets.
 std::vector<host::EntityData> samples() {
-  host::Spline spline;
-  spline.degree = 2;
-  spline.flags = 8 | 4;
-  spline.knots = {0, 0, 0, 1, 1, 1};
-  spline.controlPoints = {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}};
-  spline.weights = {1, 0.5, 1};
-  spline.startTangent = ge::Vector3d{1, 0, 0};
-  host::Helix helix;
-  helix.curve = spline;
-  helix.startPoint = {2, 0, 0};
-  helix.turns = 2.5;
-  host::Hatch hatch;
-  hatch.patternName = "ANSI31";
-  hatch.solidFill = false;
-  host::HatchPath poly;
-  poly.flags = 3;
-  poly.polyline = {{0, 0, 0.5}, {4, 0, 0}, {4, 4, 0}};
-  host::HatchPath edges;
-  edges.edges = {host::HatchLineEdge{{0, 0}, {1, 0}}, host::HatchArcEdge{{1, 1}, 1, 1.0, 2.0, false},
-                 host::HatchEllipseEdge{{0, 0}, {2, 0}, 0.5, 0.5, 1.5, true},
-                 splineEdge()};
-  hatch.paths = {poly, edges};
-  host::Text text;
-  text.position = {1, 2, 0};
-  text.alignmentPoint = {5, 2, 0};
-  text.horizontalJustify = 2;
-  text.text = "中文 and text";
-  text.rotation = 0.5;
-  host::MText mtext;
-  mtext.text = std::string(600, 'x') + "中";
-  mtext.attachment = 5;
-  host::Polyline2d fit;
-  fit.splineFit = true;
-  fit.curveType = host::PolyCurveType::kCubicSpline;
-  fit.vertices = {{{0, 0, 0}, 0, 0, 0, 0, host::kVertexSplineFit, 0}, {{1, 1, 0}, 0, 0, 0, 0, host::kVertexSplineFrame, 0}};
-  host::Polyline3d p3;
-  p3.vertices = {{{0, 0, 0}}, {{1, 2, 3}}};
-  p3.closed = true;
-  host::BlockReference ref;
-  ref.blockName = "Door";
-  ref.position = {3, 4, 0};
-  ref.scale = {2, 2, 1};
-  ref.rotation = 1.0;
-  host::Image image;
-  image.widthPixels = 640;
-  image.heightPixels = 480;
-  image.imageDefHandle = 0x99;
+  host::Spline spline{.degree = 2, .flags = 8 | 4, .knots = {0, 0, 0, 1, 1, 1},
+                      .controlPoints = {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}}, .weights = {1, 0.5, 1},
+                      .startTangent = ge::Vector3d{1, 0, 0}};
+  host::HatchPath poly{.flags = 3, .polyline = {{0, 0, 0.5}, {4, 0, 0}, {4, 4, 0}}};
+  host::HatchPath edges{.edges = {host::HatchLineEdge{{0, 0}, {1, 0}}, host::HatchArcEdge{{1, 1}, 1, 1.0, 2.0, false},
+                                  host::HatchEllipseEdge{{0, 0}, {2, 0}, 0.5, 0.5, 1.5, true},
+                                  host::HatchSplineEdge{.knots = {0, 0, 0, 0, 1, 1, 1, 1},
+                                                        .controlPoints = {{0, 0}, {1, 1}, {2, 1}, {3, 0}}}}};
+  using host::kVertexSplineFit, host::kVertexSplineFrame;
   return {host::Line{{0, 0, 0}, {1, 2, 3}},
           host::Circle{{1, 2, 0}, 3, 0, {0, 0, -1}},
           host::Arc{{1, 2, 3}, 4, 0.25, 2.5, 0, {0.6, 0, 0.8}},
           host::Ellipse{{0, 0, 0}, {3, 1, 0}, ge::kZAxis, 0.5, 0.1, 2.0},
           host::LwPolyline{{{0, 0, 0.5, 0, 0}, {3, 0, -1, 0.1, 0.2}}, true, false, 0, 1.5},
-          fit, p3, spline, helix, text, mtext,
+          host::Polyline2d{.vertices = {{.position = {0, 0, 0}, .flags = kVertexSplineFit},
+                                        {.position = {1, 1, 0}, .flags = kVertexSplineFrame}},
+                           .splineFit = true, .curveType = host::PolyCurveType::kCubicSpline},
+          host::Polyline3d{.vertices = {{{0, 0, 0}}, {{1, 2, 3}}}, .closed = true},
+          spline,
+          host::Helix{.curve = spline, .startPoint = {2, 0, 0}, .turns = 2.5},
+          host::Text{.position = {1, 2, 0}, .alignmentPoint = {5, 2, 0}, .text = "中文 and text", .rotation = 0.5,
+                     .horizontalJustify = 2},
+          host::MText{.attachment = 5, .text = std::string(600, 'x') + "中"},
           host::PointEntity{{1, 2, 3}},
-          ref, hatch, image};
+          host::BlockReference{.blockName = "Door", .position = {3, 4, 0}, .scale = {2, 2, 1}, .rotation = 1.0},
+          host::Hatch{.patternName = "ANSI31", .solidFill = false, .paths = {poly, edges}},
+          host::Image{.widthPixels = 640, .heightPixels = 480, .imageDefHandle = 0x99}};
 }
 
 // Written and read again, the record is the one appended (angles to rounding).
@@ -276,10 +213,9 @@ TEST_P(DxfWriteNewEntities, ReadBackAsTheSameRecords) {
   auto db = DrawingDatabase::createEmpty(GetParam());
   std::vector<host::ObjectId> ids;
   for (const auto& data : samples()) {
-    host::Entity e;
+    host::Entity e = entityOf(data);
     e.props.layer = "NEW LAYER";
     e.props.color.index = 5;
-    e.data = data;
     ASSERT_EQ(db.append(e), host::ErrorStatus::eOk);
     ids.push_back(e.id);
   }
@@ -310,51 +246,42 @@ TEST(DxfWriteChanged, ActiveViewSetOnANewDrawingIsSaved) {
   }
 }
 
-TEST(DxfWriteR12, LightweightPolylineBecomesAnOldStylePolyline) {
+// What R12 lacks is written as the old kinds: polylines for lightweight
+// polylines, ellipses and splines, text for multiline text.
+TEST(DxfWriteR12, StandInsForNewerKinds) {
   auto db = DrawingDatabase::createEmpty("AC1009");
-  host::Entity e;
-  e.data = host::LwPolyline{{{0, 0, 0.5, 0, 0}, {3, 0, 0, 0, 0}, {3, 3, 0, 0, 0}}, true};
-  db.append(e);
+  for (host::EntityData data :
+       {host::EntityData{host::LwPolyline{{{0, 0, 0.5, 0, 0}, {3, 0, 0, 0, 0}, {3, 3, 0, 0, 0}}, true}},
+        host::EntityData{host::Ellipse{{1, 2, 0}, {4, 0, 0}, ge::kZAxis, 0.5, 0, 2 * 3.141592653589793}},
+        host::EntityData{host::Spline{.degree = 2, .knots = {0, 0, 0, 1, 1, 1},
+                                      .controlPoints = {{0, 0, 0}, {1, 2, 0}, {2, 0, 0}}}},
+        host::EntityData{host::MText{.height = 2, .text = "{\\fArial|b0;first}\\Psecond"}}}) {
+    host::Entity e = entityOf(data);
+    db.append(e);
+  }
   std::string out = writeDxf(db);
   EXPECT_EQ(out.find("AcDb"), std::string::npos);
   auto back = readDxf(out);
-  const auto& p = std::get<host::Polyline2d>(back.peek(back.entitiesOf(back.modelSpace()).at(0))->data);
-  ASSERT_EQ(p.vertices.size(), 3u);
-  EXPECT_TRUE(p.closed);
-  EXPECT_EQ(p.vertices[0].bulge, 0.5);
-  EXPECT_NE(p.vertices[2].handle, 0u);
-}
-
-TEST(DxfWriteR12, CurvesAndMultilineTextGetStandIns) {
-  auto db = DrawingDatabase::createEmpty("AC1009");
-  host::Entity ellipse, spline, mtext;
-  ellipse.data = host::Ellipse{{1, 2, 0}, {4, 0, 0}, ge::kZAxis, 0.5, 0, 2 * 3.141592653589793};
-  host::Spline s;
-  s.degree = 2;
-  s.knots = {0, 0, 0, 1, 1, 1};
-  s.controlPoints = {{0, 0, 0}, {1, 2, 0}, {2, 0, 0}};
-  spline.data = s;
-  host::MText m;
-  m.text = "{\\fArial|b0;first}\\Psecond";
-  m.height = 2;
-  mtext.data = m;
-  for (auto* e : {&ellipse, &spline, &mtext}) db.append(*e);
-  auto back = readDxf(writeDxf(db));
   auto ids = back.entitiesOf(back.modelSpace());
-  ASSERT_EQ(ids.size(), 3u);
-  const auto& pe = std::get<host::Polyline2d>(back.peek(ids[0])->data);
+  ASSERT_EQ(ids.size(), 4u);
+  const auto& pl = std::get<host::Polyline2d>(back.peek(ids[0])->data);
+  ASSERT_EQ(pl.vertices.size(), 3u);
+  EXPECT_TRUE(pl.closed);
+  EXPECT_EQ(pl.vertices[0].bulge, 0.5);
+  EXPECT_NE(pl.vertices[2].handle, 0u);
+  const auto& pe = std::get<host::Polyline2d>(back.peek(ids[1])->data);
   EXPECT_TRUE(pe.closed);
   EXPECT_GE(pe.vertices.size(), 64u);
   for (const auto& v : pe.vertices) {
     double u = (v.position.x - 1) / 4, w = (v.position.y - 2) / 2;
     EXPECT_NEAR(u * u + w * w, 1.0, 1e-12);
   }
-  const auto& ps = std::get<host::Polyline2d>(back.peek(ids[1])->data);
+  const auto& ps = std::get<host::Polyline2d>(back.peek(ids[2])->data);
   EXPECT_EQ(ps.vertices.front().position, (ge::Point3d{0, 0, 0}));
   EXPECT_EQ(ps.vertices.back().position, (ge::Point3d{2, 0, 0}));
   // The middle of a quadratic Bezier: (P0 + 2 P1 + P2) / 4.
   EXPECT_NEAR(ps.vertices[ps.vertices.size() / 2].position.y, 1.0, 1e-12);
-  const auto& t = std::get<host::Text>(back.peek(ids[2])->data);
+  const auto& t = std::get<host::Text>(back.peek(ids[3])->data);
   EXPECT_EQ(t.text, "first second");
   EXPECT_EQ(t.height, 2);
 }

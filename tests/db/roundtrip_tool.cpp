@@ -17,22 +17,7 @@ namespace {
 // A new drawing of the version with one entity of every kind made here.
 int makeNewDrawing(const char* version, const char* out) {
   auto db = standalone::DrawingDatabase::createEmpty(version);
-  host::Spline spline;
-  spline.degree = 3;
-  spline.knots = {0, 0, 0, 0, 1, 1, 1, 1};
-  spline.controlPoints = {{0, 0, 0}, {1, 2, 0}, {3, 2, 0}, {4, 0, 0}};
-  host::Helix helix;
-  helix.curve = spline;
-  helix.startPoint = {1, 0, 0};
-  host::Hatch hatch;
-  host::HatchPath path;
-  path.flags = 3;
-  path.polyline = {{0, 0, 0}, {2, 0, 0.5}, {2, 2, 0}};
-  hatch.paths = {path};
-  host::Text text;
-  text.text = "new text 中文";
-  host::MText mtext;
-  mtext.text = "new\\Pmtext";
+  host::Spline spline{.knots = {0, 0, 0, 0, 1, 1, 1, 1}, .controlPoints = {{0, 0, 0}, {1, 2, 0}, {3, 2, 0}, {4, 0, 0}}};
   std::vector<host::EntityData> kinds{host::Line{{0, 0, 0}, {1, 1, 0}},
                                       host::Circle{{0, 0, 0}, 2},
                                       host::Arc{{0, 0, 0}, 2, 0, 1, 0, {0, 0, -1}},
@@ -40,12 +25,17 @@ int makeNewDrawing(const char* version, const char* out) {
                                       host::LwPolyline{{{0, 0, 0.3, 0, 0}, {1, 0, 0, 0, 0}}},
                                       host::Polyline2d{{{{0, 0, 0}}, {{1, 1, 0}}}},
                                       host::Polyline3d{{{{0, 0, 0}}, {{1, 1, 1}}}},
-                                      spline, helix, text, mtext, host::PointEntity{{1, 2, 3}}, hatch};
+                                      spline,
+                                      host::Helix{.curve = spline, .startPoint = {1, 0, 0}},
+                                      host::Text{.text = "new text 中文"},
+                                      host::MText{.text = "new\\Pmtext"},
+                                      host::PointEntity{{1, 2, 3}},
+                                      host::Hatch{.paths = {{.flags = 3, .polyline = {{0, 0, 0}, {2, 0, 0.5}, {2, 2, 0}}}}}};
   for (auto& data : kinds) {
+    if (db.version() == "AC1009" && std::holds_alternative<host::Hatch>(data)) continue;
     host::Entity e;
     e.props.layer = "MADE HERE";
     e.data = data;
-    if (db.version() == "AC1009" && std::holds_alternative<host::Hatch>(data)) continue;
     db.append(e);
   }
   standalone::saveDxf(db, out);
@@ -90,19 +80,12 @@ int main(int argc, char** argv) {
     host::Entity pl;
     pl.props = db.defaultProps();
     pl.props.layer = "ROUNDTRIP";
-    host::LwPolyline lw;
-    lw.vertices = {{0, 0, 0.5}, {10, 0, 0}, {10, 5, -1}, {0, 5, 0}};
-    lw.closed = true;
-    pl.data = lw;
+    pl.data = host::LwPolyline{.vertices = {{0, 0, 0.5}, {10, 0, 0}, {10, 5, -1}, {0, 5, 0}}, .closed = true};
     db.append(pl);
     std::uint64_t spline = 0;
     if (db.version() > "AC1009") {
       host::Entity sp;
-      host::Spline s;
-      s.fitPoints = {{0, 0, 0}, {3, 4, 0}, {7, 1, 0}};
-      s.flags = 8 | 1024;
-      s.fitTolerance = 0;
-      sp.data = s;
+      sp.data = host::Spline{.flags = 8 | 1024, .fitPoints = {{0, 0, 0}, {3, 4, 0}, {7, 1, 0}}, .fitTolerance = 0};
       db.append(sp);
       spline = sp.id.value;
     }

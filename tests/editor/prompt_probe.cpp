@@ -114,18 +114,10 @@ class Probe {
     if (mode == ".") mode.clear();
     ed_.getString(false, "Types (. for any): ", types);
     ed_.getString(false, "Layer (. for any): ", layer);
+    // A comma list of types is one wildcard pattern; the or-groups the plug-in
+    // sends are exercised by its own command tests.
     host::ResBufList filter;
-    if (types != ".") {
-      filter.push_back(host::ResBuf::group(-4, "<or"));
-      std::size_t start = 0;
-      while (start <= types.size()) {
-        std::size_t comma = types.find(',', start);
-        if (comma == std::string::npos) comma = types.size();
-        filter.push_back(host::ResBuf::group(0, types.substr(start, comma - start)));
-        start = comma + 1;
-      }
-      filter.push_back(host::ResBuf::group(-4, "or>"));
-    }
+    if (types != ".") filter.push_back(host::ResBuf::group(0, types));
     if (layer != ".") filter.push_back(host::ResBuf::group(8, layer));
     ge::Point3d a, b;
     bool corners = mode == "W" || mode == "C" || mode == "_W" || mode == "_C";

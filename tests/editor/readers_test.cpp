@@ -32,22 +32,17 @@ TEST(AnswerParse, RealsRefuseWhatIsNoNumber) {
   for (const char* bad : {"inf", "nan", "1,5", "1.5x", "", "+", "1e999"}) EXPECT_FALSE(parseReal(bad)) << bad;
 }
 
-TEST(AnswerParse, PointsAbsoluteAndRelative) {
-  auto p = parsePoint("1,2");
-  ASSERT_TRUE(p);
-  EXPECT_FALSE(p->relative);
-  EXPECT_FALSE(p->hasZ);
-  EXPECT_EQ(resolvePoint(*p, {9, 9, 9}), (ge::Point3d{1, 2, 0}));
+// Plain points, "@" and a refused word are checked at the point prompt end to end.
+TEST(AnswerParse, RelativePointsWithHeightAndMalformedPoints) {
   auto r = parsePoint("@1,-1,2");
   ASSERT_TRUE(r);
   EXPECT_EQ(resolvePoint(*r, {1, 1, 1}), (ge::Point3d{2, 0, 3}));
-  EXPECT_EQ(resolvePoint(*parsePoint("@"), {4, 5, 6}), (ge::Point3d{4, 5, 6}));
   for (const char* bad : {"1", "1,2,3,4", "1,,2", "a,b", "1,2,", "@@1,1"}) EXPECT_FALSE(parsePoint(bad)) << bad;
 }
 
 TEST(AnswerParse, KeywordAbbreviations) {
+  // Capitals, whole words, local and global forms are checked at the keyword prompt end to end.
   KeywordList k("Yes No eXit LTYPE,LT");
-  EXPECT_EQ(k.match("y"), "Yes");
   EXPECT_EQ(k.match("ye"), "Yes");
   EXPECT_EQ(k.match("x"), "eXit");
   EXPECT_EQ(k.match("exit"), "eXit");
@@ -55,7 +50,6 @@ TEST(AnswerParse, KeywordAbbreviations) {
   EXPECT_EQ(k.match("lty"), "LTYPE");
   EXPECT_FALSE(k.match("l"));
   EXPECT_FALSE(k.match(""));
-  EXPECT_EQ(k.match("_no"), "No");
   KeywordList mismatched("Ja Nein _ Yes");  // a global part of the wrong length is ignored
   EXPECT_EQ(mismatched.match("j"), "Ja");
 }

@@ -174,21 +174,14 @@ class SysVarTest : public ::testing::Test {
 };
 
 TEST_F(SysVarTest, DefaultsAndTypes) {
-  EXPECT_EQ(get("PDMODE"), host::ResBuf::shortInt(0));
-  EXPECT_EQ(get("pdsize"), host::ResBuf::real(0));
-  EXPECT_EQ(get("CMDECHO"), host::ResBuf::shortInt(1));
-  EXPECT_EQ(get("MIRRTEXT"), host::ResBuf::shortInt(0));
-  EXPECT_EQ(get("SURFTAB1"), host::ResBuf::shortInt(6));
-  EXPECT_EQ(get("MENUBAR"), host::ResBuf::shortInt(0));
-  EXPECT_EQ(get("FILEDIA"), host::ResBuf::shortInt(1));
-  EXPECT_EQ(get("PICKBOX"), host::ResBuf::shortInt(3));
-  EXPECT_EQ(get("CECOLOR"), host::ResBuf::text("BYLAYER"));
-  EXPECT_EQ(get("CLAYER"), host::ResBuf::text("0"));
-  EXPECT_EQ(get("SPLINETYPE"), host::ResBuf::shortInt(6));
-  EXPECT_EQ(get("SPLINESEGS"), host::ResBuf::shortInt(8));
-  EXPECT_EQ(get("SPLFRAME"), host::ResBuf::shortInt(0));
-  EXPECT_EQ(get("VIEWSIZE"), host::ResBuf::real(25));
-  EXPECT_EQ(get("VIEWCTR"), host::ResBuf::point3d({3, 4, 0}));
+  using R = host::ResBuf;
+  const std::pair<const char*, R> defaults[] = {
+      {"PDMODE", R::shortInt(0)},     {"pdsize", R::real(0)},         {"CMDECHO", R::shortInt(1)},
+      {"MIRRTEXT", R::shortInt(0)},   {"SURFTAB1", R::shortInt(6)},   {"MENUBAR", R::shortInt(0)},
+      {"FILEDIA", R::shortInt(1)},    {"PICKBOX", R::shortInt(3)},    {"CECOLOR", R::text("BYLAYER")},
+      {"CLAYER", R::text("0")},       {"SPLINETYPE", R::shortInt(6)}, {"SPLINESEGS", R::shortInt(8)},
+      {"SPLFRAME", R::shortInt(0)},   {"VIEWSIZE", R::real(25)},      {"VIEWCTR", R::point3d({3, 4, 0})}};
+  for (const auto& [name, value] : defaults) EXPECT_EQ(get(name), value) << name;
   host::ResBuf v;
   EXPECT_EQ(vars.getVar("NOSUCHVAR", v), host::RTERROR);
 }

@@ -83,7 +83,6 @@ TEST_P(Prompts, CurveSelectionKeepsOnlyCurves) {
   EXPECT_EQ(ids, (std::vector<host::ObjectId>{host::ObjectId{99}, line, circle})) << "appended in selection order";
   EXPECT_EQ(fake.editor.ssgets[0].mode, "");
   EXPECT_EQ(fake.editor.ssgets[0].filter, frame::curveFilter());
-  std::string before = fake.editor.transcript;
   EXPECT_FALSE(frame::selectCurves(fake.host, {}, ids)) << "no curve among the selection";
   EXPECT_EQ(fake.editor.transcript.find(chinese() ? "未选中" : "No Curve"), std::string::npos)
       << "a selection without curves prints no message";

@@ -232,6 +232,37 @@ int CommandLine::getPoint(const ge::Point3d*, std::string_view prompt, ge::Point
   return readValue(prompt, read, [](const std::string&) { return "Invalid point."; }, value);
 }
 
+int CommandLine::entSel(std::string_view prompt, host::ObjectId& entity, ge::Point3d& picked) {
+  // A point where nothing lies is still an answer; the prompt ends with an error after it.
+  struct Pick {
+    std::optional<host::ObjectId> id;
+    ge::Point3d at;
+  };
+  auto read = [&](const std::string& text, const InitGet&) -> Read<Pick> {
+    if (std::optional<host::ObjectId> id = finder_.byHandle(text)) {
+      std::optional<host::Entity> e = drawing_.read(*id);
+      ge::Point3d start;
+      return {Pick{id, e && curves_.getStartPoint(e->data, start) == host::ErrorStatus::eOk ? start : lastPoint_}};
+    }
+    std::optional<PointAnswer> p = parsePoint(text);
+    if (!p) return {};
+    lastPoint_ = resolvePoint(*p, lastPoint_);
+    return {Pick{finder_.pickAt(lastPoint_, pickAperture()), lastPoint_}};
+  };
+  Pick pick;
+  int rc = readValue(
+      prompt, read,
+      [](const std::string&) { return "*Invalid selection*\nExpects a point or an entity handle (#1F)."; }, pick);
+  if (rc != host::RTNORM) return rc;
+  if (!pick.id) {
+    print("Nothing found at " + displayPoint(pick.at) + ".\n");
+    return host::RTERROR;
+  }
+  entity = *pick.id;
+  picked = pick.at;
+  return host::RTNORM;
+}
+
 int CommandLine::getKword(std::string_view prompt, std::string& keyword) {
   InitGet ig = takeInitGet();
   while (true) {

@@ -69,38 +69,6 @@ OutlineAnswer askOutline(std::string_view firstPrompt, bool polygon, Ask ask, To
 
 }  // namespace
 
-int CommandLine::entSel(std::string_view prompt, host::ObjectId& entity, ge::Point3d& picked) {
-  InitGet ig = takeInitGet();
-  while (true) {
-    Answer a = ask(prompt, false);
-    if (a.kind == Reply::kCancel) return host::RTCAN;
-    if (a.text.empty()) {
-      if (std::optional<int> rc = onEmpty(ig)) return *rc;
-      continue;
-    }
-    if (std::optional<host::ObjectId> id = finder_.byHandle(a.text)) {
-      entity = *id;
-      std::optional<host::Entity> e = drawing_.read(*id);
-      ge::Point3d start;
-      picked = e && curves_.getStartPoint(e->data, start) == host::ErrorStatus::eOk ? start : lastPoint_;
-      return host::RTNORM;
-    }
-    if (std::optional<PointAnswer> p = parsePoint(a.text)) {
-      lastPoint_ = resolvePoint(*p, lastPoint_);
-      std::optional<host::ObjectId> id = finder_.pickAt(lastPoint_, pickAperture());
-      if (!id) {
-        print("Nothing found at " + displayPoint(lastPoint_) + ".\n");
-        return host::RTERROR;
-      }
-      entity = *id;
-      picked = lastPoint_;
-      return host::RTNORM;
-    }
-    if (std::optional<int> rc = onOther(ig, a.text)) return *rc;
-    complain("*Invalid selection*\nExpects a point or an entity handle (#1F).");
-  }
-}
-
 std::vector<host::ObjectId> CommandLine::selectionAnswer(const std::string& text, bool& understood,
                                                          bool& cancelled) {
   understood = true;

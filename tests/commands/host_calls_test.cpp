@@ -122,38 +122,35 @@ TEST_F(HostCalls, NothingSelectedSendsNothingAndLeavesCmdechoAlone) {
   EXPECT_EQ(sysvars.vars["cmdecho"], host::ResBuf::shortInt(0));
 }
 
-// A conversion counts only when the host reports the object replaced, and each
-// asks for its one type with no or-brackets round it.
-TEST_F(HostCalls, ConversionsCountOnlyTheStatusOfAMadeConversion) {
-  struct Case {
-    void (*command)(frame::CommandContext&);
-    host::ErrorStatus* status;
-    host::ErrorStatus notMade;
-    host::ObjectId id;
-    const char* type;
-    std::size_t madeKind;
-  };
-  const Case cases[] = {
-      {commands::lwPL2pline2D, &curves.lwTo2d, host::ErrorStatus::eOk, lw(), "LWPOLYLINE",
-       host::EntityData(host::Polyline2d{}).index()},
-      {commands::oldPL2lw, &curves.toLw, host::ErrorStatus::eNotApplicable, old(), "POLYLINE",
-       host::EntityData(host::LwPolyline{}).index()}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.type);
-    const std::size_t sourceKind = drawing.read(c.id)->data.index();
-    for (host::ErrorStatus status : {c.notMade, host::ErrorStatus::eObjectToBeDeleted}) {
-      const bool made = status == host::ErrorStatus::eObjectToBeDeleted;
-      *c.status = status;
-      editor.transcript.clear();
-      editor.replies = {Reply::selection({c.id})};
-      c.command(context);
-      EXPECT_NE(editor.transcript.find(made ? "\nProcessed <1 > curve(s) OK." : "\nProcessed <0 > curve(s) OK."),
-                std::string::npos)
-          << editor.transcript;
-      EXPECT_EQ(drawing.read(c.id)->data.index(), made ? c.madeKind : sourceKind);
-    }
-    EXPECT_EQ(editor.ssgets.back().filter, (host::ResBufList{host::ResBuf::group(0, c.type)}));
-  }
+TEST_F(HostCalls, LightweightToOldCountsOnlyTheStatusOfAMadeConversion) {
+  host::ObjectId a = lw();
+  curves.lwTo2d = host::ErrorStatus::eOk;
+  editor.replies = {Reply::selection({a})};
+  commands::lwPL2pline2D(context);
+  EXPECT_NE(editor.transcript.find("\nProcessed <0 > curve(s) OK."), std::string::npos) << editor.transcript;
+  EXPECT_TRUE(std::holds_alternative<host::LwPolyline>(drawing.read(a)->data)) << "eOk leaves it as it was";
+
+  curves.lwTo2d = host::ErrorStatus::eObjectToBeDeleted;
+  editor.replies = {Reply::selection({a})};
+  commands::lwPL2pline2D(context);
+  EXPECT_NE(editor.transcript.find("\nProcessed <1 > curve(s) OK."), std::string::npos) << editor.transcript;
+  EXPECT_TRUE(std::holds_alternative<host::Polyline2d>(drawing.read(a)->data));
+  // The single-type filter has no or-brackets.
+  EXPECT_EQ(editor.ssgets.back().filter, (host::ResBufList{host::ResBuf::group(0, "LWPOLYLINE")}));
+}
+
+TEST_F(HostCalls, OldToLightweightCountsTheConversionTheHostReportsAsOk) {
+  host::ObjectId b = old();
+  curves.toLw = host::ErrorStatus::eNotApplicable;
+  editor.replies = {Reply::selection({b})};
+  commands::oldPL2lw(context);
+  EXPECT_NE(editor.transcript.find("\nProcessed <0 > curve(s) OK."), std::string::npos);
+  curves.toLw = host::ErrorStatus::eObjectToBeDeleted;
+  editor.replies = {Reply::selection({b})};
+  commands::oldPL2lw(context);
+  EXPECT_NE(editor.transcript.find("\nProcessed <1 > curve(s) OK."), std::string::npos) << editor.transcript;
+  EXPECT_TRUE(std::holds_alternative<host::LwPolyline>(drawing.read(b)->data));
+  EXPECT_EQ(editor.ssgets.back().filter, (host::ResBufList{host::ResBuf::group(0, "POLYLINE")}));
 }
 
 TEST_F(HostCalls, ReverseTellsAnEmptySetApartInChinese) {

@@ -26,34 +26,27 @@ class FakeDrawing : public test_support::NullDrawing {
   }
   void setLayerColor(const std::string& layer, host::Color c) { layers_[layer] = c; }
 
-  std::optional<host::Entity> read(host::ObjectId id) const override {
-    auto it = entities_.find(id);
-    if (it == entities_.end()) return std::nullopt;
-    return it->second;
-  }
+  std::optional<host::Entity> read(host::ObjectId id) const override { return lookup(entities_, id); }
   host::ObjectId currentSpace() const override { return kModel; }
   host::ObjectId modelSpace() const override { return kModel; }
   bool isBlockRecord(host::ObjectId id) const override { return id == kModel || bases_.count(id) > 0; }
-  std::optional<host::ObjectId> findBlock(const std::string& name) const override {
-    auto it = blocks_.find(name);
-    if (it == blocks_.end()) return std::nullopt;
-    return it->second;
-  }
+  std::optional<host::ObjectId> findBlock(const std::string& name) const override { return lookup(blocks_, name); }
   std::vector<host::ObjectId> entitiesOf(host::ObjectId record) const override {
-    auto it = order_.find(record);
-    return it == order_.end() ? std::vector<host::ObjectId>{} : it->second;
+    return lookup(order_, record).value_or(std::vector<host::ObjectId>{});
   }
   ge::Point3d blockBasePoint(host::ObjectId record) const override {
-    auto it = bases_.find(record);
-    return it == bases_.end() ? ge::Point3d{} : it->second;
+    return lookup(bases_, record).value_or(ge::Point3d{});
   }
-  std::optional<host::Color> layerColor(const std::string& layer) const override {
-    auto it = layers_.find(layer);
-    if (it == layers_.end()) return std::nullopt;
+  std::optional<host::Color> layerColor(const std::string& layer) const override { return lookup(layers_, layer); }
+
+ private:
+  template <class Map, class Key>
+  static std::optional<typename Map::mapped_type> lookup(const Map& map, const Key& key) {
+    auto it = map.find(key);
+    if (it == map.end()) return std::nullopt;
     return it->second;
   }
 
- private:
   std::uint64_t next_ = 2;
   std::map<host::ObjectId, host::Entity> entities_;
   std::map<host::ObjectId, std::vector<host::ObjectId>> order_;

@@ -18,13 +18,6 @@ bool Picture::isInk(int x, int y) const {
   return p.r + p.g + p.b < 600;
 }
 
-bool Picture::inkNear(int x, int y, int r) const {
-  for (int dy = -r; dy <= r; ++dy)
-    for (int dx = -r; dx <= r; ++dx)
-      if (isInk(x + dx, y + dy)) return true;
-  return false;
-}
-
 Pixel Picture::darkestNear(int x, int y, int r) const {
   Pixel best{255, 255, 255};
   for (int dy = -r; dy <= r; ++dy)
@@ -35,6 +28,11 @@ Pixel Picture::darkestNear(int x, int y, int r) const {
       if (p.r + p.g + p.b < best.r + best.g + best.b) best = p;
     }
   return best;
+}
+
+bool Picture::inkNear(int x, int y, int r) const {
+  Pixel p = darkestNear(x, y, r);
+  return p.r + p.g + p.b < 600;
 }
 
 int Picture::inkCount(int x0, int y0, int x1, int y1) const {

@@ -22,8 +22,6 @@ namespace {
 class RenderDrawing : public ::testing::Test {
  protected:
   void SetUp() override {
-    dir_ = std::filesystem::temp_directory_path() /
-           ("corvane-render-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
     std::filesystem::remove_all(dir_);
     std::filesystem::create_directories(dir_);
   }
@@ -32,13 +30,7 @@ class RenderDrawing : public ::testing::Test {
   }
 
   // 200 x 200 pixels showing (-10,-10)..(10,10): pixel = (100 + 10 x, 100 - 10 y).
-  static RenderOptions fixedView() {
-    RenderOptions o;
-    o.widthPx = o.heightPx = 200;
-    o.viewCenter = ge::Point2d{0, 0};
-    o.viewHeight = 20;
-    return o;
-  }
+  static RenderOptions fixedView() { return {.widthPx = 200, .heightPx = 200, .viewCenter = {{0, 0}}, .viewHeight = 20}; }
   static int px(double x) { return static_cast<int>(std::lround(100 + 10 * x)); }
   static int py(double y) { return static_cast<int>(std::lround(100 - 10 * y)); }
 
@@ -54,13 +46,19 @@ class RenderDrawing : public ::testing::Test {
     return render(d, o);
   }
 
-  std::filesystem::path dir_;
+  const std::filesystem::path dir_ = std::filesystem::temp_directory_path() /
+      ("corvane-render-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
 };
 
-host::EntityProps colored(int index) {
-  host::EntityProps p;
-  p.color.index = index;
-  return p;
+host::EntityProps colored(int index) { return {.color = {index, std::nullopt}}; }
+
+// A pure primary colour: the channel well above the other two, which are equal.
+void expectPrimary(Pixel p, int Pixel::*channel) {
+  std::vector<int> others;
+  for (auto c : {&Pixel::r, &Pixel::g, &Pixel::b})
+    if (c != channel) others.push_back(p.*c);
+  EXPECT_GT(p.*channel, others[0] + 100);
+  EXPECT_EQ(others[0], others[1]);
 }
 
 }  // namespace
@@ -79,9 +77,7 @@ TEST_F(RenderDrawing, LineIsInkAndPaperStaysWhite) {
 TEST_F(RenderDrawing, ExtentsAreFittedWithAMargin) {
   FakeDrawing d;
   d.add(host::Line{{100, 50, 0}, {300, 150, 0}});
-  RenderOptions o;
-  o.widthPx = 400;
-  o.heightPx = 200;
+  RenderOptions o{.widthPx = 400, .heightPx = 200};
   Picture pic = render(d, o);
   ViewTransform v = planView(d, o);
   ge::Point2d a = v.toPage({100, 50}), b = v.toPage({300, 150});
@@ -96,31 +92,21 @@ TEST_F(RenderDrawing, ExtentsAreFittedWithAMargin) {
 }
 
 TEST_F(RenderDrawing, MirroredArcLightsTheMirroredSide) {
-  host::Arc arc;
-  arc.radius = 6;
-  arc.startAngle = 0;
-  arc.endAngle = kPi / 2;
-  arc.normal = {0, 0, -1};
-  Picture pic = renderAlone(arc);
-  double r = 6, c = std::cos(kPi / 4) * r;
-  EXPECT_TRUE(pic.inkNear(px(-c), py(c)));     // upper left: OCS X is world -X
-  EXPECT_FALSE(pic.inkNear(px(c), py(c), 3));  // upper right stays empty
-  EXPECT_FALSE(pic.inkNear(px(-c), py(-c), 3));
+  host::Arc arc{.radius = 6, .endAngle = kPi / 2, .normal = {0, 0, -1}};
+  double c = std::cos(kPi / 4) * 6;
+  Picture mirrored = renderAlone(arc);
+  EXPECT_TRUE(mirrored.inkNear(px(-c), py(c)));     // upper left: OCS X is world -X
+  EXPECT_FALSE(mirrored.inkNear(px(c), py(c), 3));  // upper right stays empty
+  EXPECT_FALSE(mirrored.inkNear(px(-c), py(-c), 3));
   arc.normal = {0, 0, 1};
-  Picture pic2 = renderAlone(arc);
-  EXPECT_TRUE(pic2.inkNear(px(c), py(c)));
-  EXPECT_FALSE(pic2.inkNear(px(-c), py(c), 3));
+  Picture plain = renderAlone(arc);
+  EXPECT_TRUE(plain.inkNear(px(c), py(c)));
+  EXPECT_FALSE(plain.inkNear(px(-c), py(c), 3));
 }
 
 TEST_F(RenderDrawing, SolidHatchFillsItsInsideAndLeavesItsIsland) {
-  host::Hatch h;
-  host::HatchPath outer;
-  outer.flags = 1 | 2;
-  outer.polyline = {{-8, -8}, {8, -8}, {8, 8}, {-8, 8}};
-  host::HatchPath island;
-  island.flags = 2;
-  island.polyline = {{-2, -2}, {2, -2}, {2, 2}, {-2, 2}};
-  h.paths = {outer, island};
+  host::Hatch h{.paths = {{.flags = 1 | 2, .polyline = {{-8, -8}, {8, -8}, {8, 8}, {-8, 8}}},
+                          {.flags = 2, .polyline = {{-2, -2}, {2, -2}, {2, 2}, {-2, 2}}}}};
   Picture pic = renderAlone(h);
   EXPECT_TRUE(pic.isInk(px(-5), py(5)));
   EXPECT_TRUE(pic.isInk(px(6), py(-6)));
@@ -129,64 +115,29 @@ TEST_F(RenderDrawing, SolidHatchFillsItsInsideAndLeavesItsIsland) {
   // A patterned hatch shows only its boundary.
   h.solidFill = false;
   h.patternName = "ANSI31";
-  Picture pic2 = renderAlone(h);
-  EXPECT_FALSE(pic2.isInk(px(-5), py(5)));
-  EXPECT_TRUE(pic2.inkNear(px(-8), py(5)));
-}
-
-TEST_F(RenderDrawing, HatchEdgePathWithClockwiseArc) {
-  host::Hatch h;
-  host::HatchPath p;
-  // Half disc above the X axis: a line from (5,0) to (-5,0), then clockwise
-  // from angle pi over the top to angle 0, back at (5,0).
-  p.edges.push_back(host::HatchLineEdge{{5, 0}, {-5, 0}});
-  host::HatchArcEdge top;
-  top.radius = 5;
-  top.startAngle = kPi;
-  top.endAngle = 0;
-  top.counterClockwise = false;
-  p.edges.push_back(top);
-  h.paths = {p};
-  Picture pic = renderAlone(h);
-  EXPECT_TRUE(pic.isInk(px(0), py(3)));
-  EXPECT_TRUE(pic.isInk(px(-3), py(3)));
-  EXPECT_TRUE(pic.isInk(px(3), py(3)));
-  EXPECT_FALSE(pic.isInk(px(0), py(-3)));
+  Picture pattern = renderAlone(h);
+  EXPECT_FALSE(pattern.isInk(px(-5), py(5)));
+  EXPECT_TRUE(pattern.inkNear(px(-8), py(5)));
 }
 
 TEST_F(RenderDrawing, IndexTrueAndLayerColours) {
   FakeDrawing d;
-  d.add(host::Line{{-8, 5, 0}, {8, 5, 0}}, colored(1));
-  host::EntityProps onLayer;
-  onLayer.layer = "GREEN";
   d.setLayerColor("GREEN", {3, std::nullopt});
-  d.add(host::Line{{-8, 0, 0}, {8, 0, 0}}, onLayer);
-  host::EntityProps trueBlue;
-  trueBlue.color = {256, 0x0000FF};
-  d.add(host::Line{{-8, -5, 0}, {8, -5, 0}}, trueBlue);
-  host::EntityProps off;
-  off.layer = "OFF";
   d.setLayerColor("OFF", {-1, std::nullopt});
-  d.add(host::Line{{-8, -8, 0}, {8, -8, 0}}, off);
+  d.add(host::Line{{-8, 5, 0}, {8, 5, 0}}, colored(1));
+  d.add(host::Line{{-8, 0, 0}, {8, 0, 0}}, {.layer = "GREEN"});
+  d.add(host::Line{{-8, -5, 0}, {8, -5, 0}}, {.color = {256, 0x0000FF}});
+  d.add(host::Line{{-8, -8, 0}, {8, -8, 0}}, {.layer = "OFF"});
   Picture pic = render(d);
   // A one-pixel line on a pixel boundary is half-covered in two rows: check the hue.
-  auto p = pic.darkestNear(px(0), py(5));
-  EXPECT_GT(p.r, p.g + 100);
-  EXPECT_EQ(p.g, p.b);
-  p = pic.darkestNear(px(0), py(0));
-  EXPECT_GT(p.g, p.r + 100);
-  EXPECT_EQ(p.r, p.b);
-  p = pic.darkestNear(px(0), py(-5));
-  EXPECT_GT(p.b, p.r + 100);
-  EXPECT_EQ(p.r, p.g);
+  expectPrimary(pic.darkestNear(px(0), py(5)), &Pixel::r);
+  expectPrimary(pic.darkestNear(px(0), py(0)), &Pixel::g);
+  expectPrimary(pic.darkestNear(px(0), py(-5)), &Pixel::b);
   EXPECT_FALSE(pic.inkNear(px(0), py(-8), 2));  // layer off
 }
 
 TEST_F(RenderDrawing, WidePolylineIsFilledAndBulgesBend) {
-  host::LwPolyline pl;
-  pl.vertices = {{-8, 0, 0, 0, 0}, {0, 0, 1, 0, 0}, {4, 0, 0, 0, 0}};
-  pl.constantWidth = 1.0;
-  Picture pic = renderAlone(pl);
+  Picture pic = renderAlone(host::LwPolyline{.vertices = {{-8, 0}, {0, 0, 1}, {4, 0}}, .constantWidth = 1.0});
   EXPECT_TRUE(pic.isInk(px(-4), py(0.4)));
   EXPECT_TRUE(pic.isInk(px(-4), py(-0.4)));
   EXPECT_FALSE(pic.isInk(px(-4), py(0.8)));
@@ -198,12 +149,11 @@ TEST_F(RenderDrawing, WidePolylineIsFilledAndBulgesBend) {
 TEST_F(RenderDrawing, LongClosedPolylineDrawsItsClosingSegment) {
   // 600 vertices on three quarters of a circle: long enough to be stroked in
   // pieces; the closing chord runs from (0,-6) back to (6,0).
-  host::LwPolyline pl;
+  host::LwPolyline pl{.closed = true};
   for (int i = 0; i < 600; ++i) {
     double t = 1.5 * kPi * i / 599;
-    pl.vertices.push_back({6 * std::cos(t), 6 * std::sin(t), 0, 0, 0});
+    pl.vertices.push_back({6 * std::cos(t), 6 * std::sin(t)});
   }
-  pl.closed = true;
   Picture pic = renderAlone(pl);
   EXPECT_TRUE(pic.inkNear(px(3), py(-3)));
   EXPECT_TRUE(pic.inkNear(px(-6), py(0)));
@@ -211,12 +161,9 @@ TEST_F(RenderDrawing, LongClosedPolylineDrawsItsClosingSegment) {
 }
 
 TEST_F(RenderDrawing, SplineFitPolylineDrawsItsCurveNotItsFrame) {
-  host::Polyline2d pl;
-  pl.splineFit = true;
-  pl.curveType = host::PolyCurveType::kCubicSpline;
-  for (double x = -6; x <= 6; x += 1) pl.vertices.push_back({{x, 0, 0}, 0, 0, 0, 0, host::kVertexSplineFit});
-  pl.vertices.push_back({{-6, 8, 0}, 0, 0, 0, 0, host::kVertexSplineFrame});
-  pl.vertices.push_back({{6, 8, 0}, 0, 0, 0, 0, host::kVertexSplineFrame});
+  host::Polyline2d pl{.splineFit = true, .curveType = host::PolyCurveType::kCubicSpline};
+  for (double x = -6; x <= 6; x += 1) pl.vertices.push_back({.position = {x, 0, 0}, .flags = host::kVertexSplineFit});
+  for (double x : {-6, 6}) pl.vertices.push_back({.position = {x, 8, 0}, .flags = host::kVertexSplineFrame});
   Picture pic = renderAlone(pl);
   EXPECT_TRUE(pic.inkNear(px(0), py(0)));
   EXPECT_EQ(pic.inkCount(px(-5), py(8) - 3, px(5), py(8) + 3), 0);
@@ -224,44 +171,26 @@ TEST_F(RenderDrawing, SplineFitPolylineDrawsItsCurveNotItsFrame) {
 
 TEST_F(RenderDrawing, InsertPlacesRotatesScalesAndNests) {
   FakeDrawing d;
-  host::ObjectId tick = d.addBlock("TICK", {1, 0, 0});
-  d.add(host::Line{{1, 0, 0}, {3, 0, 0}}, colored(0), tick);  // by block
-  host::ObjectId pair = d.addBlock("PAIR");
-  host::BlockReference inner;
-  inner.blockName = "TICK";
-  d.add(inner, colored(0), pair);
-  host::BlockReference outer;
-  outer.blockName = "PAIR";
-  outer.position = {-2, -2, 0};
-  outer.rotation = kPi / 2;
-  outer.scale = {2, 2, 2};
-  d.add(outer, colored(5));
+  d.add(host::Line{{1, 0, 0}, {3, 0, 0}}, colored(0), d.addBlock("TICK", {1, 0, 0}));  // by block
+  d.add(host::BlockReference{.blockName = "TICK"}, colored(0), d.addBlock("PAIR"));
+  d.add(host::BlockReference{.blockName = "PAIR", .position = {-2, -2, 0}, .scale = {2, 2, 2}, .rotation = kPi / 2},
+        colored(5));
   Picture pic = render(d);
   // The tick runs from the base point 2 units along X; turned and doubled it
   // runs from (-2,-2) up to (-2,2).
   EXPECT_TRUE(pic.inkNear(px(-2), py(0)));
   EXPECT_TRUE(pic.inkNear(px(-2), py(1.5)));
-  auto p = pic.darkestNear(px(-2), py(0));
-  EXPECT_GT(p.b, p.r + 100);  // colour passed down by block
-  EXPECT_EQ(p.r, p.g);
+  expectPrimary(pic.darkestNear(px(-2), py(0)), &Pixel::b);  // colour passed down by block
   EXPECT_EQ(pic.inkCount(px(0), py(-8), px(9), py(-1)), 0);
 }
 
 TEST_F(RenderDrawing, MirroredInsertMirrorsTextAndStretchesCircles) {
   FakeDrawing d;
   host::ObjectId label = d.addBlock("LABEL");
-  host::Text t;
-  t.text = "MW";
-  t.height = 2;
-  d.add(t, {}, label);
-  host::Circle c;
-  c.center = {0, -4, 0};
-  c.radius = 1;
-  d.add(c, {}, label);
-  host::BlockReference ref;
-  ref.blockName = "LABEL";
-  ref.scale = {-3, 1, 1};  // mirrored in X and stretched: the text runs left, the circle becomes an ellipse
-  d.add(ref);
+  d.add(host::Text{.height = 2, .text = "MW"}, {}, label);
+  d.add(host::Circle{{0, -4, 0}, 1}, {}, label);
+  // Mirrored in X and stretched: the text runs left, the circle becomes an ellipse.
+  d.add(host::BlockReference{.blockName = "LABEL", .scale = {-3, 1, 1}});
   Picture pic = render(d);
   EXPECT_GT(pic.inkCount(px(-8), py(2), px(0), py(0)), 80);
   EXPECT_EQ(pic.inkCount(px(0.3), py(2.5), 200, py(-0.3)), 0);
@@ -275,14 +204,11 @@ TEST_F(RenderDrawing, SelfReferencingBlockEnds) {
   FakeDrawing d;
   host::ObjectId loop = d.addBlock("LOOP");
   d.add(host::Line{{0, 0, 0}, {1, 0, 0}}, {}, loop);
-  host::BlockReference self;
-  self.blockName = "LOOP";
-  self.position = {0.5, 0.5, 0};
+  host::BlockReference self{.blockName = "LOOP", .position = {0.5, 0.5, 0}};
   d.add(self, {}, loop);
   d.add(self, {}, loop);
   d.add(self);
-  Picture pic = render(d);
-  EXPECT_TRUE(pic.inkNear(px(1), py(0.5)));
+  EXPECT_TRUE(render(d).inkNear(px(1), py(0.5)));
 }
 
 TEST_F(RenderDrawing, BrokenValuesAreSkippedNotFatal) {
@@ -290,32 +216,15 @@ TEST_F(RenderDrawing, BrokenValuesAreSkippedNotFatal) {
   const double nan = std::nan(""), inf = std::numeric_limits<double>::infinity();
   d.add(host::Line{{nan, 0, 0}, {1, 1, 0}});
   d.add(host::Line{{inf, 0, 0}, {1, 1, 0}});
-  host::Arc huge;
-  huge.radius = 3;
-  huge.startAngle = 1e300;  // a naive "add 2 pi until past the start" never ends
-  huge.endAngle = -1e300;
-  d.add(huge);
-  host::Ellipse flat;
-  flat.majorAxis = {0, 0, 0};
-  flat.startParam = nan;
-  d.add(flat);
-  host::Text t;
-  t.height = nan;
-  t.text = "x";
-  d.add(t);
-  host::Helix h;
-  h.turns = 1e12;
-  d.add(h);
-  host::ObjectId empty = d.addBlock("EMPTY");
-  (void)empty;
-  host::BlockReference many;
-  many.blockName = "EMPTY";
-  many.columnCount = many.rowCount = 30000;  // 9e8 copies of nothing
-  d.add(many);
+  // A naive "add 2 pi until past the start" never ends.
+  d.add(host::Arc{.radius = 3, .startAngle = 1e300, .endAngle = -1e300});
+  d.add(host::Ellipse{.majorAxis = {0, 0, 0}, .startParam = nan});
+  d.add(host::Text{.height = nan, .text = "x"});
+  d.add(host::Helix{.turns = 1e12});
+  d.addBlock("EMPTY");
+  d.add(host::BlockReference{.blockName = "EMPTY", .columnCount = 30000, .rowCount = 30000});  // 9e8 copies of nothing
   d.add(host::Line{{-8, -8, 0}, {8, -8, 0}});
-  RenderOptions fit;  // fitted to the finite part only
-  fit.widthPx = fit.heightPx = 200;
-  Picture pic = render(d, fit);
+  Picture pic = render(d, {.widthPx = 200, .heightPx = 200});  // fitted to the finite part only
   EXPECT_GT(pic.inkCount(0, 0, 200, 200), 20);
   EXPECT_NO_THROW(render(d));
 }
@@ -340,17 +249,9 @@ TEST_F(RenderDrawing, PointGlyphCrossInCircle) {
 
 TEST_F(RenderDrawing, TextAndMTextLandNearTheirAnchors) {
   FakeDrawing d;
-  host::Text t;
-  t.position = {-8, 4, 0};
-  t.height = 2;
-  t.text = "HELLO";
-  d.add(t);
-  host::MText m;
-  m.position = {8, -2, 0};
-  m.height = 1.5;
-  m.attachment = 3;  // top right
-  m.text = "{\\fArial;AB}\\PCD";
-  d.add(m);
+  d.add(host::Text{.position = {-8, 4, 0}, .height = 2, .text = "HELLO"});
+  // Attachment 3: top right.
+  d.add(host::MText{.position = {8, -2, 0}, .height = 1.5, .attachment = 3, .text = "{\\fArial;AB}\\PCD"});
   Picture pic = render(d);
   // Left-aligned on the baseline: ink above and to the right of the anchor.
   EXPECT_GT(pic.inkCount(px(-8), py(6), px(0), py(4)), 50);
@@ -363,45 +264,29 @@ TEST_F(RenderDrawing, TextAndMTextLandNearTheirAnchors) {
 }
 
 TEST_F(RenderDrawing, TextJustificationPlacesTheRightCorner) {
-  host::Text t;
-  t.text = "MW";
-  t.height = 2;
-  t.position = {5, 5, 0};  // ignored once justified
-  t.alignmentPoint = {0, 0, 0};
-  t.horizontalJustify = 2;  // right
-  t.verticalJustify = 3;    // top
-  Picture pic = renderAlone(t);
-  EXPECT_GT(pic.inkCount(px(-4), py(0), px(0), py(-2)), 50);
-  EXPECT_EQ(pic.inkCount(px(0.2), 0, 200, 200), 0);
-  EXPECT_EQ(pic.inkCount(0, 0, 200, py(0.2)), 0);
+  // Right, top: position is ignored once justified.
+  Picture rightTop = renderAlone(host::Text{.position = {5, 5, 0}, .alignmentPoint = {0, 0, 0}, .height = 2,
+                                            .text = "MW", .horizontalJustify = 2, .verticalJustify = 3});
+  EXPECT_GT(rightTop.inkCount(px(-4), py(0), px(0), py(-2)), 50);
+  EXPECT_EQ(rightTop.inkCount(px(0.2), 0, 200, 200), 0);
+  EXPECT_EQ(rightTop.inkCount(0, 0, 200, py(0.2)), 0);
 
   // Fit: stretched between the two points, height kept.
-  t.horizontalJustify = 5;
-  t.verticalJustify = 0;
-  t.position = {-8, 0, 0};
-  t.alignmentPoint = {8, 0, 0};
-  Picture fitted = renderAlone(t);
+  Picture fitted = renderAlone(host::Text{.position = {-8, 0, 0}, .alignmentPoint = {8, 0, 0}, .height = 2,
+                                          .text = "MW", .horizontalJustify = 5});
   EXPECT_GT(fitted.inkCount(px(-8), py(2), px(-6), py(0)), 20);
   EXPECT_GT(fitted.inkCount(px(6), py(2), px(8), py(0)), 20);
   EXPECT_EQ(fitted.inkCount(0, 0, 200, py(2.3)), 0);
 
   // Backward text runs to the left of its insertion point.
-  host::Text back;
-  back.text = "MW";
-  back.height = 2;
-  back.mirrorFlags = 2;
-  Picture backward = renderAlone(back);
+  Picture backward = renderAlone(host::Text{.height = 2, .text = "MW", .mirrorFlags = 2});
   EXPECT_GT(backward.inkCount(px(-4), py(2), px(0), py(0)), 50);
   EXPECT_EQ(backward.inkCount(px(0.2), 0, 200, 200), 0);
 }
 
 TEST_F(RenderDrawing, MTextWrapsAtItsReferenceWidth) {
-  host::MText m;
-  m.position = {-9, 9, 0};
-  m.height = 1;
-  m.referenceWidth = 9;
-  m.text = "wrap these words into several short lines";
-  Picture pic = renderAlone(m);
+  Picture pic = renderAlone(host::MText{.position = {-9, 9, 0}, .height = 1, .referenceWidth = 9,
+                                        .text = "wrap these words into several short lines"});
   EXPECT_EQ(pic.inkCount(px(0.3), 0, 200, 200), 0);  // nothing beyond the reference width
   // Line pitch 5/3 of the height: the third line's capitals sit between y = 4.67 and 5.67.
   EXPECT_GT(pic.inkCount(px(-9), py(5.6), px(0), py(4.7)), 10);
@@ -409,22 +294,10 @@ TEST_F(RenderDrawing, MTextWrapsAtItsReferenceWidth) {
 
 TEST_F(RenderDrawing, EllipseSplineAndImageFrame) {
   FakeDrawing d;
-  host::Ellipse e;
-  e.majorAxis = {6, 0, 0};
-  e.ratio = 0.5;
-  d.add(e);
-  host::Spline s;
-  s.degree = 2;
-  s.knots = {0, 0, 0, 1, 1, 1};
-  s.controlPoints = {{-8, -8, 0}, {0, -4, 0}, {8, -8, 0}};
-  d.add(s);
-  host::Image im;
-  im.insertion = {5, 5, 0};
-  im.uVector = {0.1, 0, 0};
-  im.vVector = {0, 0.1, 0};
-  im.widthPixels = 30;
-  im.heightPixels = 20;
-  d.add(im);
+  d.add(host::Ellipse{.majorAxis = {6, 0, 0}, .ratio = 0.5});
+  d.add(host::Spline{.degree = 2, .knots = {0, 0, 0, 1, 1, 1}, .controlPoints = {{-8, -8, 0}, {0, -4, 0}, {8, -8, 0}}});
+  d.add(host::Image{.insertion = {5, 5, 0}, .uVector = {0.1, 0, 0}, .vVector = {0, 0.1, 0}, .widthPixels = 30,
+                    .heightPixels = 20});
   Picture pic = render(d);
   EXPECT_TRUE(pic.inkNear(px(6), py(0)));
   EXPECT_TRUE(pic.inkNear(px(0), py(3)));
@@ -468,8 +341,7 @@ TEST_F(RenderDrawing, PointListsAndSheet) {
   EXPECT_GT(pic.inkCount(0, 0, 120, 80), 100);
   EXPECT_FALSE(pic.isInk(60, 40));  // centre of the circle
   auto sheet = dir_ / "sheet.png";
-  std::vector<SheetCell> cells{{"circle", {circle}}, {"line", {{{0, 0, 0}, {1, 1, 0}}}}, {"empty", {}}};
-  renderSheetToPng(cells, sheet, 2, 100);
+  renderSheetToPng({{"circle", {circle}}, {"line", {{{0, 0, 0}, {1, 1, 0}}}}, {"empty", {}}}, sheet, 2, 100);
   Picture s = render_test::loadPng(sheet);
   EXPECT_EQ(s.width, 200);
   EXPECT_EQ(s.height, 200);

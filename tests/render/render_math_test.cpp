@@ -17,16 +17,22 @@ using namespace standalone;
 constexpr double kPi = std::numbers::pi;
 
 namespace {
-ge::Point2d arcPoint(const PathArc& a, double t) {
+// The point of a projected or bulge arc at angle t.
+template <class Arc>
+ge::Point2d arcPoint(const Arc& a, double t) {
   return {a.center.x + a.radius * std::cos(t), a.center.y + a.radius * std::sin(t)};
+}
+// The point got lies within tol of want in both coordinates.
+void expectNear(ge::Point2d got, ge::Point2d want, double tol) {
+  EXPECT_NEAR(got.x, want.x, tol);
+  EXPECT_NEAR(got.y, want.y, tol);
 }
 }  // namespace
 
 TEST(Ocs, MirroredNormalTurnsXAxisAround) {
   ge::Matrix3d m = ocsToWorld({0, 0, -1});
-  ge::Vector3d x = m.apply(ge::kXAxis), y = m.apply(ge::kYAxis);
-  EXPECT_NEAR(x.x, -1, 1e-12);
-  EXPECT_NEAR(y.y, 1, 1e-12);
+  EXPECT_NEAR(m.apply(ge::kXAxis).x, -1, 1e-12);
+  EXPECT_NEAR(m.apply(ge::kYAxis).y, 1, 1e-12);
   // A normal off the Z axis uses Z x N for its X axis.
   ge::Vector3d n = ge::Vector3d{1, 0, 1}.normalized();
   ge::Vector3d x2 = ocsToWorld(n).apply(ge::kXAxis);
@@ -39,11 +45,8 @@ TEST(ProjectArc, MirroredArcRunsClockwiseThroughTheMirroredQuadrant) {
   auto arc = projectArc({}, {0, 0, 0}, ocs.apply(ge::kXAxis), ocs.apply(ge::kYAxis), 10, 0, kPi / 2);
   ASSERT_TRUE(arc);
   EXPECT_FALSE(arc->ccw);
-  ge::Point2d start = arcPoint(*arc, arc->startAngle), end = arcPoint(*arc, arc->endAngle);
-  EXPECT_NEAR(start.x, -10, 1e-9);
-  EXPECT_NEAR(start.y, 0, 1e-9);
-  EXPECT_NEAR(end.x, 0, 1e-9);
-  EXPECT_NEAR(end.y, 10, 1e-9);
+  expectNear(arcPoint(*arc, arc->startAngle), {-10, 0}, 1e-9);
+  expectNear(arcPoint(*arc, arc->endAngle), {0, 10}, 1e-9);
   Box2d box;
   addPathExtents(Path{{PathArc{*arc}}}, box);
   EXPECT_NEAR(box.minX, -10, 1e-9);
@@ -55,8 +58,7 @@ TEST(ProjectArc, UnequalScaleOrTiltGivesNoCircle) {
   ge::Matrix3d stretch;
   stretch(0, 0) = 2;
   EXPECT_FALSE(projectArc(stretch, {}, ge::kXAxis, ge::kYAxis, 1, 0, 1));
-  ge::Vector3d n = ge::Vector3d{1, 0, 1}.normalized();
-  ge::Matrix3d ocs = ocsToWorld(n);
+  ge::Matrix3d ocs = ocsToWorld(ge::Vector3d{1, 0, 1}.normalized());
   EXPECT_FALSE(projectArc({}, {}, ocs.apply(ge::kXAxis), ocs.apply(ge::kYAxis), 1, 0, 1));
   // A rotation and uniform scale keep it a circle, with the radius scaled.
   auto turned = projectArc(ge::Matrix3d::rotation(0.3, ge::kZAxis) * ge::Matrix3d::scaling(3), {1, 0, 0}, ge::kXAxis,
@@ -68,24 +70,19 @@ TEST(ProjectArc, UnequalScaleOrTiltGivesNoCircle) {
 }
 
 TEST(Bulge, SemicirclesAndDirection) {
-  auto ccw = bulgeToArc({0, 0}, {2, 0}, 1);
-  ASSERT_TRUE(ccw);
-  EXPECT_NEAR(ccw->center.x, 1, 1e-12);
-  EXPECT_NEAR(ccw->center.y, 0, 1e-12);
-  EXPECT_NEAR(ccw->radius, 1, 1e-12);
-  // Counter-clockwise from (0,0) to (2,0) passes below the chord.
-  double mid = (ccw->startAngle + ccw->endAngle) / 2;
-  EXPECT_NEAR(ccw->center.y + ccw->radius * std::sin(mid), -1, 1e-12);
-  auto cw = bulgeToArc({0, 0}, {2, 0}, -1);
-  ASSERT_TRUE(cw);
-  EXPECT_FALSE(cw->ccw);
-  double midCw = (cw->startAngle + cw->endAngle) / 2;
-  EXPECT_NEAR(cw->center.y + cw->radius * std::sin(midCw), 1, 1e-12);
+  // Counter-clockwise from (0,0) to (2,0) passes below the chord, clockwise above it.
+  for (double bulge : {1.0, -1.0}) {
+    auto arc = bulgeToArc({0, 0}, {2, 0}, bulge);
+    ASSERT_TRUE(arc);
+    expectNear(arc->center, {1, 0}, 1e-12);
+    EXPECT_NEAR(arc->radius, 1, 1e-12);
+    EXPECT_EQ(arc->ccw, bulge > 0);
+    EXPECT_NEAR(arcPoint(*arc, (arc->startAngle + arc->endAngle) / 2).y, -bulge, 1e-12);
+  }
   // A quarter arc: bulge tan(pi/8), centre at distance r from both ends.
   auto quarter = bulgeToArc({1, 0}, {0, 1}, std::tan(kPi / 8));
   ASSERT_TRUE(quarter);
-  EXPECT_NEAR(quarter->center.x, 0, 1e-12);
-  EXPECT_NEAR(quarter->center.y, 0, 1e-12);
+  expectNear(quarter->center, {0, 0}, 1e-12);
   EXPECT_NEAR(quarter->endAngle - quarter->startAngle, kPi / 2, 1e-12);
   EXPECT_FALSE(bulgeToArc({0, 0}, {1, 0}, 0));
 }
@@ -123,11 +120,8 @@ TEST(Nurbs, MultiSpanSamplesAreContinuousAndEndAtTheEnds) {
 }
 
 TEST(Nurbs, BadDataFallsBackToFitPointsThenControlPoints) {
-  host::Spline s;
-  s.degree = 3;
-  s.controlPoints = {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {3, 1, 0}};
-  s.knots = {0, 0, 0, 1, 1, 1};  // two short
-  s.fitPoints = {{0, 0, 0}, {5, 5, 0}};
+  host::Spline s{.degree = 3, .knots = {0, 0, 0, 1, 1, 1},  // two short
+                 .controlPoints = {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {3, 1, 0}}, .fitPoints = {{0, 0, 0}, {5, 5, 0}}};
   EXPECT_EQ(splineDrawingPoints(s), s.fitPoints);
   s.fitPoints.clear();
   EXPECT_EQ(splineDrawingPoints(s), s.controlPoints);
@@ -137,12 +131,7 @@ TEST(Nurbs, BadDataFallsBackToFitPointsThenControlPoints) {
 }
 
 TEST(Helix, BuiltFromAxisDataWhenTheSplineIsEmpty) {
-  host::Helix h;
-  h.axisBase = {0, 0, 0};
-  h.startPoint = {2, 0, 0};
-  h.topRadius = 4;
-  h.turns = 2;
-  h.turnHeight = 1.5;
+  host::Helix h{.axisBase = {0, 0, 0}, .startPoint = {2, 0, 0}, .topRadius = 4, .turns = 2, .turnHeight = 1.5};
   ge::PointList pts = helixDrawingPoints(h);
   ASSERT_GE(pts.size(), 100u);
   EXPECT_NEAR(pts.front().distanceTo({2, 0, 0}), 0, 1e-12);
@@ -154,13 +143,9 @@ TEST(Helix, BuiltFromAxisDataWhenTheSplineIsEmpty) {
 }
 
 TEST(PointGlyph, SizeRules) {
-  PointMarker m;
-  m.size = 2.5;  // absolute drawing units
-  EXPECT_DOUBLE_EQ(markerSize(m, 100), 2.5);
-  m.size = 0;  // 5 % of the view height
-  EXPECT_DOUBLE_EQ(markerSize(m, 100), 5);
-  m.size = -10;  // 10 % of the view height
-  EXPECT_DOUBLE_EQ(markerSize(m, 40), 4);
+  EXPECT_DOUBLE_EQ(markerSize({.size = 2.5}, 100), 2.5);  // absolute drawing units
+  EXPECT_DOUBLE_EQ(markerSize({.size = 0}, 100), 5);      // 5 % of the view height
+  EXPECT_DOUBLE_EQ(markerSize({.size = -10}, 40), 4);     // 10 % of the view height
 }
 
 TEST(View, FitKeepsTheMarginAndMapsBothWays) {
@@ -173,9 +158,7 @@ TEST(View, FitKeepsTheMarginAndMapsBothWays) {
   EXPECT_NEAR(lo.x, 20, 1e-9);  // width limits: 160 px for 40 units
   EXPECT_NEAR(hi.x, 180, 1e-9);
   EXPECT_GT(lo.y, hi.y);  // y up in the drawing is y down on the page
-  ge::Point2d back = v.toDrawing(v.toPage({3.5, -7}));
-  EXPECT_NEAR(back.x, 3.5, 1e-12);
-  EXPECT_NEAR(back.y, -7, 1e-12);
+  expectNear(v.toDrawing(v.toPage({3.5, -7})), {3.5, -7}, 1e-12);
   // Degenerate boxes still give a finite scale.
   Box2d point;
   point.add(5, 5);

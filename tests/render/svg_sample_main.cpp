@@ -12,10 +12,7 @@ int main(int argc, char** argv) {
   }
   render_test::FakeDrawing d;
   d.add(host::Line{{0, 0, 0}, {10, 5, 0}});
-  host::Arc arc;
-  arc.radius = 3;
-  arc.endAngle = std::numbers::pi;
-  d.add(arc);
+  d.add(host::Arc{{0, 0, 0}, 3, 0, std::numbers::pi});
   host::Text t;
   t.text = "Corvane 45%%d";
   t.position = {0, 6, 0};

@@ -9,6 +9,7 @@
 namespace formula {
 namespace {
 
+using formula_test::keyword;
 using formula_test::Reply;
 
 class FormulaCommand : public formula_test::CommandTest {
@@ -31,8 +32,8 @@ TEST_F(FormulaCommand, EnterEverywhereDrawsTheShownCurveAtThePickedOrigin) {
 }
 
 TEST_F(FormulaCommand, AnswersChooseTheCurveItsParametersAndKind) {
-  run({Reply::integer(14), Reply::integer(2), Reply::integer(0), Reply::enter(), Reply::keyword("Polyline"),
-       Reply::keyword("No"), Reply::point({0, 0, 0})});
+  run({Reply::integer(14), Reply::integer(2), Reply::integer(0), Reply::enter(), keyword("Polyline"),
+       keyword("No"), Reply::point({0, 0, 0})});
   EXPECT_NE(h.editor.transcript.find("\nFormula curve [1--71] <1. Heart>: \nLoops [1--100] <10>: "
                                      "\nDirection [0--1] <1>: \nRadius [1--100] <1>: "
                                      "\nCurve kind [Spline/Polyline] <Spline>: "),

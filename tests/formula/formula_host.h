@@ -20,6 +20,9 @@ namespace formula_test {
 
 using frame_test::Reply;
 
+// A keyword answered at a keyword prompt.
+inline Reply keyword(std::string k) { return {host::RTNORM, std::move(k)}; }
+
 struct FormulaHost {
   frame_test::FakeEditor editor;
   standalone::DrawingDatabase drawing = standalone::DrawingDatabase::createEmpty();

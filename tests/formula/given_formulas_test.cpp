@@ -54,7 +54,11 @@ class GivenFormulas : public ::testing::Test {
       ASSERT_NEAR(got[i].z, O.z + e.z, 1e-9 * scale) << "sample " << i;
     }
   }
-  static double t(int i, int n, double range) { return range * i / (n - 1); }
+  // The same for n samples f(a), a running evenly from `from` to `to`.
+  static void expectSweep(const ge::PointList& got, int n, double from, double to,
+                          const std::function<XYZ(double)>& f) {
+    expectSamples(got, n, [&](int i) { return f(from + (to - from) * i / (n - 1)); });
+  }
 };
 
 TEST_F(GivenFormulas, HeartStopsOneStepShortAndUsesColourOne) {
@@ -83,33 +87,23 @@ TEST_F(GivenFormulas, HyperbolaDrawsBothBranches) {
 }
 
 TEST_F(GivenFormulas, TricuspidWithThreeTipsIsADeltoidOf36Points) {
-  auto got = draw(11, {20, 3, 0, 0});
-  expectSamples(got[0], 36, [&](int i) {
-    double a = t(i, 36, 2 * PI);
+  expectSweep(draw(11, {20, 3, 0, 0})[0], 36, 0, 2 * PI, [](double a) {
     return XYZ{10 * (2 * std::cos(a) + std::cos(2 * a)), 10 * (2 * std::sin(a) - std::sin(2 * a))};
   });
-  auto five = draw(11, {20, 5, 0, 0});
-  EXPECT_EQ(five[0].size(), 3u * 36);  // (Tips - 2) x 36
+  EXPECT_EQ(draw(11, {20, 5, 0, 0})[0].size(), 3u * 36);  // (Tips - 2) x 36
 }
 
 TEST_F(GivenFormulas, InvoluteDirectionReversesTheSenseOfT) {
-  for (int dir : {1, 0}) {
-    auto got = draw(12, {2, dir, 3, 0});
-    double d = dir ? 1 : -1;
-    expectSamples(got[0], 72, [&](int i) {
-      double a = d * t(i, 72, 4 * PI);
+  for (int dir : {1, 0})
+    expectSweep(draw(12, {2, dir, 3, 0})[0], 72, 0, (dir ? 1 : -1) * 4 * PI, [](double a) {
       return XYZ{3 * std::cos(a) + a * 3 * std::sin(a), 3 * std::sin(a) - 3 * a * std::cos(a)};
     });
-  }
 }
 
 TEST_F(GivenFormulas, ArchimedesDirectionZeroMirrorsAboutTheYAxis) {
   auto ccw = draw(13, {3, 1, 2, 0})[0];
   auto cw = draw(13, {3, 0, 2, 0})[0];
-  expectSamples(ccw, 108, [&](int i) {
-    double a = t(i, 108, 6 * PI);
-    return XYZ{2 * a * std::cos(a), 2 * a * std::sin(a)};
-  });
+  expectSweep(ccw, 108, 0, 6 * PI, [](double a) { return XYZ{2 * a * std::cos(a), 2 * a * std::sin(a)}; });
   for (size_t i = 0; i < ccw.size(); ++i) {
     EXPECT_NEAR(cw[i].x - O.x, -(ccw[i].x - O.x), 1e-9);
     EXPECT_NEAR(cw[i].y, ccw[i].y, 1e-9);
@@ -117,127 +111,90 @@ TEST_F(GivenFormulas, ArchimedesDirectionZeroMirrorsAboutTheYAxis) {
 }
 
 TEST_F(GivenFormulas, LogarithmicSpiralUsesTheLiteralBase) {
-  auto got = draw(14, {2, 1, 5, 3});
-  expectSamples(got[0], 72, [&](int i) {
-    double a = t(i, 72, 4 * PI);
-    return polar(3 * std::pow(2.718281828, 0.005 * a), a);
-  });
+  auto got = draw(14, {2, 1, 5, 3})[0];
+  expectSweep(got, 72, 0, 4 * PI, [](double a) { return polar(3 * std::pow(2.718281828, 0.005 * a), a); });
   // Growth per turn is 2.718281828^(0.005 * 2 pi): sample 36 is not a whole turn
   // (the 72 samples span two turns over 71 steps), so measure at the ends.
-  double r0 = std::hypot(got[0][0].x - O.x, got[0][0].y - O.y);
-  double r1 = std::hypot(got[0][71].x - O.x, got[0][71].y - O.y);
+  double r0 = std::hypot(got[0].x - O.x, got[0].y - O.y);
+  double r1 = std::hypot(got[71].x - O.x, got[71].y - O.y);
   EXPECT_NEAR(r1 / r0, std::pow(2.718281828, 0.005 * 4 * PI), 1e-12);
   EXPECT_NE(r1 / r0, std::exp(0.005 * 4 * PI));
 }
 
 TEST_F(GivenFormulas, HyperbolicAndInterlockingSpiralsStartAtTEqualsOne) {
-  auto hyp = draw(15, {2, 0, 10, 0})[0];
-  expectSamples(hyp, 72, [&](int i) {
-    double a = 4 * PI * i / 71 + 1.0, rho = 10 / a;
-    return XYZ{-rho * std::cos(a), rho * std::sin(a)};
-  });
-  auto lit = draw(16, {2, 1, 10, 0})[0];
-  expectSamples(lit, 72, [&](int i) {
-    double a = 4 * PI * i / 71 + 1.0;
-    return polar(10 / std::sqrt(a), a);
-  });
+  expectSweep(draw(15, {2, 0, 10, 0})[0], 72, 1, 1 + 4 * PI,
+              [](double a) { return XYZ{-10 / a * std::cos(a), 10 / a * std::sin(a)}; });
+  expectSweep(draw(16, {2, 1, 10, 0})[0], 72, 1, 1 + 4 * PI, [](double a) { return polar(10 / std::sqrt(a), a); });
 }
 
 TEST_F(GivenFormulas, KidneyLineTypes) {
-  expectSamples(draw(17, {10, 1, 0, 0})[0], 35, [&](int i) {
-    double a = t(i, 35, 2 * PI);
-    return polar(20 * (1 + std::cos(a)), a);  // the cardioid
-  });
-  expectSamples(draw(17, {10, 0, 0, 0})[0], 35, [&](int i) {
-    double a = t(i, 35, 2 * PI);
-    return polar(10 * (1 + std::sin(a / 2)), a);
-  });
+  // Type 1 is the cardioid.
+  expectSweep(draw(17, {10, 1, 0, 0})[0], 35, 0, 2 * PI, [](double a) { return polar(20 * (1 + std::cos(a)), a); });
+  expectSweep(draw(17, {10, 0, 0, 0})[0], 35, 0, 2 * PI,
+              [](double a) { return polar(10 * (1 + std::sin(a / 2)), a); });
 }
 
 TEST_F(GivenFormulas, FixedCountCurvesOf175And315Samples) {
-  expectSamples(draw(18, {4, 7, 0, 0})[0], 175, [&](int i) {
-    double a = t(i, 175, 2 * PI);
+  expectSweep(draw(18, {4, 7, 0, 0})[0], 175, 0, 2 * PI, [](double a) {
     return XYZ{21 * std::cos(a) + 4 * std::cos(3 * a), 21 * std::sin(a) + 4 * std::sin(3 * a)};
   });
-  expectSamples(draw(19, {5, 0, 0, 0})[0], 175, [&](int i) {
-    double a = t(i, 175, 2 * PI);
+  expectSweep(draw(19, {5, 0, 0, 0})[0], 175, 0, 2 * PI, [](double a) {
     return XYZ{5 * (3 * std::cos(a) - std::cos(3 * a)), 5 * (3 * std::sin(a) - std::sin(3 * a))};
   });
-  expectSamples(draw(21, {10, 0, 0, 0})[0], 175, [&](int i) {
-    double a = t(i, 175, 2 * PI);
-    return polar(10 * std::cos(2 * a), a);
-  });
-  expectSamples(draw(22, {10, 0, 0, 0})[0], 175, [&](int i) {
-    double a = PI * i / 174;
-    return polar(10 * std::cos(3 * a), a);
-  });
-  expectSamples(draw(24, {4, 10, 1, 0})[0], 315, [&](int i) {
-    double a = 10 * PI * i / 314;
+  expectSweep(draw(21, {10, 0, 0, 0})[0], 175, 0, 2 * PI, [](double a) { return polar(10 * std::cos(2 * a), a); });
+  expectSweep(draw(22, {10, 0, 0, 0})[0], 175, 0, PI, [](double a) { return polar(10 * std::cos(3 * a), a); });
+  expectSweep(draw(24, {4, 10, 1, 0})[0], 315, 0, 10 * PI, [](double a) {
     return XYZ{4 * std::cos(a) + 10 * std::cos(0.8 * a), 4 * std::sin(a) - 10 * std::sin(0.8 * a)};
   });
 }
 
 TEST_F(GivenFormulas, EpicycloidAndHypocycloidSweepTwoPiB) {
-  expectSamples(draw(25, {5, 8, 8, 2})[0], 70, [&](int i) {
-    double a = t(i, 70, 2 * PI * 8), k = 5.0 / 8 + 1;
+  expectSweep(draw(25, {5, 8, 8, 2})[0], 70, 0, 2 * PI * 8, [](double a) {
+    double k = 5.0 / 8 + 1;
     return XYZ{13 * std::cos(a) - 8 * std::cos(k * a), 13 * std::sin(a) - 8 * std::sin(k * a)};
   });
   auto hypo = draw(26, {5, 8, 8, 2})[0];
-  expectSamples(hypo, 70, [&](int i) {
-    double a = t(i, 70, 2 * PI * 8), k = 1 - 5.0 / 8;
+  expectSweep(hypo, 70, 0, 2 * PI * 8, [](double a) {
+    double k = 1 - 5.0 / 8;
     return XYZ{-3 * std::cos(a) + 8 * std::cos(k * a), -3 * std::sin(a) + 8 * std::sin(k * a)};
   });
   EXPECT_NEAR(hypo.front().distanceTo(hypo.back()), 0, 1e-9);  // integer A and B close
 }
 
 TEST_F(GivenFormulas, FermatAndLissajous) {
-  expectSamples(draw(30, {10, 2, 0, 0})[0], 70, [&](int i) {
-    double a = t(i, 70, 5 * PI);
-    return polar(10 * std::sqrt(a), a);
-  });
-  auto liss = draw(48, {3, 10, 100, 1})[0];
-  expectSamples(liss, 35, [&](int i) {
-    double a = t(i, 35, 2 * PI);
-    return XYZ{100 * std::sin(3 * a + 100), 100 * std::sin(a)};
-  });
+  expectSweep(draw(30, {10, 2, 0, 0})[0], 70, 0, 5 * PI, [](double a) { return polar(10 * std::sqrt(a), a); });
+  expectSweep(draw(48, {3, 10, 100, 1})[0], 35, 0, 2 * PI,
+              [](double a) { return XYZ{100 * std::sin(3 * a + 100), 100 * std::sin(a)}; });
   // B = 7: x amplitude 70 but y amplitude 49, not a square.
-  auto other = draw(48, {3, 7, 100, 12})[0];
   double maxX = 0, maxY = 0;
-  for (auto& p : other) maxX = std::max(maxX, std::abs(p.x - O.x)), maxY = std::max(maxY, std::abs(p.y - O.y));
+  auto other = draw(48, {3, 7, 100, 12})[0];
+  for (auto& p : other)
+    maxX = std::max(maxX, std::abs(p.x - O.x)), maxY = std::max(maxY, std::abs(p.y - O.y));
   EXPECT_NEAR(maxX, 70, 0.1);
   EXPECT_NEAR(maxY, 49, 0.1);
 }
 
 TEST_F(GivenFormulas, GraphsOverU) {
-  expectSamples(draw(41, {10, 20, 1, 0})[0], 35, [&](int i) {
-    double u = (double(i) / 34 - 0.5) * 4.5;
-    return XYZ{10 * u, 2.0 * 10 * std::exp(-u * u)};
-  });
+  expectSweep(draw(41, {10, 20, 1, 0})[0], 35, -2.25, 2.25,
+              [](double u) { return XYZ{10 * u, 2.0 * 10 * std::exp(-u * u)}; });
   const std::pair<int, double (*)(double)> hyperbolic[] = {
       {44, [](double u) { return std::sinh(u); }},
       {45, [](double u) { return std::cosh(u); }},
       {46, [](double u) { return std::tanh(u); }}};
   for (const auto& [row, f] : hyperbolic) {
     SCOPED_TRACE(row);
-    expectSamples(draw(row, {10, 1, 30, 0})[0], 35, [f = f](int i) {
-      double u = (double(i) / 34 - 0.5) * 6;
-      return XYZ{10 * u, 10 * f(u)};
-    });
+    expectSweep(draw(row, {10, 1, 30, 0})[0], 35, -3, 3, [f = f](double u) { return XYZ{10 * u, 10 * f(u)}; });
   }
 }
 
 TEST_F(GivenFormulas, VinelaineGrowsWithTheSquareOfA) {
-  expectSamples(draw(47, {4, 1, 0, 0})[0], 35, [&](int i) {
-    double th = (double(i) / 34 - 0.5) * 150 * PI / 180;
-    return polar(4 * 8 * std::tan(th) * std::sin(th), th);
-  });
+  expectSweep(draw(47, {4, 1, 0, 0})[0], 35, -75 * PI / 180, 75 * PI / 180,
+              [](double th) { return polar(4 * 8 * std::tan(th) * std::sin(th), th); });
 }
 
 TEST_F(GivenFormulas, FigureEightLameAndMussel) {
-  expectSamples(draw(49, {20, 30, 1, 0})[0], 35, [&](int i) {
-    double a = t(i, 35, 2 * PI);
-    return XYZ{20 * std::cos(a), 30 * std::sin(2 * a)};
-  });
+  expectSweep(draw(49, {20, 30, 1, 0})[0], 35, 0, 2 * PI,
+              [](double a) { return XYZ{20 * std::cos(a), 30 * std::sin(2 * a)}; });
   // Lame: every sample on |x/R|^(2/e) + |y/R|^(2/e) = 1 with e = 2/(n/10), signs following cos t and sin t.
   auto lame = draw(67, {10, 31, 1, 0})[0];
   ASSERT_EQ(lame.size(), 35u);
@@ -246,18 +203,13 @@ TEST_F(GivenFormulas, FigureEightLameAndMussel) {
     double x = (p.x - O.x) / 10, y = (p.y - O.y) / 10;
     EXPECT_NEAR(std::pow(std::abs(x), 2 / e) + std::pow(std::abs(y), 2 / e), 1, 1e-9);
   }
-  expectSamples(draw(68, {10, 31, 1, 0})[0], 35, [&](int i) {
-    double th = (178.0 * i / 34 - 89) * PI / 180;
-    return polar((31.0 * 31 * std::cos(2 * th) + 100) / (10 * std::cos(th)), th);
-  });
+  expectSweep(draw(68, {10, 31, 1, 0})[0], 35, -89 * PI / 180, 89 * PI / 180,
+              [](double th) { return polar((31.0 * 31 * std::cos(2 * th) + 100) / (10 * std::cos(th)), th); });
 }
 
 TEST_F(GivenFormulas, CatenaryLowestPointOnTheOrigin) {
   auto got = draw(65, {10, 50, 1, 0})[0];
-  expectSamples(got, 35, [&](int i) {
-    double u = (double(i) / 34 - 0.5) * 10, a = 125;
-    return XYZ{u, a * (std::exp(u / 10) + std::exp(-u / 10)) / 2 - a};
-  });
+  expectSweep(got, 35, -5, 5, [](double u) { return XYZ{u, 125 * (std::exp(u / 10) + std::exp(-u / 10)) / 2 - 125}; });
   EXPECT_NEAR(got.front().x - O.x, -5, 1e-12);
   EXPECT_NEAR(got.back().x - O.x, 5, 1e-12);
   EXPECT_NEAR(got.front().y - O.y, 125 * (std::cosh(0.5) - 1), 1e-9);
@@ -289,17 +241,14 @@ TEST_F(GivenFormulas, DiskSpringPassesAndSphericalHelixOnItsSphere) {
 // The rhodonea rho = 10 sin 7t in 35 samples, drawn as a polyline (its
 // vertices) and as a spline (its fit points).
 TEST_F(GivenFormulas, RhodoneaSamplesAreTheVerticesOrTheFitPoints) {
-  auto rhodonea = [&](int i) {
-    double a = t(i, 35, 2 * PI);
-    return polar(10 * std::sin(7 * a), a);
-  };
-  expectSamples(draw(23, {7, 10, 1, 0})[0], 35, rhodonea);
+  auto rhodonea = [](double a) { return polar(10 * std::sin(7 * a), a); };
+  expectSweep(draw(23, {7, 10, 1, 0})[0], 35, 0, 2 * PI, rhodonea);
   geom::setCurveKindIsSpline(true);
   drawFormulaCurve(h.host, 23, O, {7, 10, 1, 0}, drawn);
   ASSERT_EQ(drawn.size(), 1u);
   host::Entity e = *h.drawing.read(drawn[0]);
   ASSERT_TRUE(std::holds_alternative<host::Spline>(e.data));
-  expectSamples(std::get<host::Spline>(e.data).fitPoints, 35, rhodonea);
+  expectSweep(std::get<host::Spline>(e.data).fitPoints, 35, 0, 2 * PI, rhodonea);
 }
 
 }  // namespace

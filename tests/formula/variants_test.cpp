@@ -11,6 +11,7 @@ namespace formula {
 namespace {
 
 using formula_test::pointsOf;
+using formula_test::keyword;
 using formula_test::Reply;
 
 class Variants : public formula_test::CommandTest {
@@ -49,7 +50,7 @@ TEST_F(Variants, AnythingButAPointEndsWithoutDrawing) {
 
 TEST_F(Variants, ArchimedesAsksTurnsAndSenseInChinese) {
   frame::setChinese(true);
-  run(archimedesSpiralCommand, {Reply::integer(500), Reply::keyword("No"), Reply::point({0, 0, 0})});
+  run(archimedesSpiralCommand, {Reply::integer(500), keyword("No"), Reply::point({0, 0, 0})});
   EXPECT_EQ(h.editor.transcript,
             "\n请问绘制几圈阿基米德螺线?[2--128](3):\n按逆时针绘制吗？[Y/N]（Y）:\n请指定原点>>");
   auto c = curves();
@@ -73,7 +74,7 @@ TEST_F(Variants, RosePetalsOddAndEven) {
     for (auto& p : pts) r = std::max(r, std::hypot(p.x, p.y));
     return r;
   };
-  run(roseCommand, {Reply::integer(4), Reply::keyword("Yes"), Reply::enter(), Reply::point({0, 0, 0})});
+  run(roseCommand, {Reply::integer(4), keyword("Yes"), Reply::enter(), Reply::point({0, 0, 0})});
   EXPECT_EQ(h.editor.transcript,
             "\nNumber of petals, an odd number gives that many, an even one twice as many:[1~32](5):"
             "\nAccurate？[Y/N]（N）:\nPath multiple:[1~32](1):\nPlease specify the origin>>");
@@ -88,7 +89,7 @@ TEST_F(Variants, RosePetalsOddAndEven) {
 }
 
 TEST_F(Variants, SphericalHelixAndUfoChoices) {
-  run(sphericalHelixCommand, {Reply::keyword("No"), Reply::point({0, 0, 0})});
+  run(sphericalHelixCommand, {keyword("No"), Reply::point({0, 0, 0})});
   EXPECT_EQ(h.editor.transcript, "\n Y = Spherical helix, N = Mantle helix？[Y/N]（Y）:\nPlease specify the origin>>");
   auto mantle = curves();
   ASSERT_EQ(mantle.size(), 1u);

@@ -5,7 +5,7 @@
 // ellipse over its own parameters, polylines over vertex indices (end n-1
 // open, n closed), splines over their knot range.
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -31,8 +31,9 @@ struct BlockContents {
   ge::Point3d basePoint;
   std::vector<EntityData> entities;
 };
-// The contents of a block by name; nothing when the drawing has no such block.
-using BlockContentsLookup = std::function<std::optional<BlockContents>(const std::string& blockName)>;
+// The contents of a block by name, shared so that a block met many times is
+// not copied each time; null when the drawing has no such block.
+using BlockContentsLookup = std::function<std::shared_ptr<const BlockContents>(const std::string& blockName)>;
 
 class CurveServices {
  public:

@@ -35,12 +35,12 @@ ge::Extents3d rectangle(const ge::Point3d& a, const ge::Point3d& b) {
 double xyDistance(const ge::Point3d& a, const ge::Point3d& b) { return std::hypot(a.x - b.x, a.y - b.y); }
 
 // The entity's extents from the curve services; block references with their
-// block's entities read from the drawing.
-bool extentsOf(const host::Drawing& drawing, const host::CurveServices& curves, const host::EntityData& data,
+// block's entities from blocks.
+bool extentsOf(const host::CurveServices& curves, const host::EntityData& data, const host::BlockContentsLookup& blocks,
                ge::Extents3d& ext) {
   host::ErrorStatus status = host::ErrorStatus::eNotApplicable;
   if (const auto* ref = std::get_if<host::BlockReference>(&data))
-    status = curves.getBlockReferenceExtents(*ref, blockContentsOf(drawing), ext);
+    status = curves.getBlockReferenceExtents(*ref, blocks, ext);
   else
     status = curves.getGeomExtents(data, ext);
   return status == host::ErrorStatus::eOk && ext.isValid();
@@ -49,12 +49,13 @@ bool extentsOf(const host::Drawing& drawing, const host::CurveServices& curves, 
 }  // namespace
 
 host::BlockContentsLookup blockContentsOf(const host::Drawing& drawing) {
-  return [&drawing](const std::string& name) -> std::optional<host::BlockContents> {
+  return [&drawing](const std::string& name) -> std::shared_ptr<const host::BlockContents> {
     std::optional<host::ObjectId> block = drawing.findBlock(name);
-    if (!block) return std::nullopt;
-    host::BlockContents contents{drawing.blockBasePoint(*block), {}};
+    if (!block) return nullptr;
+    auto contents = std::make_shared<host::BlockContents>();
+    contents->basePoint = drawing.blockBasePoint(*block);
     for (host::ObjectId id : drawing.entitiesOf(*block))
-      if (std::optional<host::Entity> e = drawing.read(id)) contents.entities.push_back(std::move(e->data));
+      if (std::optional<host::Entity> e = drawing.read(id)) contents->entities.push_back(std::move(e->data));
     return contents;
   };
 }
@@ -62,7 +63,7 @@ host::BlockContentsLookup blockContentsOf(const host::Drawing& drawing) {
 std::optional<ge::Extents3d> entityExtents(const host::Drawing& drawing, const host::CurveServices& curves,
                                            const host::EntityData& data) {
   ge::Extents3d ext;
-  if (!extentsOf(drawing, curves, data, ext)) return std::nullopt;
+  if (!extentsOf(curves, data, blockContentsOf(drawing), ext)) return std::nullopt;
   return ext;
 }
 
@@ -77,12 +78,30 @@ std::optional<std::uint64_t> parseHandleAnswer(std::string_view text) {
   return parseHex(inner.substr(1, inner.size() - 2));
 }
 
+EntityFinder::QueryScope::QueryScope(const EntityFinder& finder) : finder_(finder), owner_(!finder.blocks_) {
+  if (owner_) finder_.blocks_.emplace();
+}
+
+EntityFinder::QueryScope::~QueryScope() {
+  if (owner_) finder_.blocks_.reset();
+}
+
+host::BlockContentsLookup EntityFinder::blockLookup() const {
+  host::BlockContentsLookup read = blockContentsOf(drawing_);
+  if (!blocks_) return read;
+  return [this, read](const std::string& name) {
+    auto [it, fresh] = blocks_->try_emplace(name);
+    if (fresh) it->second = read(name);
+    return it->second;
+  };
+}
+
 bool EntityFinder::boxOf(const host::Entity& e, ge::Extents3d& ext) const {
-  if (!cache_) return extentsOf(drawing_, curves_, e.data, ext);
+  if (!cache_) return extentsOf(curves_, e.data, blockLookup(), ext);
   auto [it, fresh] = cache_->try_emplace(e.id.value);
   if (fresh) {
     ge::Extents3d computed;
-    if (extentsOf(drawing_, curves_, e.data, computed)) it->second = computed;
+    if (extentsOf(curves_, e.data, blockLookup(), computed)) it->second = computed;
   }
   if (!it->second) return false;
   ext = *it->second;
@@ -103,6 +122,7 @@ std::optional<double> EntityFinder::distanceTo(const host::Entity& e, const ge::
 }
 
 std::optional<host::ObjectId> EntityFinder::pickAt(const ge::Point3d& p, double aperture) const {
+  QueryScope blocks(*this);
   std::optional<host::ObjectId> best;
   double bestDistance = aperture;
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
@@ -141,6 +161,7 @@ bool EntityFinder::crossesRectangle(const host::Entity& e, const ge::Extents3d& 
 }
 
 std::vector<host::ObjectId> EntityFinder::inWindow(const ge::Point3d& a, const ge::Point3d& b, bool crossing) const {
+  QueryScope blocks(*this);
   ge::Extents3d box = rectangle(a, b);
   std::vector<host::ObjectId> out;
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {

@@ -2,6 +2,7 @@
 // Finding entities of the drawing by a picked point, a window, a handle or
 // drawing order, for picks and selections.
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -22,18 +23,34 @@ class EntityFinder {
   EntityFinder(const host::Drawing& drawing, const host::CurveServices& curves, LayerTest frozenOrLocked = {})
       : drawing_(drawing), curves_(curves), frozenOrLocked_(std::move(frozenOrLocked)) {}
 
+  // While a scope lives, each block's contents are read from the drawing
+  // once, however many references show it. Every query opens one; the
+  // outermost scope owns the memo.
+  class QueryScope {
+   public:
+    explicit QueryScope(const EntityFinder& finder);
+    ~QueryScope();
+    QueryScope(const QueryScope&) = delete;
+    QueryScope& operator=(const QueryScope&) = delete;
+
+   private:
+    const EntityFinder& finder_;
+    bool owner_;
+  };
+
   // While a scope lives, each entity's extents are computed once: the
   // drawing does not change during one selection, and extents of free-form
   // curves are what picks and windows spend their time on.
   class CacheScope {
    public:
-    explicit CacheScope(const EntityFinder& finder) : finder_(finder) { finder_.cache_.emplace(); }
+    explicit CacheScope(const EntityFinder& finder) : finder_(finder), blocks_(finder) { finder_.cache_.emplace(); }
     ~CacheScope() { finder_.cache_.reset(); }
     CacheScope(const CacheScope&) = delete;
     CacheScope& operator=(const CacheScope&) = delete;
 
    private:
     const EntityFinder& finder_;
+    QueryScope blocks_;
   };
 
   // The entity of the current space nearest to p in the XY plane within
@@ -72,6 +89,8 @@ class EntityFinder {
   // Whether a window polygon (crossing: a crossing polygon) takes the entity whose extents are ext.
   bool polygonTakes(const host::Entity& e, const ge::Extents3d& ext, const std::vector<ge::Point2d>& polygon,
                     bool crossing) const;
+  // Block contents from the drawing, through the memo while a query scope lives.
+  host::BlockContentsLookup blockLookup() const;
   // The entity's extents (from the cache while a scope lives); false when it has none.
   bool boxOf(const host::Entity& e, ge::Extents3d& ext) const;
 
@@ -79,6 +98,7 @@ class EntityFinder {
   const host::CurveServices& curves_;
   LayerTest frozenOrLocked_;
   mutable std::optional<std::unordered_map<std::uint64_t, std::optional<ge::Extents3d>>> cache_;
+  mutable std::optional<std::unordered_map<std::string, std::shared_ptr<const host::BlockContents>>> blocks_;
 };
 
 // The extents of an entity as picks, windows and ZOOM see them: the curve

@@ -66,6 +66,7 @@ bool EntityFinder::polygonTakes(const host::Entity& e, const ge::Extents3d& ext,
 std::vector<host::ObjectId> EntityFinder::inPolygon(const std::vector<ge::Point3d>& points, bool crossing) const {
   Outline polygon = flattened(points);
   if (polygon.size() < 3) return {};
+  QueryScope blocks(*this);
   ge::Extents3d hull = outlineBox(polygon);
   std::vector<host::ObjectId> out;
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
@@ -80,6 +81,7 @@ std::vector<host::ObjectId> EntityFinder::inPolygon(const std::vector<ge::Point3
 std::vector<host::ObjectId> EntityFinder::alongFence(const std::vector<ge::Point3d>& points) const {
   Outline fence = flattened(points);
   if (fence.size() < 2) return {};
+  QueryScope blocks(*this);
   ge::Extents3d hull = outlineBox(fence);
   std::vector<host::ObjectId> out;
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {

@@ -54,7 +54,7 @@ class Walker {
  public:
   Walker(const host::CurveServices& curves, const host::BlockContentsLookup& blocks) : curves_(curves), blocks_(blocks) {}
 
-  const std::optional<host::BlockContents>& contents(const std::string& name) {
+  const std::shared_ptr<const host::BlockContents>& contents(const std::string& name) {
     auto [it, fresh] = memo_.try_emplace(name);
     if (fresh && blocks_) it->second = blocks_(name);
     return it->second;
@@ -97,7 +97,7 @@ class Walker {
   // box moved to the three far corners of the array.
   std::optional<ge::Extents3d> reference(const host::BlockReference& ref, const ge::Matrix3d& m, int depth) {
     if (depth >= kMaxBlockNesting) return std::nullopt;
-    const std::optional<host::BlockContents>& block = contents(ref.blockName);
+    std::shared_ptr<const host::BlockContents> block = contents(ref.blockName);
     if (!block) return std::nullopt;
     ge::Matrix3d placed = m * blockTransform(ref, block->basePoint);
     ge::Extents3d cell;
@@ -115,7 +115,7 @@ class Walker {
 
   const host::CurveServices& curves_;
   const host::BlockContentsLookup& blocks_;
-  std::unordered_map<std::string, std::optional<host::BlockContents>> memo_;
+  std::unordered_map<std::string, std::shared_ptr<const host::BlockContents>> memo_;
 };
 
 }  // namespace

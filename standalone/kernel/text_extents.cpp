@@ -104,6 +104,13 @@ TextBox placeBox(const Placement& p, double x0, double x1, double y0, double y1,
 bool isFinite(const ge::Point3d& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
 bool isFinite(const ge::Vector3d& v) { return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z); }
 
+// The box when every corner is a finite point; nothing when the sizes overflowed.
+std::optional<TextBox> finiteBox(const TextBox& box) {
+  for (const ge::Point3d& c : box)
+    if (!isFinite(c)) return std::nullopt;
+  return box;
+}
+
 // Unit normal of a record; the Z axis for a zero or broken one.
 ge::Vector3d unitNormal(const ge::Vector3d& n) {
   ge::Vector3d u = n.normalized();
@@ -238,7 +245,7 @@ std::optional<TextBox> textBox(const host::Text& t) {
     y0 = h == kMiddle || v == kVerticalMiddle ? -t.height / 2 : v == kTop ? -t.height : 0;
   }
   p.up = f.z.cross(p.dir);
-  return placeBox(p, x0, x0 + width, y0, y0 + t.height, shear, backward, upsideDown);
+  return finiteBox(placeBox(p, x0, x0 + width, y0, y0 + t.height, shear, backward, upsideDown));
 }
 
 std::optional<TextBox> mtextBox(const host::MText& t) {
@@ -268,7 +275,7 @@ std::optional<TextBox> mtextBox(const host::MText& t) {
   double height = t.height + t.height * kMTextLinePitch * static_cast<double>(lineCount - 1);
   double x0 = -width * column / 2.0;
   double y1 = row == 0 ? 0 : row == 1 ? height / 2 : height;  // top of the box above the anchor
-  return placeBox(p, x0, x0 + width, y1 - height, y1, 0, false, false);
+  return finiteBox(placeBox(p, x0, x0 + width, y1 - height, y1, 0, false, false));
 }
 
 }  // namespace standalone::kernel

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <map>
+#include <memory>
 #include <numbers>
 
 #include "standalone/kernel/curve_kernel.h"
@@ -150,10 +151,10 @@ TEST(MTextExtents, LinesAttachmentsDirectionAndWrapping) {
 class BlockReferenceExtents : public ::testing::Test {
  protected:
   host::BlockContentsLookup lookup() const {
-    return [this](const std::string& name) -> std::optional<host::BlockContents> {
+    return [this](const std::string& name) -> std::shared_ptr<const host::BlockContents> {
       auto it = blocks.find(name);
-      if (it == blocks.end()) return std::nullopt;
-      return it->second;
+      if (it == blocks.end()) return nullptr;
+      return std::make_shared<host::BlockContents>(it->second);
     };
   }
   ge::Extents3d extentsOf(const host::BlockReference& ref, ErrorStatus expected = ErrorStatus::eOk) const {
@@ -206,17 +207,17 @@ TEST_F(BlockReferenceExtents, ArraysCoverTheirFarCells) {
 }
 
 TEST_F(BlockReferenceExtents, UnknownAndSelfReferringBlocks) {
-  extentsOf({"MISSING"}, ErrorStatus::eKeyNotFound);
+  extentsOf({"MISSING", {}}, ErrorStatus::eKeyNotFound);
   blocks["LOOP"] = {{0, 0, 0}, {host::BlockReference{"LOOP", {1, 0, 0}}, host::Line{{0, 0, 0}, {1, 0, 0}}}};
   // Each level moves one unit right; the walk stops at the nesting limit instead of recursing for ever.
-  ge::Extents3d e = extentsOf({"LOOP"});
+  ge::Extents3d e = extentsOf({"LOOP", {}});
   EXPECT_GT(e.max.x, 10);
   EXPECT_LT(e.max.x, 100);
   blocks["EMPTY"] = {};
-  extentsOf({"EMPTY"}, ErrorStatus::eDegenerateGeometry);
+  extentsOf({"EMPTY", {}}, ErrorStatus::eDegenerateGeometry);
   // Without block contents the plain extents call cannot answer for a reference.
   ge::Extents3d plain;
-  EXPECT_EQ(kernel.getGeomExtents(host::BlockReference{"QUARTER"}, plain), ErrorStatus::eNotApplicable);
+  EXPECT_EQ(kernel.getGeomExtents(host::BlockReference{"QUARTER", {}}, plain), ErrorStatus::eNotApplicable);
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 #pragma once
 // Access to the open drawing: entity records by id, blocks, the named-object
 // dictionary, current layer and colour, persistent reactors.
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "host/codes.h"
+#include "host/curves.h"
 #include "host/entity.h"
 #include "host/resbuf.h"
 
@@ -73,5 +75,20 @@ class Drawing {
   virtual ErrorStatus addReactor(ObjectId id, ObjectId reactor) = 0;
   virtual ErrorStatus removeReactor(ObjectId id, ObjectId reactor) = 0;
 };
+
+// The contents of the drawing's blocks by name (base point and entities, read
+// at each call), for CurveServices::getBlockReferenceExtents. The drawing must
+// outlive the lookup.
+inline BlockContentsLookup blockContentsOf(const Drawing& drawing) {
+  return [&drawing](const std::string& name) -> std::shared_ptr<const BlockContents> {
+    std::optional<ObjectId> block = drawing.findBlock(name);
+    if (!block) return nullptr;
+    auto contents = std::make_shared<BlockContents>();
+    contents->basePoint = drawing.blockBasePoint(*block);
+    for (ObjectId id : drawing.entitiesOf(*block))
+      if (std::optional<Entity> e = drawing.read(id)) contents->entities.push_back(std::move(e->data));
+    return contents;
+  };
+}
 
 }  // namespace host

@@ -48,22 +48,10 @@ bool extentsOf(const host::CurveServices& curves, const host::EntityData& data, 
 
 }  // namespace
 
-host::BlockContentsLookup blockContentsOf(const host::Drawing& drawing) {
-  return [&drawing](const std::string& name) -> std::shared_ptr<const host::BlockContents> {
-    std::optional<host::ObjectId> block = drawing.findBlock(name);
-    if (!block) return nullptr;
-    auto contents = std::make_shared<host::BlockContents>();
-    contents->basePoint = drawing.blockBasePoint(*block);
-    for (host::ObjectId id : drawing.entitiesOf(*block))
-      if (std::optional<host::Entity> e = drawing.read(id)) contents->entities.push_back(std::move(e->data));
-    return contents;
-  };
-}
-
 std::optional<ge::Extents3d> entityExtents(const host::Drawing& drawing, const host::CurveServices& curves,
                                            const host::EntityData& data) {
   ge::Extents3d ext;
-  if (!extentsOf(curves, data, blockContentsOf(drawing), ext)) return std::nullopt;
+  if (!extentsOf(curves, data, host::blockContentsOf(drawing), ext)) return std::nullopt;
   return ext;
 }
 
@@ -87,7 +75,7 @@ EntityFinder::QueryScope::~QueryScope() {
 }
 
 host::BlockContentsLookup EntityFinder::blockLookup() const {
-  host::BlockContentsLookup read = blockContentsOf(drawing_);
+  host::BlockContentsLookup read = host::blockContentsOf(drawing_);
   if (!blocks_) return read;
   return [this, read](const std::string& name) {
     auto [it, fresh] = blocks_->try_emplace(name);

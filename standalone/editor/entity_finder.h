@@ -107,9 +107,6 @@ class EntityFinder {
 std::optional<ge::Extents3d> entityExtents(const host::Drawing& drawing, const host::CurveServices& curves,
                                            const host::EntityData& data);
 
-// The contents of the drawing's blocks by name, for the extents of block references.
-host::BlockContentsLookup blockContentsOf(const host::Drawing& drawing);
-
 // The handle a typed answer names: "#1F" or "(handent \"1F\")" (hexadecimal, case ignored).
 std::optional<std::uint64_t> parseHandleAnswer(std::string_view text);
 

@@ -33,6 +33,25 @@ host::Text label(const char* content, ge::Point3d at) {
   return t;
 }
 
+// Two lines of MTEXT hanging from (0.5, 9.5): 0.75 wide, 1 + 5/3 high.
+host::MText notes() {
+  host::MText m;
+  m.text = "A\\PB";
+  m.position = {0.5, 9.5, 0};
+  m.height = 1;
+  return m;
+}
+
+// A solid hatch over the square of side a with its lower left corner at (x, y).
+host::Hatch square(double x, double y, double a) {
+  host::HatchPath path;
+  path.flags = 2 | 1;
+  path.polyline = {{x, y}, {x + a, y}, {x + a, y + a}, {x, y + a}};
+  host::Hatch h;
+  h.paths = {path};
+  return h;
+}
+
 // The outline of a U: a square 10 × 10 with a notch 4 < x < 6 cut down from the top to y = 4.
 const char* kUPoints = "0,0\n10,0\n10,10\n6,10\n6,4\n4,4\n4,10\n0,10\n";
 
@@ -51,6 +70,9 @@ class PolygonSelection : public ::testing::Test {
         {"notchInsert", session.add(host::BlockReference{"QUARTER", {5, 5, 0}, {0.5, 0.5, 1}})},
         {"farCircle", session.add(host::Circle{{12, 5, 0}, 1})},
         {"aroundCircle", session.add(host::Circle{{5, 5, 0}, 20})},  // its box holds the U, the circle misses it
+        {"leftMText", session.add(notes())},                          // [0.5, 1.25] × [6.83, 9.5]
+        {"rightHatch", session.add(square(7, 5, 2))},
+        {"cornerImage", session.add(host::Image{{-1, -1, 0}, {1, 0, 0}, {0, 1, 0}, 2, 2})},  // over the corner (0,0)
     };
   }
 
@@ -77,22 +99,24 @@ class PolygonSelection : public ::testing::Test {
 
 TEST_F(PolygonSelection, WindowPolygonTakesWhatLiesWhollyInside) {
   EXPECT_THAT(erasedBy(std::string("WP\n") + kUPoints + "\n"),
-              UnorderedElementsAreArray({"leftLine", "leftCircle", "rightLabel", "rightInsert"}));
+              UnorderedElementsAreArray(
+                  {"leftLine", "leftCircle", "rightLabel", "rightInsert", "leftMText", "rightHatch"}));
   EXPECT_THAT(transcript_, HasSubstr("Select objects: WP\nFirst polygon point: 0,0\n"
                                      "Specify endpoint of line or [Undo]: 10,0\n"));
-  EXPECT_THAT(transcript_, HasSubstr("Specify endpoint of line or [Undo]: \n4 found\nSelect objects: \n"));
+  EXPECT_THAT(transcript_, HasSubstr("Specify endpoint of line or [Undo]: \n6 found\nSelect objects: \n"));
 }
 
 TEST_F(PolygonSelection, CrossingPolygonAlsoTakesWhatCrossesItsEdges) {
   EXPECT_THAT(erasedBy(std::string("CP\n") + kUPoints + "\n"),
               UnorderedElementsAreArray(
-                  {"leftLine", "acrossNotch", "leftCircle", "rightLabel", "notchLabel", "rightInsert"}));
+                  {"leftLine", "acrossNotch", "leftCircle", "rightLabel", "notchLabel", "rightInsert", "leftMText",
+                   "rightHatch", "cornerImage"}));
 }
 
 TEST_F(PolygonSelection, FenceTakesWhatItPassesThrough) {
   // Across the U at y = 6.5, then down through the right label.
   EXPECT_THAT(erasedBy("F\n-1,6.5\n11,6.5\n7.5,0.5\n\n"),
-              UnorderedElementsAreArray({"notchLine", "leftCircle", "rightLabel"}));
+              UnorderedElementsAreArray({"notchLine", "leftCircle", "rightLabel", "rightHatch"}));
   EXPECT_THAT(transcript_, HasSubstr("Select objects: F\nFirst fence point: -1,6.5\n"));
 }
 

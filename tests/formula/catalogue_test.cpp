@@ -9,18 +9,16 @@ namespace {
 TEST(FormulaCatalogue, NamesInBothLanguages) {
   const auto& en = englishCatalogue();
   const auto& zh = chineseCatalogue();
-  EXPECT_EQ(en[0].name, "1. Heart");
-  EXPECT_EQ(zh[0].name, "1. 心形曲线");
-  EXPECT_EQ(en[25].name, "26.Epicycloid");
-  EXPECT_EQ(zh[25].name, "26.外摆线");
-  EXPECT_EQ(en[42].name, "43.TSpring");
-  EXPECT_EQ(en[47].name, "48.Vinelaine");
-  EXPECT_EQ(en[49].name, "50. 8 Number");
-  EXPECT_EQ(en[67].name, "68.Lamé Curve(XiaoMi_LOGO)");
-  EXPECT_EQ(zh[20].name, "21.Talbot鱼尾曲线 ");  // the trailing blank belongs to the name
-  EXPECT_EQ(zh[17].name, "18.心脏线（肾形线）");
-  EXPECT_EQ(en[70].name, "71.........");
-  EXPECT_EQ(zh[70].name, "71.........");
+  // Row, English name, Chinese name (null where only the other is checked).
+  const std::tuple<int, const char*, const char*> names[] = {
+      {0, "1. Heart", "1. 心形曲线"}, {25, "26.Epicycloid", "26.外摆线"}, {42, "43.TSpring", nullptr},
+      {47, "48.Vinelaine", nullptr}, {49, "50. 8 Number", nullptr}, {67, "68.Lamé Curve(XiaoMi_LOGO)", nullptr},
+      {20, nullptr, "21.Talbot鱼尾曲线 "},  // the trailing blank belongs to the name
+      {17, nullptr, "18.心脏线（肾形线）"}, {70, "71.........", "71........."}};
+  for (const auto& [row, english, chinese] : names) {
+    if (english) { EXPECT_EQ(en[row].name, english); }
+    if (chinese) { EXPECT_EQ(zh[row].name, chinese); }
+  }
   EXPECT_EQ(&catalogueFor(true), &zh);
   EXPECT_EQ(&catalogueFor(false), &en);
 }
@@ -47,18 +45,12 @@ TEST(FormulaCatalogue, CaptionsAreTranslatedWordsOnly) {
   const auto& en = englishCatalogue();
   const auto& zh = chineseCatalogue();
   EXPECT_EQ(en[1].params[1].caption, "Hight");
-  EXPECT_EQ(zh[1].params[1].caption, "高度");
   EXPECT_EQ(en[4].params[0].caption, "HightTimes");
-  EXPECT_EQ(zh[4].params[0].caption, "高度倍数");
-  EXPECT_EQ(zh[7].params[0].caption, "弹簧半径");
-  EXPECT_EQ(zh[11].params[1].caption, "N尖");
-  EXPECT_EQ(zh[14].params[2].caption, "螺距");
-  EXPECT_EQ(zh[14].params[3].caption, "半径");
-  EXPECT_EQ(zh[12].params[1].caption, "方向");
-  // One-letter and symbol captions stay as they are.
-  EXPECT_EQ(zh[68].params[1].caption, "N*10");
-  EXPECT_EQ(zh[62].params[0].caption, "R0");
-  EXPECT_EQ(zh[17].params[1].caption, "TYPE");
+  // Row, slot, Chinese caption; one-letter and symbol captions stay as they are.
+  const std::tuple<int, int, const char*> captions[] = {
+      {1, 1, "高度"}, {4, 0, "高度倍数"}, {7, 0, "弹簧半径"}, {11, 1, "N尖"}, {14, 2, "螺距"}, {14, 3, "半径"},
+      {12, 1, "方向"}, {68, 1, "N*10"}, {62, 0, "R0"}, {17, 1, "TYPE"}};
+  for (const auto& [row, slot, caption] : captions) EXPECT_EQ(zh[row].params[slot].caption, caption) << row;
   for (int row = 0; row < kCurveCount; ++row)
     for (int k = 0; k < kParamCount; ++k) {
       const auto& a = en[row].params[k];

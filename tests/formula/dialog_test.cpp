@@ -157,7 +157,7 @@ TEST_P(Dialog, ACancelledOriginKeepsTheMarker) {
   EXPECT_EQ(h->modelSpace()[0].id, dlg.drawnIds()[0]);
 }
 
-TEST_P(Dialog, ClosingWithoutPreviewAsksForTheOriginAndDraws) {
+TEST_P(Dialog, ClosingAsksForTheOriginOnlyWithoutPreview) {
   CMainDlgDlg dlg = open();
   dlg.onSelectionChange(21);
   h->editor.replies.push_back(Reply::point({1, 2, 0}));
@@ -165,16 +165,15 @@ TEST_P(Dialog, ClosingWithoutPreviewAsksForTheOriginAndDraws) {
   EXPECT_NE(h->editor.transcript.find(GetParam() ? "请指定原点" : "Please specify the origin"), std::string::npos);
   EXPECT_EQ(entityCount(), 1u);
   EXPECT_EQ(stored(kSettingListIndex), 21u);
-}
 
-TEST_P(Dialog, ClosingAfterPreviewRedrawsWithoutAsking) {
-  CMainDlgDlg dlg = open();
+  // After Preview, closing redraws in place without asking again.
+  CMainDlgDlg previewed = open();
   h->editor.replies.push_back(Reply::point({1, 2, 0}));
-  dlg.onPreview();
+  previewed.onPreview();
   std::string before = h->editor.transcript;
-  dlg.onClose();
+  previewed.onClose();
   EXPECT_EQ(h->editor.transcript, before);
-  EXPECT_EQ(entityCount(), 1u);
+  EXPECT_EQ(entityCount(), 2u);
 }
 
 TEST_P(Dialog, ChoicesPersistToTheNextRun) {

@@ -131,21 +131,11 @@ std::optional<host::ObjectId> EntityFinder::pickAt(const ge::Point3d& p, double 
   return best;
 }
 
-bool EntityFinder::crossesRectangle(const host::Entity& e, const ge::Extents3d& box) const {
-  if (!host::isCurve(e.data)) return true;  // extents overlap is all we can tell
-  const ge::Point3d corners[4] = {{box.min.x, box.min.y, 0}, {box.max.x, box.min.y, 0},
-                                  {box.max.x, box.max.y, 0}, {box.min.x, box.max.y, 0}};
-  for (int i = 0; i < 4; ++i) {
-    host::Line edge{corners[i], corners[(i + 1) % 4]};
-    std::vector<ge::Point3d> hits;
-    host::ErrorStatus st = curves_.intersectWith(e.data, edge, host::Intersect::kOnBothOperands, hits);
-    if (st != host::ErrorStatus::eOk) return true;  // the kernel cannot tell: keep the extents answer
-    if (!hits.empty()) return true;
-  }
-  // No edge is crossed: the curve touches the window only if some part lies inside.
-  ge::Point3d start;
-  if (curves_.getStartPoint(e.data, start) != host::ErrorStatus::eOk) return true;
-  return start.x >= box.min.x && start.x <= box.max.x && start.y >= box.min.y && start.y <= box.max.y;
+bool EntityFinder::crossesRectangle(const host::Entity& e, const ge::Extents3d& ext, const ge::Extents3d& box) const {
+  // A crossing window is the crossing polygon of its four corners.
+  std::vector<ge::Point2d> corners{{box.min.x, box.min.y}, {box.max.x, box.min.y}, {box.max.x, box.max.y},
+                                   {box.min.x, box.max.y}};
+  return polygonTakes(e, ext, corners, true);
 }
 
 std::vector<host::ObjectId> EntityFinder::inWindow(const ge::Point3d& a, const ge::Point3d& b, bool crossing) const {
@@ -156,7 +146,7 @@ std::vector<host::ObjectId> EntityFinder::inWindow(const ge::Point3d& a, const g
     std::optional<host::Entity> e = drawing_.read(id);
     ge::Extents3d ext;
     if (!e || !boxOf(*e, ext)) continue;
-    if (box.containsXY(ext) || (crossing && box.intersectsXY(ext) && crossesRectangle(*e, box))) out.push_back(id);
+    if (box.containsXY(ext) || (crossing && box.intersectsXY(ext) && crossesRectangle(*e, ext, box))) out.push_back(id);
   }
   return out;
 }

@@ -80,7 +80,8 @@ class EntityFinder {
  private:
   // Distance in XY from p to the entity, nothing when it cannot be measured.
   std::optional<double> distanceTo(const host::Entity& e, const ge::Point3d& p) const;
-  bool crossesRectangle(const host::Entity& e, const ge::Extents3d& box) const;
+  // Whether a crossing window (box) takes the entity whose extents are ext.
+  bool crossesRectangle(const host::Entity& e, const ge::Extents3d& ext, const ge::Extents3d& box) const;
   // Whether a curve meets one of the segments of the chain of points in XY
   // (closed: the last point joins the first); nothing when the curve
   // services cannot tell. Defined in entity_finder_shapes.cpp.

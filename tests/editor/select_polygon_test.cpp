@@ -129,6 +129,20 @@ TEST_F(PolygonSelection, AFenceThroughARotatedInsertsBox) {
   EXPECT_TRUE(session.host().drawing().read(ids["rightInsert"]));
 }
 
+TEST_F(PolygonSelection, CurvesOffTheGroundAreMetInPlan) {
+  // A circle at height 5 crossed by a window that holds none of it and not its start point.
+  host::ObjectId raised = session.add(host::Circle{{30, 30, 5}, 2});
+  // A 3D polyline along the bottom and right of [40,44]²; the fence cuts its box's top-left corner only.
+  host::Polyline3d bent;
+  bent.vertices = {{{40, 40, 0}}, {{44, 40, 10}}, {{44, 44, 0}}};
+  host::ObjectId spatial = session.add(bent);
+  session.run("ERASE\nC 27,29 29,31\nF 40.5,43.5 41,44.5\n\n\n");
+  EXPECT_FALSE(session.host().drawing().read(raised));
+  EXPECT_TRUE(session.host().drawing().read(spatial));
+  session.run("ERASE\nF 43,39 43,41\n\n\n");
+  EXPECT_FALSE(session.host().drawing().read(spatial));
+}
+
 TEST_F(PolygonSelection, UndoAndARefusedSelfCrossingPoint) {
   // (0,-5) would cross the first edge; Undo then drops (10,10) as well, leaving
   // the triangle (0,0) (10,0) (0,10), which holds only the left line wholly.

@@ -46,6 +46,17 @@ class RenderDrawing : public ::testing::Test {
     return render(d, o);
   }
 
+  // A point of the drawing and whether ink is expected within radius pixels of it (0: on that pixel).
+  struct Probe {
+    double x, y;
+    bool ink;
+    int radius = 1;
+  };
+  static void expectProbes(const Picture& pic, std::initializer_list<Probe> probes) {
+    for (const Probe& p : probes)
+      EXPECT_EQ(pic.inkNear(px(p.x), py(p.y), p.radius), p.ink) << "at (" << p.x << ", " << p.y << ")";
+  }
+
   const std::filesystem::path dir_ = std::filesystem::temp_directory_path() /
       ("corvane-render-" + std::string(::testing::UnitTest::GetInstance()->current_test_info()->name()));
 };
@@ -95,29 +106,23 @@ TEST_F(RenderDrawing, MirroredArcLightsTheMirroredSide) {
   host::Arc arc{.radius = 6, .endAngle = kPi / 2, .normal = {0, 0, -1}};
   double c = std::cos(kPi / 4) * 6;
   Picture mirrored = renderAlone(arc);
-  EXPECT_TRUE(mirrored.inkNear(px(-c), py(c)));     // upper left: OCS X is world -X
-  EXPECT_FALSE(mirrored.inkNear(px(c), py(c), 3));  // upper right stays empty
-  EXPECT_FALSE(mirrored.inkNear(px(-c), py(-c), 3));
+  // Upper left only: OCS X is world -X.
+  expectProbes(mirrored, {{-c, c, true}, {c, c, false, 3}, {-c, -c, false, 3}});
   arc.normal = {0, 0, 1};
   Picture plain = renderAlone(arc);
-  EXPECT_TRUE(plain.inkNear(px(c), py(c)));
-  EXPECT_FALSE(plain.inkNear(px(-c), py(c), 3));
+  expectProbes(plain, {{c, c, true}, {-c, c, false, 3}});
 }
 
 TEST_F(RenderDrawing, SolidHatchFillsItsInsideAndLeavesItsIsland) {
   host::Hatch h{.paths = {{.flags = 1 | 2, .polyline = {{-8, -8}, {8, -8}, {8, 8}, {-8, 8}}},
                           {.flags = 2, .polyline = {{-2, -2}, {2, -2}, {2, 2}, {-2, 2}}}}};
   Picture pic = renderAlone(h);
-  EXPECT_TRUE(pic.isInk(px(-5), py(5)));
-  EXPECT_TRUE(pic.isInk(px(6), py(-6)));
-  EXPECT_FALSE(pic.isInk(px(0), py(0)));  // the island is open
-  EXPECT_FALSE(pic.isInk(px(9), py(0)));
+  expectProbes(pic, {{-5, 5, true, 0}, {6, -6, true, 0}, {0, 0, false, 0} /* the island is open */, {9, 0, false, 0}});
   // A patterned hatch shows only its boundary.
   h.solidFill = false;
   h.patternName = "ANSI31";
   Picture pattern = renderAlone(h);
-  EXPECT_FALSE(pattern.isInk(px(-5), py(5)));
-  EXPECT_TRUE(pattern.inkNear(px(-8), py(5)));
+  expectProbes(pattern, {{-5, 5, false, 0}, {-8, 5, true}});
 }
 
 TEST_F(RenderDrawing, IndexTrueAndLayerColours) {
@@ -138,12 +143,9 @@ TEST_F(RenderDrawing, IndexTrueAndLayerColours) {
 
 TEST_F(RenderDrawing, WidePolylineIsFilledAndBulgesBend) {
   Picture pic = renderAlone(host::LwPolyline{.vertices = {{-8, 0}, {0, 0, 1}, {4, 0}}, .constantWidth = 1.0});
-  EXPECT_TRUE(pic.isInk(px(-4), py(0.4)));
-  EXPECT_TRUE(pic.isInk(px(-4), py(-0.4)));
-  EXPECT_FALSE(pic.isInk(px(-4), py(0.8)));
+  expectProbes(pic, {{-4, 0.4, true, 0}, {-4, -0.4, true, 0}, {-4, 0.8, false, 0}});
   // Bulge 1 from (0,0) to (4,0): a counter-clockwise half circle below the chord.
-  EXPECT_TRUE(pic.isInk(px(2), py(-2)));
-  EXPECT_FALSE(pic.inkNear(px(2), py(2), 3));
+  expectProbes(pic, {{2, -2, true, 0}, {2, 2, false, 3}});
 }
 
 TEST_F(RenderDrawing, LongClosedPolylineDrawsItsClosingSegment) {
@@ -155,9 +157,7 @@ TEST_F(RenderDrawing, LongClosedPolylineDrawsItsClosingSegment) {
     pl.vertices.push_back({6 * std::cos(t), 6 * std::sin(t)});
   }
   Picture pic = renderAlone(pl);
-  EXPECT_TRUE(pic.inkNear(px(3), py(-3)));
-  EXPECT_TRUE(pic.inkNear(px(-6), py(0)));
-  EXPECT_FALSE(pic.inkNear(px(4.2), py(-4.2), 2));  // the missing quarter of the circle
+  expectProbes(pic, {{3, -3, true}, {-6, 0, true}, {4.2, -4.2, false, 2} /* the missing quarter of the circle */});
 }
 
 TEST_F(RenderDrawing, SplineFitPolylineDrawsItsCurveNotItsFrame) {
@@ -178,8 +178,7 @@ TEST_F(RenderDrawing, InsertPlacesRotatesScalesAndNests) {
   Picture pic = render(d);
   // The tick runs from the base point 2 units along X; turned and doubled it
   // runs from (-2,-2) up to (-2,2).
-  EXPECT_TRUE(pic.inkNear(px(-2), py(0)));
-  EXPECT_TRUE(pic.inkNear(px(-2), py(1.5)));
+  expectProbes(pic, {{-2, 0, true}, {-2, 1.5, true}});
   expectPrimary(pic.darkestNear(px(-2), py(0)), &Pixel::b);  // colour passed down by block
   EXPECT_EQ(pic.inkCount(px(0), py(-8), px(9), py(-1)), 0);
 }
@@ -194,10 +193,8 @@ TEST_F(RenderDrawing, MirroredInsertMirrorsTextAndStretchesCircles) {
   Picture pic = render(d);
   EXPECT_GT(pic.inkCount(px(-8), py(2), px(0), py(0)), 80);
   EXPECT_EQ(pic.inkCount(px(0.3), py(2.5), 200, py(-0.3)), 0);
-  EXPECT_TRUE(pic.inkNear(px(-3), py(-4)));  // ends of the ellipse's long axis
-  EXPECT_TRUE(pic.inkNear(px(3), py(-4)));
-  EXPECT_TRUE(pic.inkNear(px(0), py(-3)));
-  EXPECT_FALSE(pic.inkNear(px(0), py(-4), 3));
+  // The ends of the ellipse's long axis, the top of its short one, and not its centre.
+  expectProbes(pic, {{-3, -4, true}, {3, -4, true}, {0, -3, true}, {0, -4, false, 3}});
 }
 
 TEST_F(RenderDrawing, SelfReferencingBlockEnds) {
@@ -235,16 +232,13 @@ TEST_F(RenderDrawing, PointGlyphCrossInCircle) {
   o.pointMode = 35;
   o.pointSize = 8;  // absolute: circle of radius 4
   Picture pic = renderAlone(point, o);
-  EXPECT_TRUE(pic.inkNear(px(4), py(0)));  // circle
-  EXPECT_TRUE(pic.inkNear(px(0), py(-4)));
-  EXPECT_TRUE(pic.inkNear(px(2), py(2)));        // diagonal of the x
-  EXPECT_FALSE(pic.inkNear(px(2.5), py(0), 2));  // inside, off the x
+  // The circle, the diagonal of the x, and inside off the x.
+  expectProbes(pic, {{4, 0, true}, {0, -4, true}, {2, 2, true}, {2.5, 0, false, 2}});
   EXPECT_EQ(pic.inkCount(px(5), 0, 200, 200), 0);
   // PDSIZE 0: 5 % of the view height, 1 unit here.
   o.pointSize = 0;
   Picture small = renderAlone(point, o);
-  EXPECT_TRUE(small.inkNear(px(0.5), py(0)));
-  EXPECT_FALSE(small.inkNear(px(2), py(0), 3));
+  expectProbes(small, {{0.5, 0, true}, {2, 0, false, 3}});
 }
 
 TEST_F(RenderDrawing, TextAndMTextLandNearTheirAnchors) {
@@ -299,13 +293,9 @@ TEST_F(RenderDrawing, EllipseSplineAndImageFrame) {
   d.add(host::Image{.insertion = {5, 5, 0}, .uVector = {0.1, 0, 0}, .vVector = {0, 0.1, 0}, .widthPixels = 30,
                     .heightPixels = 20});
   Picture pic = render(d);
-  EXPECT_TRUE(pic.inkNear(px(6), py(0)));
-  EXPECT_TRUE(pic.inkNear(px(0), py(3)));
-  EXPECT_FALSE(pic.inkNear(px(0), py(4.5), 2));
-  EXPECT_TRUE(pic.inkNear(px(0), py(-6)));  // the quadratic's middle
-  EXPECT_FALSE(pic.inkNear(px(0), py(-4), 3));
-  EXPECT_TRUE(pic.inkNear(px(8), py(6)));  // right side of the image frame
-  EXPECT_FALSE(pic.isInk(px(6.5), py(6)));
+  expectProbes(pic, {{6, 0, true}, {0, 3, true}, {0, 4.5, false, 2},  // the ellipse
+                     {0, -6, true}, {0, -4, false, 3},                 // the quadratic's middle
+                     {8, 6, true}, {6.5, 6, false, 0}});               // the right side of the image frame
 }
 
 TEST_F(RenderDrawing, UnwritableTargetIsReportedAndLeavesNothing) {

@@ -1,15 +1,15 @@
 // getOffsetCurves: arcs and circles stay arcs and circles, lines stay lines,
 // polylines are offset with joined corners and trimmed loops, and ellipses
 // and splines give splines fitted through sampled offset points within
-// kFreeFormOffsetTolerance of the exact offset.
+// kFreeFormOffsetTolerance of the exact offset, trimmed where they cross
+// themselves.
 #include <algorithm>
 #include <cmath>
 
 #include "standalone/kernel/curve_kernel.h"
+#include "standalone/kernel/offset_freeform.h"
 #include "standalone/kernel/offset_pline.h"
 #include "standalone/kernel/path_query.h"
-#include "standalone/kernel/piece_eval.h"
-#include "standalone/kernel/spline_fit.h"
 #include "standalone/kernel/tolerance.h"
 
 namespace standalone {
@@ -18,11 +18,6 @@ using host::ErrorStatus;
 using namespace kernel;
 
 namespace {
-
-// Largest distance, relative to the diagonal of the source's extents, between
-// a fitted free-form offset and the exact offset, checked at the quarter
-// points between its fit points.
-constexpr double kFreeFormOffsetTolerance = 1e-7;
 
 ErrorStatus offsetLine(const host::Line& l, double d, std::vector<host::EntityData>& out) {
   ge::Vector3d dir = l.end - l.start;
@@ -65,49 +60,6 @@ ErrorStatus offsetPolyline(const Pline2& src, const host::EntityData& e, double 
   if (results.empty()) return ErrorStatus::eInvalidOffset;
   for (const auto& r : results) out.push_back(make(r));
   return ErrorStatus::eOk;
-}
-
-// Offsets a planar free-form curve by sampling the exact offset and fitting a
-// spline through the samples, doubling the samples until the fit is close.
-ErrorStatus offsetFreeForm(const Path& path, const ge::Vector3d& normal, double d, std::vector<host::EntityData>& out) {
-  const Piece& piece = path.pieces.front();
-  auto exact = [&](double u) {
-    ge::Vector3d t = pieceDeriv(piece, u);
-    return piecePoint(piece, u) + t.cross(normal).normalized() * d;
-  };
-  auto bps = pieceBreakpoints(piece);
-  double limit = kFreeFormOffsetTolerance * pathExtents(path).diagonal();
-  for (int perSpan = 8; perSpan <= 1024; perSpan *= 2) {
-    std::vector<ge::Point3d> pts;
-    std::vector<double> us;
-    for (size_t i = 0; i + 1 < bps.size(); ++i)
-      for (int k = 0; k < perSpan; ++k) us.push_back(bps[i] + (bps[i + 1] - bps[i]) * k / perSpan);
-    us.push_back(bps.back());
-    for (double u : us) pts.push_back(exact(u));
-    ge::Vector3d t0 = pieceDeriv(piece, us.front()), t1 = pieceDeriv(piece, us.back());
-    auto fit = interpolateFitPoints(pts, &t0, &t1);
-    if (!fit) return ErrorStatus::eInvalidOffset;
-    Path fitted{{Piece{*fit, fit->startParam(), fit->endParam()}}, false, normal};
-    double worst = 0;
-    for (size_t i = 0; i + 1 < us.size(); ++i)
-      for (double f : {0.25, 0.5, 0.75})
-        worst = std::max(worst, closestPoint(fitted, exact(us[i] + (us[i + 1] - us[i]) * f)).distance);
-    if (worst <= limit || perSpan == 1024) {
-      host::Spline s;
-      s.degree = 3;
-      s.knots = fit->knots;
-      s.controlPoints = fit->controlPoints;
-      s.fitPoints = pts;
-      s.startTangent = t0.normalized();
-      s.endTangent = t1.normalized();
-      s.fitTolerance = 0;
-      s.normal = normal;
-      s.flags = 8 | (path.closed ? 1 : 0);
-      out.push_back(std::move(s));
-      return ErrorStatus::eOk;
-    }
-  }
-  return ErrorStatus::eInvalidOffset;
 }
 
 }  // namespace

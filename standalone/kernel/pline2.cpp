@@ -70,4 +70,19 @@ std::vector<Vec2> intersectSegs(const Seg& s, const Seg& t, double tol) {
   return intersectArcs(s.arc(), t.arc(), tol);
 }
 
+Box2 segmentBox(const Seg& s) {
+  Box2 b{std::min(s.a.x, s.b.x), std::min(s.a.y, s.b.y), std::max(s.a.x, s.b.x), std::max(s.a.y, s.b.y)};
+  if (s.isArc() && (s.b - s.a).length() > 0) {
+    Arc2 c = s.arc();
+    for (int k = 0; k < 4; ++k) {
+      Vec2 p = c.c + Vec2{std::cos(k * std::numbers::pi / 2), std::sin(k * std::numbers::pi / 2)} * c.r;
+      if (onArc(c, p, 0)) {
+        b.minX = std::min(b.minX, p.x), b.maxX = std::max(b.maxX, p.x);
+        b.minY = std::min(b.minY, p.y), b.maxY = std::max(b.maxY, p.y);
+      }
+    }
+  }
+  return b;
+}
+
 }  // namespace standalone::kernel

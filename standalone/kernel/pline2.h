@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "standalone/kernel/intersect2d.h"
+#include "standalone/kernel/spatial_grid.h"
 
 namespace standalone::kernel {
 
@@ -41,6 +42,9 @@ Seg segmentOf(const Pline2& pl, size_t i);
 
 // Distance from a point to the segment.
 double distanceToSegment(const Seg& s, Vec2 p);
+
+// Box around a segment, arcs included whole (their extreme points).
+Box2 segmentBox(const Seg& s);
 
 // Intersections of two segments, exact for lines and arcs.
 std::vector<Vec2> intersectSegs(const Seg& s, const Seg& t, double tol);

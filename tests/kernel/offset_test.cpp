@@ -83,6 +83,39 @@ TEST(Offset, CounterClockwiseSquareGrowsWithMitredCorners) {
   offset(square(10), -5.5, ErrorStatus::eInvalidOffset);
 }
 
+// A thin isosceles triangle pointing along +x with its tip angle in degrees.
+LwPolyline wedge(double tipDegrees) {
+  double half = tipDegrees / 2 * kPi / 180, len = 20;
+  LwPolyline pl;
+  pl.vertices = {{0, 0}, {-len * std::cos(half), len * std::sin(half)}, {-len * std::cos(half), -len * std::sin(half)}};
+  pl.closed = true;
+  return pl;
+}
+
+// How far the outward offset reaches past the tip, along the tip's axis.
+double reachPastTip(double tipDegrees, double d) {
+  auto out = offset(wedge(tipDegrees), d);
+  EXPECT_EQ(out.size(), 1u);
+  double reach = 0;
+  for (const auto& v : std::get<LwPolyline>(out[0]).vertices) reach = std::max(reach, v.x);
+  // An arc about the tip reaches d, from vertices that lie short of that.
+  return reach;
+}
+
+TEST(Offset, SharpCornersMeetUpToFourOffsetsOutAndAreRoundedBeyond) {
+  // 40 degrees: the meeting point lies d / sin 20° ≈ 2.9 d out.
+  EXPECT_NEAR(reachPastTip(40, 1), 1 / std::sin(20 * kPi / 180), 1e-9);
+  // 10 degrees would put it 11.5 d out: an arc of radius d about the tip
+  // instead, whose ends lie d cos 85° ahead.
+  EXPECT_NEAR(reachPastTip(10, 1), std::cos(85 * kPi / 180), 1e-9);
+  auto out = offset(wedge(10), 1);
+  const auto& pl = std::get<LwPolyline>(out[0]);
+  int arcs = 0;
+  for (const auto& v : pl.vertices) arcs += v.bulge != 0;
+  EXPECT_EQ(arcs, 1);
+  EXPECT_EQ(pl.vertices.size(), 4u);  // the two blunt corners still meet
+}
+
 class RoundedShape : public ::testing::TestWithParam<std::tuple<double, bool>> {};
 
 TEST_P(RoundedShape, OutAndBackInReturnsTheShape) {
@@ -127,6 +160,22 @@ TEST(Offset, InwardOffsetTrimsTheLoopsOfANarrowNeck) {
       kernel.getPointAtParam(r, s + (t - s) * i / 400, p);
       EXPECT_GE(distanceTo(pl, p), 1.5 - 1e-9);
     }
+  }
+}
+
+TEST(Offset, OpenPolylineThatComesBackToItsStartStaysOpen) {
+  // A square drawn open, its last vertex on its first: offset inward, the
+  // first and last sides cross at (1, 1), where the result starts and ends.
+  LwPolyline pl;
+  pl.vertices = {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}};
+  auto out = offset(pl, -1);
+  ASSERT_EQ(out.size(), 1u);
+  const auto& r = std::get<LwPolyline>(out[0]);
+  EXPECT_FALSE(r.closed);
+  ASSERT_EQ(r.vertices.size(), 5u);
+  for (const auto& v : {r.vertices.front(), r.vertices.back()}) {
+    EXPECT_NEAR(v.x, 1, 1e-12);
+    EXPECT_NEAR(v.y, 1, 1e-12);
   }
 }
 

@@ -1,0 +1,44 @@
+#pragma once
+// The raw offset of a planar polyline with bulges: every segment moved to the
+// offset side on its own and joined at the corners. Outer corners meet as the
+// host's OFFSET joins them by default: the two segments extended along their
+// own line or circle to their meeting point. The region within |d| of the
+// source, together with the corner kites (source vertex, the two extended
+// ends, the meeting point), is what the offset keeps clear of; its boundary
+// lies on the raw pieces, and the rest of them is cut away later.
+#include <cstddef>
+#include <vector>
+
+#include "standalone/kernel/pline2.h"
+
+namespace standalone::kernel {
+
+enum class RawRole {
+  Offset,  // a source segment moved by d, or its extension to a corner's meeting point
+  Join,    // an arc of radius |d| about a source vertex, where the segments do not meet
+  Bridge,  // a link lying in the cleared region everywhere but its ends: always cut away
+};
+
+struct RawPiece {
+  Seg seg;
+  RawRole role = RawRole::Offset;
+  size_t origin = 0;  // pieces of one line or circle share this, so cuts along it can be merged again
+};
+
+struct RawPath {
+  std::vector<RawPiece> pieces;  // consecutive pieces share their end points
+  bool closed = false;
+};
+
+struct RawOffset {
+  RawPath path;
+  // Each extended corner as a closed loop: source vertex, end of the first
+  // segment, meeting point, start of the second.
+  std::vector<Pline2> kites;
+};
+
+// Raw offset at signed distance d (positive to the right of the direction of
+// travel); tol is the point tolerance of the geometry.
+RawOffset rawOffset(const Pline2& source, double d, double tol);
+
+}  // namespace standalone::kernel

@@ -201,6 +201,33 @@ TEST(Offset, EllipseGivesASplineWithinTheStatedTolerance) {
   EXPECT_GT(area(out[0]), area(e));
 }
 
+TEST(Offset, FreeFormOffsetsPastACuspLoseTheirLoops) {
+  // Ellipse 10 x 4: its curvature radius at the ends of the long axis is
+  // b²/a = 1.6, so inward by 2 the exact offset turns back at two cusps and
+  // crosses itself. What remains keeps exactly 2 from the ellipse, closes,
+  // and has a corner on the long axis at each end.
+  Ellipse e{{0, 0, 0}, {10, 0, 0}, {0, 0, 1}, 0.4, 0, 2 * kPi};
+  auto out = offset(e, -2);
+  ASSERT_EQ(out.size(), 1u);
+  const auto& s = std::get<Spline>(out[0]);
+  EXPECT_TRUE(s.flags & 1);
+  double tol = 1e-7 * 2 * std::hypot(10.0, 4.0);
+  expectAtDistance(e, out, 2, tol);
+  // The corner: where the offset of the upper half meets the x axis.
+  // Offset point of (10 cos t, 4 sin t) is P - 2 N with N the outward unit
+  // normal (4 cos t, 10 sin t)/|.|; its y vanishes where 4 sin t = 20 sin t / |n|,
+  // that is |n| = 5: 16 cos² t + 100 sin² t = 25.
+  double t = std::acos(std::sqrt(75.0 / 84.0));
+  double x = 10 * std::cos(t) - 2 * 4 * std::cos(t) / 5;
+  for (double sx : {x, -x}) EXPECT_LE(distanceTo(out[0], {sx, 0, 0}), tol);
+  // An open arc of the same ellipse offset inward keeps its ends: one spline.
+  Ellipse half = e;
+  half.startParam = -kPi / 2, half.endParam = kPi / 2;
+  auto part = offset(half, -2);
+  ASSERT_EQ(part.size(), 1u);
+  expectAtDistance(half, part, 2, tol);
+}
+
 TEST(Offset, Nonplanar3dPolylineIsNotOffset) {
   Polyline3d p;
   p.vertices = {{{0, 0, 0}}, {{1, 0, 1}}};

@@ -64,8 +64,10 @@ TEST_P(Dialog, AStoredIndexBeyondTheListSelectsTheFirstRow) {
   EXPECT_EQ(open().selectedIndex(), 70);
 }
 
-TEST_P(Dialog, TheHyperbolaShowsThreeGroups) {
+TEST_P(Dialog, TheHyperbolaShowsThreeGroupsAndTheHiddenSlotKeepsItsValue) {
   CMainDlgDlg dlg = open();
+  dlg.onSelectionChange(14);  // four slots: Loops, Direction, Dist, Radius
+  dlg.onEditChange(3, "42");
   dlg.onSelectionChange(5);
   EXPECT_TRUE(dlg.group(0).visible && dlg.group(1).visible && dlg.group(2).visible);
   EXPECT_FALSE(dlg.group(3).visible);
@@ -74,13 +76,6 @@ TEST_P(Dialog, TheHyperbolaShowsThreeGroups) {
   EXPECT_EQ(dlg.group(1).rangeMax, 10);
   EXPECT_EQ(dlg.values()[0], 4);
   EXPECT_EQ(dlg.pictureId(), 412);
-}
-
-TEST_P(Dialog, HiddenSlotsKeepTheirValue) {
-  CMainDlgDlg dlg = open();
-  dlg.onSelectionChange(14);  // four slots: Loops, Direction, Dist, Radius
-  dlg.onEditChange(3, "42");
-  dlg.onSelectionChange(5);  // three slots: the fourth is hidden and keeps 42
   EXPECT_EQ(dlg.values()[3], 42);
   EXPECT_EQ(dlg.group(3).editText, "42");
 }

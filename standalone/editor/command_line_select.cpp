@@ -32,12 +32,6 @@ struct OutlineAnswer {
   bool cancelled = false;
 };
 
-Outline flattened(const std::vector<ge::Point3d>& points) {
-  Outline out;
-  for (const ge::Point3d& p : points) out.push_back({p.x, p.y});
-  return out;
-}
-
 // Asks for the points of a polygon (which may not cross or touch itself) or
 // a fence until an empty answer; Undo takes the last point back. ask gives
 // nothing on a cancel; toPoint reads a point answer.
@@ -59,7 +53,7 @@ OutlineAnswer askOutline(std::string_view firstPrompt, bool polygon, Ask ask, To
     std::optional<ge::Point3d> p = toPoint(*text);
     if (!p) {
       complain("Invalid point.");
-    } else if (polygon && polygonWouldCrossItself(flattened(out.points), {p->x, p->y})) {
+    } else if (polygon && polygonWouldCrossItself(outlineOf(out.points), {p->x, p->y})) {
       complain("Invalid point: the polygon cannot cross or touch itself.");
     } else {
       out.points.push_back(*p);

@@ -11,13 +11,6 @@ namespace standalone {
 
 namespace {
 
-Outline flattened(const std::vector<ge::Point3d>& points) {
-  Outline out;
-  out.reserve(points.size());
-  for (const ge::Point3d& p : points) out.push_back({p.x, p.y});
-  return out;
-}
-
 bool segmentMissesBox(ge::Point2d a, ge::Point2d b, const ge::Extents3d& box) {
   return std::max(a.x, b.x) < box.min.x || std::min(a.x, b.x) > box.max.x || std::max(a.y, b.y) < box.min.y ||
          std::min(a.y, b.y) > box.max.y;
@@ -64,7 +57,7 @@ bool EntityFinder::polygonTakes(const host::Entity& e, const ge::Extents3d& ext,
 }
 
 std::vector<host::ObjectId> EntityFinder::inPolygon(const std::vector<ge::Point3d>& points, bool crossing) const {
-  Outline polygon = flattened(points);
+  Outline polygon = outlineOf(points);
   if (polygon.size() < 3) return {};
   QueryScope blocks(*this);
   ge::Extents3d hull = outlineBox(polygon);
@@ -79,7 +72,7 @@ std::vector<host::ObjectId> EntityFinder::inPolygon(const std::vector<ge::Point3
 }
 
 std::vector<host::ObjectId> EntityFinder::alongFence(const std::vector<ge::Point3d>& points) const {
-  Outline fence = flattened(points);
+  Outline fence = outlineOf(points);
   if (fence.size() < 2) return {};
   QueryScope blocks(*this);
   ge::Extents3d hull = outlineBox(fence);

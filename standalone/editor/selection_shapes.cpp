@@ -53,6 +53,13 @@ bool anyBoxEdge(const ge::Extents3d& box, F f) {
 
 }  // namespace
 
+Outline outlineOf(const std::vector<ge::Point3d>& points) {
+  Outline out;
+  out.reserve(points.size());
+  for (const ge::Point3d& p : points) out.push_back({p.x, p.y});
+  return out;
+}
+
 bool pointInPolygon(const Outline& polygon, ge::Point2d p) {
   if (polygon.size() < 3) return false;
   if (anyEdge(polygon, [&](ge::Point2d a, ge::Point2d b) { return onSegment(a, b, p); })) return true;

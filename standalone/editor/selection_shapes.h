@@ -11,6 +11,9 @@ namespace standalone {
 
 using Outline = std::vector<ge::Point2d>;
 
+// The points seen from above (z dropped).
+Outline outlineOf(const std::vector<ge::Point3d>& points);
+
 // True when p lies inside the closed polygon or on its boundary (crossing
 // number; the polygon need not be convex).
 bool pointInPolygon(const Outline& polygon, ge::Point2d p);

@@ -10,7 +10,6 @@ and every record we did not touch must have the same tags.
 usage: ezdxf_interop.py ROUNDTRIP_TOOL WORK_DIR
 """
 import json
-import math
 import os
 import re
 import subprocess
@@ -27,6 +26,13 @@ def check(cond, what):
     if not cond:
         failures.append(what)
         print("FAIL:", what)
+
+
+def run_tool(tool, what, *args):
+    """Runs the round-trip tool; its output, or None (a failure noted) when it failed."""
+    proc = subprocess.run([tool, *args], capture_output=True, text=True)
+    check(proc.returncode == 0, f"{what} failed: {proc.stderr.strip()}")
+    return proc.stdout if proc.returncode == 0 else None
 
 
 def build(version, path):
@@ -83,7 +89,6 @@ def build(version, path):
         msp.add_image(image_def, insert=(2, 1), size_in_units=(6.4, 4.8), rotation=0)
         msp.add_helix(radius=2, pitch=1, turns=3)
         msp.add_mesh().vertices = [(0, 0, 0), (1, 0, 0), (0, 1, 0)]
-    if modern:
         msp.add_text("中文 text", dxfattribs={"layer": "WALLS"})
     doc.header["$PDMODE"] = 35
     if version == "R2004":  # a Chinese code page (ANSI_936): GBK bytes in the file
@@ -131,11 +136,10 @@ def run_version(tool, work, version):
     build(version, src)
     if os.path.exists(dst):
         os.remove(dst)
-    proc = subprocess.run([tool, src, dst], capture_output=True, text=True)
-    check(proc.returncode == 0, f"{version}: round-trip tool failed: {proc.stderr.strip()}")
-    if proc.returncode != 0:
+    out = run_tool(tool, f"{version}: round trip", src, dst)
+    if out is None:
         return
-    touched = json.loads(proc.stdout)
+    touched = json.loads(out)
     before = ezdxf.readfile(src)
     after = ezdxf.readfile(dst)
     check(after.dxfversion == before.dxfversion, f"{version}: version changed to {after.dxfversion}")
@@ -247,19 +251,16 @@ def rewrite_all(tool, work, version):
     """Every interpreted entity regenerated from its record must read the same."""
     src = os.path.join(work, f"in_{version}.dxf")
     dst = os.path.join(work, f"all_{version}.dxf")
-    proc = subprocess.run([tool, src, dst, "--rewrite-all"], capture_output=True, text=True)
-    check(proc.returncode == 0, f"{version}: rewrite-all failed: {proc.stderr.strip()}")
-    if proc.returncode != 0:
+    out = run_tool(tool, f"{version}: rewrite-all", src, dst, "--rewrite-all")
+    if out is None:
         return
-    touched = json.loads(proc.stdout)
+    touched = json.loads(out)
     before, after = ezdxf.readfile(src), ezdxf.readfile(dst)
     compared = 0
     for e in before.entitydb.values():
-        if not hasattr(e, "dxf") or e.dxf.handle in (touched["modified"],) or not e.is_alive:
-            continue
-        if e.dxftype() in ("VERTEX", "SEQEND", "ATTRIB") or not hasattr(e, "get_layout"):
-            continue
-        if e.dxf.owner is None or e.dxftype() in ("BLOCK", "ENDBLK"):
+        if (not hasattr(e, "dxf") or e.dxf.handle == touched["modified"] or not e.is_alive
+                or e.dxftype() in ("VERTEX", "SEQEND", "ATTRIB", "BLOCK", "ENDBLK")
+                or not hasattr(e, "get_layout") or e.dxf.owner is None):
             continue
         other = after.entitydb.get(e.dxf.handle)
         check(other is not None and other.dxftype() == e.dxftype(), f"{version}: {e.dxftype()} {e.dxf.handle} lost")
@@ -285,9 +286,7 @@ ACADVER = {"R12": "AC1009", "R2000": "AC1015", "R2004": "AC1018", "R2007": "AC10
 def new_drawing(tool, work, version):
     """A drawing made from scratch by us reads cleanly in ezdxf."""
     dst = os.path.join(work, f"new_{version}.dxf")
-    proc = subprocess.run([tool, "--new", ACADVER[version], dst], capture_output=True, text=True)
-    check(proc.returncode == 0, f"{version}: new drawing failed: {proc.stderr.strip()}")
-    if proc.returncode != 0:
+    if run_tool(tool, f"{version}: new drawing", "--new", ACADVER[version], dst) is None:
         return
     doc = ezdxf.readfile(dst)
     kinds = sorted(e.dxftype() for e in doc.modelspace())

@@ -41,6 +41,57 @@ Piece mappedPiece(const Piece& p, const ge::Matrix3d& m) {
   return {std::move(n), p.p0, p.p1};
 }
 
+// Extents of a path mapped piece by piece; nothing for an empty path.
+std::optional<ge::Extents3d> mappedPathExtents(const Path& path, const ge::Matrix3d& m) {
+  Path mapped;
+  for (const Piece& p : path.pieces) mapped.pieces.push_back(mappedPiece(p, m));
+  ge::Extents3d e = pathExtents(mapped);
+  if (!e.isValid()) return std::nullopt;
+  return e;
+}
+
+// Extents of a hatch's boundary mapped by m: polyline paths and line, arc and
+// ellipse edges as the curves they are (a whole ellipse for an elliptic edge,
+// a safe bound whatever its angle convention), spline edges by their control
+// and fit points (the convex hull property).
+std::optional<ge::Extents3d> mappedHatchExtents(const host::Hatch& h, const ge::Matrix3d& m) {
+  Frame f = ocsFrame(h.normal.length() > 0 ? h.normal : ge::kZAxis);
+  auto world = [&](const ge::Point2d& p) { return ocsToWorld(f, p.x, p.y, h.elevation); };
+  ge::Extents3d out;
+  auto addCurve = [&](const host::EntityData& curve) {
+    if (auto path = pathOf(curve))
+      if (auto e = mappedPathExtents(*path, m)) out.add(*e);
+  };
+  for (const host::HatchPath& path : h.paths) {
+    if (path.flags & 2) {
+      host::LwPolyline pl;
+      pl.vertices = path.polyline;
+      pl.closed = path.polylineClosed;
+      pl.elevation = h.elevation;
+      pl.normal = f.z;
+      addCurve(pl);
+      continue;
+    }
+    for (const host::HatchEdge& edge : path.edges) {
+      if (const auto* l = std::get_if<host::HatchLineEdge>(&edge)) {
+        out.add(m.apply(world(l->start)));
+        out.add(m.apply(world(l->end)));
+      } else if (const auto* a = std::get_if<host::HatchArcEdge>(&edge)) {
+        host::Arc arc{world(a->center), a->radius, a->startAngle, a->endAngle, 0, f.z};
+        if (!a->counterClockwise) std::swap(arc.startAngle, arc.endAngle);  // a clockwise edge covers end to start
+        addCurve(arc);
+      } else if (const auto* el = std::get_if<host::HatchEllipseEdge>(&edge)) {
+        addCurve(host::Ellipse{world(el->center), f.x * el->majorAxis.x + f.y * el->majorAxis.y, f.z, el->ratio});
+      } else if (const auto* sp = std::get_if<host::HatchSplineEdge>(&edge)) {
+        for (const auto& p : sp->controlPoints) out.add(m.apply(world(p)));
+        for (const auto& p : sp->fitPoints) out.add(m.apply(world(p)));
+      }
+    }
+  }
+  if (!out.isValid()) return std::nullopt;
+  return out;
+}
+
 ge::Extents3d translated(const ge::Extents3d& e, const ge::Vector3d& v) {
   ge::Extents3d out;
   out.add(e.min + v);
@@ -61,11 +112,7 @@ class Walker {
   }
 
   std::optional<ge::Extents3d> extents(const host::EntityData& e, const ge::Matrix3d& m, int depth) {
-    if (auto path = pathOf(e)) {
-      Path mapped;
-      for (const Piece& p : path->pieces) mapped.pieces.push_back(mappedPiece(p, m));
-      return pathExtents(mapped);
-    }
+    if (auto path = pathOf(e)) return mappedPathExtents(*path, m);
     if (const auto* t = std::get_if<host::Text>(&e)) return corners(textBox(*t), m);
     if (const auto* t = std::get_if<host::MText>(&e)) return corners(mtextBox(*t), m);
     if (const auto* ref = std::get_if<host::BlockReference>(&e)) return reference(*ref, m, depth);
@@ -74,7 +121,8 @@ class Walker {
       ge::Vector3d u = im->uVector * im->widthPixels, v = im->vVector * im->heightPixels;
       return corners(TextBox{im->insertion, im->insertion + u, im->insertion + u + v, im->insertion + v}, m);
     }
-    // Hatches and the rest: the corners of their own box, a safe bound.
+    if (const auto* h = std::get_if<host::Hatch>(&e)) return mappedHatchExtents(*h, m);
+    // The rest: the corners of their own box, a safe bound.
     ge::Extents3d own;
     if (curves_.getGeomExtents(e, own) != ErrorStatus::eOk || !own.isValid()) return std::nullopt;
     ge::Extents3d out;

@@ -26,10 +26,11 @@ ge::Matrix3d blockTransform(const host::BlockReference& ref, const ge::Point3d& 
 ge::Vector3d arrayColumnStep(const host::BlockReference& ref);
 ge::Vector3d arrayRowStep(const host::BlockReference& ref);
 
-// Extents of an entity mapped by m. Curves are mapped piece by piece (an arc
-// under a non-uniform scale becomes the elliptical arc it is), texts by the
-// corners of their estimated box, block references through blocks (nothing
-// beyond kMaxBlockNesting); other kinds by the corners of their own extents.
+// Extents of an entity mapped by m. Curves and hatch boundaries are mapped
+// piece by piece (an arc under a non-uniform scale becomes the elliptical arc
+// it is), texts and images by the corners of their box, block references
+// through blocks (nothing beyond kMaxBlockNesting); other kinds by the
+// corners of their own extents.
 // Nothing when the entity has no extents.
 std::optional<ge::Extents3d> mappedExtents(const host::CurveServices& curves, const host::EntityData& e,
                                            const ge::Matrix3d& m, const host::BlockContentsLookup& blocks);

@@ -189,6 +189,18 @@ TEST_F(BlockReferenceExtents, MirroredNormalAndTextInside) {
   expectBox(extentsOf(label), {0, 0, 6, 1});
 }
 
+TEST_F(BlockReferenceExtents, HatchBoundaryIsMappedAsItsCurves) {
+  host::HatchPath round;
+  round.edges = {host::HatchArcEdge{{0, 0}, 1, 0, 2 * kPi}};
+  host::Hatch disc;
+  disc.paths = {round};
+  blocks["DISC"] = {{0, 0, 0}, {disc}};
+  // The unit circle stretched to (2 cos t, sin t) and turned 45°: half-widths √(4/2 + 1/2) both ways,
+  // where the corners of the stretched box would give (2 + 1)/√2.
+  const double half = std::sqrt(2.5);
+  expectBox(extentsOf({"DISC", {0, 0, 0}, {2, 1, 1}, kPi / 4}), {-half, -half, half, half});
+}
+
 TEST_F(BlockReferenceExtents, NestedReferencesCompose) {
   blocks["OUTER"] = {{0, 0, 0},
                      {host::BlockReference{"QUARTER", {5, 0, 0}, {1, 1, 1}, kPi},

@@ -1,6 +1,6 @@
 """Checks the extents of block references against ezdxf's bounding boxes on a
 drawing of random references: blocks of lines, arcs, circles, bulged
-polylines and ellipses, nested references, rotations, non-uniform and
+polylines, ellipses and hatches, nested references, rotations, non-uniform and
 mirroring scales, flipped extrusions, column/row arrays. ezdxf measures
 curves by flattening them (through Bezier approximations of arcs and
 ellipses), so its box differs from ours, which is exact, by at most its
@@ -26,6 +26,11 @@ parts.add_arc((2, 2), 1.5, 30, 200)
 parts.add_circle((-1, 3), 0.75)
 parts.add_lwpolyline([(0, -1, 0.6), (2, -2, -1.2), (4, 0, 0)], format="xyb")
 parts.add_ellipse((1, 5), major_axis=(2, 1), ratio=0.4, start_param=0.5, end_param=4)
+hatch = parts.add_hatch()
+hatch.paths.add_polyline_path([(6, 0, 0.8), (8, 0, 0), (8, 2, 0), (6, 2, 0)], is_closed=True)
+edges = hatch.paths.add_edge_path()
+edges.add_line((-4, 0), (-2, 0))
+edges.add_arc((-3, 0), 1, 0, 180)
 nest = doc.blocks.new("NEST", base_point=(0, 0))
 nest.add_blockref("PARTS", (5, 1), dxfattribs={"rotation": 40, "xscale": 0.5, "yscale": 1.5})
 nest.add_arc((0, 0), 2, 100, 170)

@@ -85,23 +85,6 @@ TEST_F(RenderDrawing, LineIsInkAndPaperStaysWhite) {
   EXPECT_EQ(corner.r + corner.g + corner.b, 3 * 255);
 }
 
-TEST_F(RenderDrawing, ExtentsAreFittedWithAMargin) {
-  FakeDrawing d;
-  d.add(host::Line{{100, 50, 0}, {300, 150, 0}});
-  RenderOptions o{.widthPx = 400, .heightPx = 200};
-  Picture pic = render(d, o);
-  ViewTransform v = planView(d, o);
-  ge::Point2d a = v.toPage({100, 50}), b = v.toPage({300, 150});
-  EXPECT_GT(a.x, 0);
-  EXPECT_LT(b.x, 400);
-  EXPECT_GT(a.y, b.y);
-  EXPECT_TRUE(pic.inkNear(static_cast<int>(a.x), static_cast<int>(a.y), 2));
-  EXPECT_TRUE(pic.inkNear(static_cast<int>(b.x), static_cast<int>(b.y), 2));
-  ge::Point2d mid = v.toDrawing({(a.x + b.x) / 2, (a.y + b.y) / 2});
-  EXPECT_NEAR(mid.x, 200, 1e-9);
-  EXPECT_NEAR(mid.y, 100, 1e-9);
-}
-
 TEST_F(RenderDrawing, MirroredArcLightsTheMirroredSide) {
   host::Arc arc{.radius = 6, .endAngle = kPi / 2, .normal = {0, 0, -1}};
   double c = std::cos(kPi / 4) * 6;

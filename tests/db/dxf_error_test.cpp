@@ -103,9 +103,10 @@ class DxfSaveFailure : public ::testing::Test {
   std::ptrdiff_t filesInDir() const {
     return std::distance(std::filesystem::directory_iterator(dir_), std::filesystem::directory_iterator());
   }
-  const std::filesystem::path dir_ = std::filesystem::temp_directory_path() /
-                                     ("corvane_db_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-                                      "_" + ::testing::UnitTest::GetInstance()->current_test_info()->name());
+  const std::filesystem::path dir_ =
+      std::filesystem::temp_directory_path() /
+      ("corvane_db_" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "_" +
+       ::testing::UnitTest::GetInstance()->current_test_info()->name());
   const std::filesystem::path target_ = dir_ / "plan.dxf";
 };
 

@@ -30,7 +30,8 @@ int makeNewDrawing(const char* version, const char* out) {
                                       host::Text{.text = "new text 中文"},
                                       host::MText{.text = "new\\Pmtext"},
                                       host::PointEntity{{1, 2, 3}},
-                                      host::Hatch{.paths = {{.flags = 3, .polyline = {{0, 0, 0}, {2, 0, 0.5}, {2, 2, 0}}}}}};
+                                      host::Hatch{.paths = {{.flags = 3,
+                                                             .polyline = {{0, 0, 0}, {2, 0, 0.5}, {2, 2, 0}}}}}};
   for (auto& data : kinds) {
     if (db.version() == "AC1009" && std::holds_alternative<host::Hatch>(data)) continue;
     host::Entity e;

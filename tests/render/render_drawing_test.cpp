@@ -30,7 +30,9 @@ class RenderDrawing : public ::testing::Test {
   }
 
   // 200 x 200 pixels showing (-10,-10)..(10,10): pixel = (100 + 10 x, 100 - 10 y).
-  static RenderOptions fixedView() { return {.widthPx = 200, .heightPx = 200, .viewCenter = {{0, 0}}, .viewHeight = 20}; }
+  static RenderOptions fixedView() {
+    return {.widthPx = 200, .heightPx = 200, .viewCenter = {{0, 0}}, .viewHeight = 20};
+  }
   static int px(double x) { return static_cast<int>(std::lround(100 + 10 * x)); }
   static int py(double y) { return static_cast<int>(std::lround(100 - 10 * y)); }
 

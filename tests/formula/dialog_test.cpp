@@ -16,16 +16,9 @@ namespace {
 using formula_test::FormulaHost;
 using formula_test::Reply;
 
-class Dialog : public ::testing::TestWithParam<bool> {
+class Dialog : public formula_test::FormulaFixture<::testing::TestWithParam<bool>> {
  protected:
-  frame_test::FakeSettingsStore store;  // outlives the hosts: the registry between runs
-  std::unique_ptr<FormulaHost> h = std::make_unique<FormulaHost>(store);
-
   void SetUp() override { frame::setChinese(GetParam()); }
-  void TearDown() override {
-    frame::setChinese(false);
-    geom::setCurveKindIsSpline(true);
-  }
 
   CMainDlgDlg open() {
     CMainDlgDlg dlg(h->host, h->settings);
@@ -33,8 +26,6 @@ class Dialog : public ::testing::TestWithParam<bool> {
     return dlg;
   }
   size_t entityCount() const { return h->modelSpace().size(); }
-  void storeInt(std::string_view name, std::uint32_t v) { store.writeInt(frame::kSettingsKey, name, v); }
-  std::optional<std::uint32_t> stored(std::string_view name) { return store.readInt(frame::kSettingsKey, name); }
 };
 
 TEST_P(Dialog, StartsWithTheHeartSplineAndNoFrameWhenNothingIsStored) {

@@ -60,24 +60,31 @@ inline bool contains(const std::vector<std::string>& list, const std::string& it
   return std::find(list.begin(), list.end(), item) != list.end();
 }
 
-// A command run on a fresh host with scripted replies; the language and the
-// curve kind are put back afterwards.
-class CommandTest : public ::testing::Test {
+// A fresh host over a settings store that outlives it, as the registry outlives
+// a session; the language and the curve kind are put back afterwards.
+template <class Base = ::testing::Test>
+class FormulaFixture : public Base {
  protected:
   frame_test::FakeSettingsStore store;
-  FormulaHost h{store};
+  std::unique_ptr<FormulaHost> h = std::make_unique<FormulaHost>(store);
 
   void TearDown() override {
     frame::setChinese(false);
     geom::setCurveKindIsSpline(true);
   }
+  void storeInt(std::string_view name, std::uint32_t v) { store.writeInt(frame::kSettingsKey, name, v); }
+  std::optional<std::uint32_t> stored(std::string_view name) { return store.readInt(frame::kSettingsKey, name); }
+};
+
+// A command run with scripted replies.
+class CommandTest : public FormulaFixture<> {
+ protected:
   void run(frame::CommandFunction command, const std::vector<Reply>& replies, std::string_view global = "",
            std::string_view local = "") {
-    h.editor.replies.assign(replies.begin(), replies.end());
-    frame::CommandContext ctx{h.host, h.settings, global, local};
+    h->editor.replies.assign(replies.begin(), replies.end());
+    frame::CommandContext ctx{h->host, h->settings, global, local};
     command(ctx);
   }
-  std::optional<std::uint32_t> stored(std::string_view name) { return store.readInt(frame::kSettingsKey, name); }
 };
 
 // The points an entity was built through: polyline vertices (at the

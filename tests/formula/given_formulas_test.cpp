@@ -15,7 +15,6 @@
 namespace formula {
 namespace {
 
-using formula_test::FormulaHost;
 using formula_test::pointsOf;
 
 constexpr double PI = 3.14159265358979323846;
@@ -28,20 +27,17 @@ struct XYZ {
 // The plane point at radius rho and angle a.
 XYZ polar(double rho, double a) { return {rho * std::cos(a), rho * std::sin(a)}; }
 
-class GivenFormulas : public ::testing::Test {
+class GivenFormulas : public formula_test::FormulaFixture<> {
  protected:
-  frame_test::FakeSettingsStore store;
-  FormulaHost h{store};
   DrawnIds drawn;
 
   void SetUp() override { geom::setCurveKindIsSpline(false); }
-  void TearDown() override { geom::setCurveKindIsSpline(true); }
 
   // Draws the row and returns the points of every entity made.
   std::vector<ge::PointList> draw(int row, std::array<int, 4> params) {
-    drawFormulaCurve(h.host, row, O, params, drawn);
+    drawFormulaCurve(h->host, row, O, params, drawn);
     std::vector<ge::PointList> out;
-    for (host::ObjectId id : drawn) out.push_back(pointsOf(*h.drawing.read(id)));
+    for (host::ObjectId id : drawn) out.push_back(pointsOf(*h->drawing.read(id)));
     return out;
   }
 
@@ -72,7 +68,7 @@ TEST_F(GivenFormulas, HeartStopsOneStepShortAndUsesColourOne) {
     return XYZ{16 * s * std::pow(std::sin(tt), 3),
                s * (13 * std::cos(tt) - 5 * std::cos(2 * tt) - 2 * std::cos(3 * tt) - std::cos(4 * tt))};
   });
-  host::Entity e = *h.drawing.read(drawn[0]);
+  host::Entity e = *h->drawing.read(drawn[0]);
   EXPECT_EQ(e.props.color.index, 1);
   ASSERT_TRUE(std::holds_alternative<host::Polyline3d>(e.data));  // the maker's closed-spline path
   EXPECT_TRUE(std::get<host::Polyline3d>(e.data).closed);
@@ -205,7 +201,7 @@ TEST_F(GivenFormulas, FigureEightLameAndMussel) {
 }
 
 TEST_F(GivenFormulas, ParabolaCountFollowsSurftab1) {
-  h.sysvars.vars["SURFTAB1"] = host::ResBuf::shortInt(10);
+  h->sysvars.vars["SURFTAB1"] = host::ResBuf::shortInt(10);
   auto got = draw(6, {8, 1, 0, 0})[0];
   ASSERT_EQ(got.size(), 60u);
   for (auto& p : got) EXPECT_NEAR(p.x - O.x, (p.y - O.y) * (p.y - O.y) / 16, 1e-9);  // x = y^2/(2a), k = 1

@@ -19,7 +19,7 @@ class Variants : public formula_test::CommandTest {
   void SetUp() override { geom::setCurveKindIsSpline(false); }
   std::vector<ge::PointList> curves() const {
     std::vector<ge::PointList> out;
-    for (const auto& e : h.modelSpace())
+    for (const auto& e : h->modelSpace())
       if (!std::holds_alternative<host::Line>(e.data) && !std::holds_alternative<host::Text>(e.data))
         out.push_back(pointsOf(e));
     return out;
@@ -28,7 +28,7 @@ class Variants : public formula_test::CommandTest {
 
 TEST_F(Variants, ConeHelixOf175SamplesAtTheOrigin) {
   run(coneHelixCommand, {Reply::point({1, 2, 3})});
-  EXPECT_EQ(h.editor.transcript, "\nPlease specify the origin>>");
+  EXPECT_EQ(h->editor.transcript, "\nPlease specify the origin>>");
   auto c = curves();
   ASSERT_EQ(c.size(), 1u);
   ASSERT_EQ(c[0].size(), 175u);
@@ -39,19 +39,19 @@ TEST_F(Variants, ConeHelixOf175SamplesAtTheOrigin) {
     EXPECT_NEAR(c[0][i].z, 3 + 20 * t * std::cos(90 * t), 1e-9);
   }
   // The frame reaches 25 on each side: labels -25 .. 25 by 5.
-  EXPECT_TRUE(formula_test::contains(h.labels(), "-25"));
-  EXPECT_TRUE(formula_test::contains(h.labels(), "25"));
+  EXPECT_TRUE(formula_test::contains(h->labels(), "-25"));
+  EXPECT_TRUE(formula_test::contains(h->labels(), "25"));
 }
 
 TEST_F(Variants, AnythingButAPointEndsWithoutDrawing) {
   run(coneHelixCommand, {Reply::enter()});
-  EXPECT_TRUE(h.modelSpace().empty());
+  EXPECT_TRUE(h->modelSpace().empty());
 }
 
 TEST_F(Variants, ArchimedesAsksTurnsAndSenseInChinese) {
   frame::setChinese(true);
   run(archimedesSpiralCommand, {Reply::integer(500), keyword("No"), Reply::point({0, 0, 0})});
-  EXPECT_EQ(h.editor.transcript,
+  EXPECT_EQ(h->editor.transcript,
             "\n请问绘制几圈阿基米德螺线?[2--128](3):\n按逆时针绘制吗？[Y/N]（Y）:\n请指定原点>>");
   auto c = curves();
   ASSERT_EQ(c.size(), 1u);
@@ -61,7 +61,7 @@ TEST_F(Variants, ArchimedesAsksTurnsAndSenseInChinese) {
 
 TEST_F(Variants, SpiralDefaultsOnEnter) {
   run(logarithmicSpiralCommand, {Reply::enter(), Reply::enter(), Reply::point({0, 0, 0})});
-  EXPECT_EQ(h.editor.transcript,
+  EXPECT_EQ(h->editor.transcript,
             "\nHow many turns of the logarithmic spiral?[1--128](1):\nCounterclockwise[Y/N]（Y）:"
             "\nPlease specify the origin>>");
   ASSERT_EQ(curves().size(), 1u);
@@ -75,7 +75,7 @@ TEST_F(Variants, RosePetalsOddAndEven) {
     return r;
   };
   run(roseCommand, {Reply::integer(4), keyword("Yes"), Reply::enter(), Reply::point({0, 0, 0})});
-  EXPECT_EQ(h.editor.transcript,
+  EXPECT_EQ(h->editor.transcript,
             "\nNumber of petals, an odd number gives that many, an even one twice as many:[1~32](5):"
             "\nAccurate？[Y/N]（N）:\nPath multiple:[1~32](1):\nPlease specify the origin>>");
   auto c = curves();
@@ -90,13 +90,13 @@ TEST_F(Variants, RosePetalsOddAndEven) {
 
 TEST_F(Variants, SphericalHelixAndUfoChoices) {
   run(sphericalHelixCommand, {keyword("No"), Reply::point({0, 0, 0})});
-  EXPECT_EQ(h.editor.transcript, "\n Y = Spherical helix, N = Mantle helix？[Y/N]（Y）:\nPlease specify the origin>>");
+  EXPECT_EQ(h->editor.transcript, "\n Y = Spherical helix, N = Mantle helix？[Y/N]（Y）:\nPlease specify the origin>>");
   auto mantle = curves();
   ASSERT_EQ(mantle.size(), 1u);
   for (auto& p : mantle[0]) EXPECT_GE(p.z, -1e-9);  // the mantle stays on the upper half
-  h.editor.transcript.clear();
+  h->editor.transcript.clear();
   run(ufoVortexCommand, {Reply::enter(), Reply::point({0, 0, 0})});
-  EXPECT_EQ(h.editor.transcript, "\n Y = UFO, N = Whirlpool？[Y/N]（Y）:\nPlease specify the origin>>");
+  EXPECT_EQ(h->editor.transcript, "\n Y = UFO, N = Whirlpool？[Y/N]（Y）:\nPlease specify the origin>>");
   EXPECT_EQ(variantCommands().size(), 8u);
 }
 

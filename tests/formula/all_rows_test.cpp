@@ -46,12 +46,22 @@ bool hasFixedFormula(int row) {
 
 class EveryRow : public ::testing::TestWithParam<std::tuple<int, Setting>> {};
 
-TEST_P(EveryRow, DrawsAFiniteNonDegenerateCurve) {
+TEST_P(EveryRow, DrawsFiniteNonDegenerateCurvesOfTheRuledSampleCount) {
   auto [row, setting] = GetParam();
   const ge::Point3d origin{100, 200, 7};
-  GeneratorInput input{origin, paramsFor(row, setting), 6};
-  CurveList curves = generateFormulaCurve(row, input);
+  auto params = paramsFor(row, setting);
+  CurveList curves = generateFormulaCurve(row, {origin, params, 6});
   ASSERT_FALSE(curves.empty());
+  const auto& def = englishCatalogue()[row];
+  for (int k = 0; k < kParamCount; ++k) {
+    // A "Precision" slot: N = Precision x 35; a "Loops" slot of a spiral: N = Loops x 36.
+    if (def.params[k].caption == "Precision") {
+      EXPECT_EQ(curves[0].points.size(), 35u * params[k]) << row;
+    }
+    if (def.params[k].caption == "Loops" && row != 7) {
+      EXPECT_EQ(curves[0].points.size(), 36u * params[k]) << row;
+    }
+  }
   for (const auto& curve : curves) {
     ASSERT_GE(curve.points.size(), 3u);
     for (const auto& p : curve.points)
@@ -64,22 +74,6 @@ TEST_P(EveryRow, DrawsAFiniteNonDegenerateCurve) {
     // No two consecutive samples coincide: a fitted spline needs distinct fit points.
     for (size_t i = 1; i < curve.points.size(); ++i)
       EXPECT_GT(curve.points[i].distanceTo(curve.points[i - 1]), 1e-9 * size) << "row " << row << " sample " << i;
-  }
-}
-
-TEST_P(EveryRow, FollowsTheSamplingRule) {
-  auto [row, setting] = GetParam();
-  auto params = paramsFor(row, setting);
-  CurveList curves = generateFormulaCurve(row, {ge::Point3d{}, params, 6});
-  const auto& def = englishCatalogue()[row];
-  for (int k = 0; k < kParamCount; ++k) {
-    // A "Precision" slot: N = Precision x 35; a "Loops" slot of a spiral: N = Loops x 36.
-    if (def.params[k].caption == "Precision") {
-      EXPECT_EQ(curves[0].points.size(), 35u * params[k]) << row;
-    }
-    if (def.params[k].caption == "Loops" && row != 7) {
-      EXPECT_EQ(curves[0].points.size(), 36u * params[k]) << row;
-    }
   }
 }
 

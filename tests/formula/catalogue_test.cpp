@@ -1,7 +1,11 @@
-// The catalogue rows as the list shows them, in both languages.
+// The catalogue rows as the list shows them, in both languages, and their preview pictures.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+
 #include "formula/catalogue.h"
+#include "formula/preview_pictures.h"
 
 namespace formula {
 namespace {
@@ -72,10 +76,9 @@ TEST(FormulaCatalogue, HiddenSlotsKeepTheirRanges) {
                           {70, 2, 1, 31, 100}};
   for (const auto& h : cases) {
     const auto& p = englishCatalogue()[h.row].params[h.slot];
-    EXPECT_FALSE(p.shown()) << h.row;
-    EXPECT_EQ(p.minValue, h.min) << h.row;
-    EXPECT_EQ(p.defaultValue, h.def) << h.row;
-    EXPECT_EQ(p.maxValue, h.max) << h.row;
+    EXPECT_EQ(std::make_tuple(p.shown(), p.minValue, p.defaultValue, p.maxValue),
+              std::make_tuple(false, h.min, h.def, h.max))
+        << h.row;
   }
 }
 
@@ -98,17 +101,6 @@ TEST(FormulaCatalogue, ShownSlotCountsAndRanges) {
   EXPECT_EQ(englishCatalogue()[12].params[1].clamp(-4), 0);
   EXPECT_EQ(englishCatalogue()[12].params[1].clamp(7), 1);
 }
-
-}  // namespace
-}  // namespace formula
-
-#include <filesystem>
-#include <fstream>
-
-#include "formula/preview_pictures.h"
-
-namespace formula {
-namespace {
 
 // Every row's preview picture is in the resources, as a PNG file.
 TEST(FormulaPictures, EveryRowHasItsPicture) {

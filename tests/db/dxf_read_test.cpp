@@ -2,7 +2,6 @@
 // object coordinates to world coordinates, and the drawing's structure.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <numbers>
 
 #include "standalone/db/dxf_reader.h"

@@ -2,10 +2,7 @@
 // entities come back as the same records, kept groups stay where they were.
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <algorithm>
 
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"

@@ -66,6 +66,14 @@ class CurveServices {
     (void)ref, (void)blocks, (void)ext;
     return ErrorStatus::eNotImplementedYet;
   }
+  // The point of a block reference's geometry nearest to p: its block's
+  // curves and hatch boundaries as placed, points, the boxes of texts and
+  // images, nested references followed; the caller supplies the block contents.
+  virtual ErrorStatus getBlockReferenceClosestPoint(const BlockReference& ref, const BlockContentsLookup& blocks,
+                                                    const ge::Point3d& p, ge::Point3d& nearest) const {
+    (void)ref, (void)blocks, (void)p, (void)nearest;
+    return ErrorStatus::eNotImplementedYet;
+  }
   // Points at ascending distances along the curve (getPointAtDist for many
   // distances at once; a host may answer it in one walk along the curve).
   virtual ErrorStatus getPointsAtDists(const EntityData& c, const std::vector<double>& dists,

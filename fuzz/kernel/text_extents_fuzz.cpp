@@ -79,6 +79,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   auto shared = std::make_shared<const host::BlockContents>(block);
   host::BlockContentsLookup lookup = [&](const std::string&) { return shared; };
   ge::Extents3d ext;
-  kernel.getBlockReferenceExtents(host::BlockReference{"B", {}, {scale, 1, 1}}, lookup, ext);
+  host::BlockReference ref{"B", {}, {scale, 1, 1}};
+  kernel.getBlockReferenceExtents(ref, lookup, ext);
+  ge::Point3d nearest;
+  kernel.getBlockReferenceClosestPoint(ref, lookup, {1, 1, 0}, nearest);
   return 0;
 }

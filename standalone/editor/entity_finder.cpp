@@ -96,39 +96,47 @@ bool EntityFinder::boxOf(const host::Entity& e, ge::Extents3d& ext) const {
   return true;
 }
 
-std::optional<double> EntityFinder::distanceTo(const host::Entity& e, const ge::Point3d& p) const {
-  if (host::isCurve(e.data)) {
-    ge::Point3d on;
-    // The pick is a 2D point on the screen: measure at the curve's own height.
-    if (curves_.getClosestPointTo(e.data, p, on) == host::ErrorStatus::eOk) return xyDistance(on, p);
-  }
+std::optional<EntityFinder::PickDistance> EntityFinder::distanceTo(const host::Entity& e, const ge::Point3d& p) const {
+  // The pick is a 2D point on the screen: curves are measured at their own height.
+  ge::Point3d on;
+  if (host::isCurve(e.data) && curves_.getClosestPointTo(e.data, p, on) == host::ErrorStatus::eOk)
+    return PickDistance{xyDistance(on, p), true};
+  if (const auto* ref = std::get_if<host::BlockReference>(&e.data);
+      ref && curves_.getBlockReferenceClosestPoint(*ref, blockLookup(), p, on) == host::ErrorStatus::eOk)
+    return PickDistance{xyDistance(on, p), true};
   ge::Extents3d ext;
   if (!boxOf(e, ext)) return std::nullopt;
   double dx = std::max({ext.min.x - p.x, 0.0, p.x - ext.max.x});
   double dy = std::max({ext.min.y - p.y, 0.0, p.y - ext.max.y});
-  return std::hypot(dx, dy);
+  // A point's box is the point itself.
+  return PickDistance{std::hypot(dx, dy), std::holds_alternative<host::PointEntity>(e.data)};
 }
 
 std::optional<host::ObjectId> EntityFinder::pickAt(const ge::Point3d& p, double aperture) const {
   QueryScope blocks(*this);
-  std::optional<host::ObjectId> best;
-  double bestDistance = aperture;
+  // What the pick box meets on an entity's own geometry wins over what only
+  // meets the box of a text, a hatch or an image: a line through a label is
+  // picked on the line.
+  struct Best {
+    std::optional<host::ObjectId> id;
+    double distance;
+  } onGeometry{std::nullopt, aperture}, onBox{std::nullopt, aperture};
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
     std::optional<host::Entity> e = drawing_.read(id);
     if (!e) continue;
     // The box test is cheap; the closest point on a free-form curve is not.
+    double reach = onGeometry.id ? onGeometry.distance : aperture;
     ge::Extents3d ext;
     if (boxOf(*e, ext) &&
-        (p.x < ext.min.x - bestDistance || p.x > ext.max.x + bestDistance || p.y < ext.min.y - bestDistance ||
-         p.y > ext.max.y + bestDistance))
+        (p.x < ext.min.x - reach || p.x > ext.max.x + reach || p.y < ext.min.y - reach || p.y > ext.max.y + reach))
       continue;
-    std::optional<double> d = distanceTo(*e, p);
-    if (d && *d <= bestDistance) {
-      bestDistance = *d;
-      best = id;
-    }
+    std::optional<PickDistance> d = distanceTo(*e, p);
+    if (!d) continue;
+    Best& tier = d->onGeometry ? onGeometry : onBox;
+    // Of equal distances the one drawn last wins, as it lies on top.
+    if (d->distance <= tier.distance) tier = {id, d->distance};
   }
-  return best;
+  return onGeometry.id ? onGeometry.id : onBox.id;
 }
 
 bool EntityFinder::crossesRectangle(const host::Entity& e, const ge::Extents3d& ext, const ge::Extents3d& box) const {

@@ -55,7 +55,9 @@ class EntityFinder {
 
   // The entity of the current space nearest to p in the XY plane within
   // aperture drawing units; of equal distances the one drawn last wins, as
-  // it lies on top.
+  // it lies on top. Entities met on their own geometry (curves, what block
+  // references draw, points) come before those met only on their box (texts,
+  // hatches, images).
   std::optional<host::ObjectId> pickAt(const ge::Point3d& p, double aperture) const;
   // Entities of the current space wholly inside the rectangle of two corners
   // (window), or inside or crossing its edges (crossing), in drawing order.
@@ -78,8 +80,14 @@ class EntityFinder {
   std::optional<host::ObjectId> byHandle(std::string_view text) const;
 
  private:
-  // Distance in XY from p to the entity, nothing when it cannot be measured.
-  std::optional<double> distanceTo(const host::Entity& e, const ge::Point3d& p) const;
+  // How far a pick is from an entity in XY: on its own geometry (curves,
+  // block references, points) or only on its box (texts, hatches, images).
+  struct PickDistance {
+    double distance = 0;
+    bool onGeometry = false;
+  };
+  // Nothing when the entity cannot be measured.
+  std::optional<PickDistance> distanceTo(const host::Entity& e, const ge::Point3d& p) const;
   // Whether a crossing window (box) takes the entity whose extents are ext.
   bool crossesRectangle(const host::Entity& e, const ge::Extents3d& ext, const ge::Extents3d& box) const;
   // Whether a curve meets one of the segments of the chain of points in XY

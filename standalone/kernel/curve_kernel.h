@@ -36,9 +36,11 @@ class CurveKernel final : public host::CurveServices {
   ErrorStatus getFirstDeriv(const EntityData& c, double param, ge::Vector3d& d) const override;
   ErrorStatus getArea(const EntityData& c, double& area) const override;
   ErrorStatus getGeomExtents(const EntityData& e, ge::Extents3d& ext) const override;
-  // Defined in insert_extents.cpp.
+  // Defined in insert_extents.cpp and insert_nearest.cpp.
   ErrorStatus getBlockReferenceExtents(const host::BlockReference& ref, const host::BlockContentsLookup& blocks,
                                        ge::Extents3d& ext) const override;
+  ErrorStatus getBlockReferenceClosestPoint(const host::BlockReference& ref, const host::BlockContentsLookup& blocks,
+                                            const ge::Point3d& p, ge::Point3d& nearest) const override;
   ErrorStatus getPointsAtDists(const EntityData& c, const std::vector<double>& dists,
                                std::vector<ge::Point3d>& points) const override;
 

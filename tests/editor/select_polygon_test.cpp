@@ -159,9 +159,23 @@ TEST_F(PolygonSelection, TooFewPointsSelectNothing) {
 }
 
 TEST_F(PolygonSelection, PicksAndWindowsReachTextsAndInserts) {
-  // A pick inside the insert's box but off the arc itself still finds the insert.
-  EXPECT_THAT(erasedBy("8.9,8.9\n"), UnorderedElementsAreArray({"rightInsert"}));
+  // A block reference is picked on what its block draws, not anywhere in its box.
+  EXPECT_THAT(erasedBy("8.2,8.2\n"), ::testing::IsEmpty());
+  EXPECT_THAT(erasedBy("8.7071,8.7071\n"), UnorderedElementsAreArray({"rightInsert"}));
   EXPECT_THAT(erasedBy("W 6.9,0.9 8.6,2.1\n"), UnorderedElementsAreArray({"rightLabel"}));
+  EXPECT_THAT(erasedBy("7.5,1.5\n"), ::testing::IsEmpty());  // the label was erased above
+}
+
+TEST_F(PolygonSelection, APickPrefersALineToTheLabelOverIt) {
+  // The label is drawn after the line and lies on top of it; a pick on the
+  // line still takes the line, a pick off it inside the label's box the label.
+  host::ObjectId line = session.add(host::Line{{19, 20.5, 0}, {24, 20.5, 0}});
+  host::ObjectId over = session.add(label("ABCD", {20, 20, 0}));  // [20, 23] × [20, 21]
+  session.run("ERASE\n21,20.5\n\n");
+  EXPECT_FALSE(session.host().drawing().read(line));
+  EXPECT_TRUE(session.host().drawing().read(over));
+  session.run("ERASE\n21,20.8\n\n");
+  EXPECT_FALSE(session.host().drawing().read(over));
 }
 
 // The plane geometry where a wrong sign or an off-by-one edge would slip through.

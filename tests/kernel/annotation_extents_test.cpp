@@ -218,6 +218,30 @@ TEST_F(BlockReferenceExtents, ArraysCoverTheirFarCells) {
   expectBox(extentsOf(ref), {-6, 0, 0, 21});
 }
 
+TEST_F(BlockReferenceExtents, NearestPointOnWhatTheBlockDraws) {
+  auto nearest = [&](const host::BlockReference& ref, ge::Point3d p) {
+    ge::Point3d on{1e9, 1e9, 1e9};
+    EXPECT_EQ(kernel.getBlockReferenceClosestPoint(ref, lookup(), p, on), ErrorStatus::eOk);
+    return on;
+  };
+  auto expectPoint = [](ge::Point3d a, ge::Point3d b) {
+    EXPECT_NEAR(a.x, b.x, 1e-9);
+    EXPECT_NEAR(a.y, b.y, 1e-9);
+  };
+  // The stretched, turned quarter (10 - sin t, 2 cos t) is nearest (10,3) at its end t = 0.
+  expectPoint(nearest({"QUARTER", {10, 0, 0}, {2, 1, 1}, kPi / 2}, {10, 3, 0}), {10, 2, 0});
+  // A text's box counts whole: a point inside is its own nearest, one above meets the top edge.
+  host::BlockReference label{"LABEL", {0, 0, 0}, {1, 0.5, 1}, 0};
+  expectPoint(nearest(label, {3, 0.5, 0}), {3, 0.5, 0});
+  expectPoint(nearest(label, {3, 2, 0}), {3, 1, 0});
+  // The far cell of an array: (-5 - sin t, 20 + cos t).
+  host::BlockReference grid{"QUARTER", {0, 0, 0}, {1, 1, 1}, kPi / 2};
+  grid.columnCount = 3, grid.columnSpacing = 10, grid.rowCount = 2, grid.rowSpacing = 5;
+  expectPoint(nearest(grid, {-5, 21.5, 0}), {-5, 21, 0});
+  ge::Point3d unused;
+  EXPECT_EQ(kernel.getBlockReferenceClosestPoint({"MISSING", {}}, lookup(), {}, unused), ErrorStatus::eKeyNotFound);
+}
+
 TEST_F(BlockReferenceExtents, UnknownAndSelfReferringBlocks) {
   extentsOf({"MISSING", {}}, ErrorStatus::eKeyNotFound);
   blocks["LOOP"] = {{0, 0, 0}, {host::BlockReference{"LOOP", {1, 0, 0}}, host::Line{{0, 0, 0}, {1, 0, 0}}}};

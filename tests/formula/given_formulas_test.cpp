@@ -84,24 +84,78 @@ TEST_F(GivenFormulas, HyperbolaDrawsBothBranches) {
     });
 }
 
-TEST_F(GivenFormulas, TricuspidWithThreeTipsIsADeltoidOf36Points) {
-  expectSweep(draw(11, {20, 3, 0, 0})[0], 36, 0, 2 * PI, [](double a) {
-    return XYZ{10 * (2 * std::cos(a) + std::cos(2 * a)), 10 * (2 * std::sin(a) - std::sin(2 * a))};
-  });
-  EXPECT_EQ(draw(11, {20, 5, 0, 0})[0].size(), 3u * 36);  // (Tips - 2) x 36
+XYZ involute(double a) { return {3 * std::cos(a) + a * 3 * std::sin(a), 3 * std::sin(a) - 3 * a * std::cos(a)}; }
+
+// One curve of a row at the given parameters: n samples f(a), a running
+// evenly from `from` to `to`.
+struct Sweep {
+  const char* what;
+  int row;
+  std::array<int, 4> params;
+  int n;
+  double from, to;
+  XYZ (*f)(double);
+};
+
+const Sweep kSweeps[] = {
+    {"tricuspid with three tips: a deltoid of 36 points", 11, {20, 3, 0, 0}, 36, 0, 2 * PI,
+     [](double a) { return XYZ{10 * (2 * std::cos(a) + std::cos(2 * a)), 10 * (2 * std::sin(a) - std::sin(2 * a))}; }},
+    {"involute", 12, {2, 1, 3, 0}, 72, 0, 4 * PI, involute},
+    {"involute, direction 0 reverses the sense of t", 12, {2, 0, 3, 0}, 72, 0, -4 * PI, involute},
+    {"Archimedes", 13, {3, 1, 2, 0}, 108, 0, 6 * PI,
+     [](double a) { return XYZ{2 * a * std::cos(a), 2 * a * std::sin(a)}; }},
+    {"Archimedes, direction 0 mirrors about the Y axis", 13, {3, 0, 2, 0}, 108, 0, 6 * PI,
+     [](double a) { return XYZ{-2 * a * std::cos(a), 2 * a * std::sin(a)}; }},
+    {"hyperbolic spiral from t = 1", 15, {2, 0, 10, 0}, 72, 1, 1 + 4 * PI,
+     [](double a) { return XYZ{-10 / a * std::cos(a), 10 / a * std::sin(a)}; }},
+    {"interlocking spiral from t = 1", 16, {2, 1, 10, 0}, 72, 1, 1 + 4 * PI,
+     [](double a) { return polar(10 / std::sqrt(a), a); }},
+    {"kidney line type 1: the cardioid", 17, {10, 1, 0, 0}, 35, 0, 2 * PI,
+     [](double a) { return polar(20 * (1 + std::cos(a)), a); }},
+    {"kidney line type 0", 17, {10, 0, 0, 0}, 35, 0, 2 * PI,
+     [](double a) { return polar(10 * (1 + std::sin(a / 2)), a); }},
+    {"double-arc epicycloid, 175 samples", 18, {4, 7, 0, 0}, 175, 0, 2 * PI,
+     [](double a) { return XYZ{21 * std::cos(a) + 4 * std::cos(3 * a), 21 * std::sin(a) + 4 * std::sin(3 * a)}; }},
+    {"second kidney line, 175 samples", 19, {5, 0, 0, 0}, 175, 0, 2 * PI,
+     [](double a) { return XYZ{5 * (3 * std::cos(a) - std::cos(3 * a)), 5 * (3 * std::sin(a) - std::sin(3 * a))}; }},
+    {"tetraphylla rose, 175 samples", 21, {10, 0, 0, 0}, 175, 0, 2 * PI,
+     [](double a) { return polar(10 * std::cos(2 * a), a); }},
+    {"trefoil rose over pi, 175 samples", 22, {10, 0, 0, 0}, 175, 0, PI,
+     [](double a) { return polar(10 * std::cos(3 * a), a); }},
+    {"second rhodonea, 315 samples", 24, {4, 10, 1, 0}, 315, 0, 10 * PI, [](double a) {
+       return XYZ{4 * std::cos(a) + 10 * std::cos(0.8 * a), 4 * std::sin(a) - 10 * std::sin(0.8 * a)};
+     }},
+    {"epicycloid over 2 pi B", 25, {5, 8, 8, 2}, 70, 0, 2 * PI * 8, [](double a) {
+       double k = 5.0 / 8 + 1;
+       return XYZ{13 * std::cos(a) - 8 * std::cos(k * a), 13 * std::sin(a) - 8 * std::sin(k * a)};
+     }},
+    {"hypocycloid over 2 pi B", 26, {5, 8, 8, 2}, 70, 0, 2 * PI * 8, [](double a) {
+       double k = 1 - 5.0 / 8;
+       return XYZ{-3 * std::cos(a) + 8 * std::cos(k * a), -3 * std::sin(a) + 8 * std::sin(k * a)};
+     }},
+    {"Fermat", 30, {10, 2, 0, 0}, 70, 0, 5 * PI, [](double a) { return polar(10 * std::sqrt(a), a); }},
+    {"probability curve over u", 41, {10, 20, 1, 0}, 35, -2.25, 2.25,
+     [](double u) { return XYZ{10 * u, 2.0 * 10 * std::exp(-u * u)}; }},
+    {"sinh over u", 44, {10, 1, 30, 0}, 35, -3, 3, [](double u) { return XYZ{10 * u, 10 * std::sinh(u)}; }},
+    {"cosh over u", 45, {10, 1, 30, 0}, 35, -3, 3, [](double u) { return XYZ{10 * u, 10 * std::cosh(u)}; }},
+    {"tanh over u", 46, {10, 1, 30, 0}, 35, -3, 3, [](double u) { return XYZ{10 * u, 10 * std::tanh(u)}; }},
+    {"vinelaine grows with the square of a", 47, {4, 1, 0, 0}, 35, -75 * PI / 180, 75 * PI / 180,
+     [](double th) { return polar(4 * 8 * std::tan(th) * std::sin(th), th); }},
+    {"figure eight", 49, {20, 30, 1, 0}, 35, 0, 2 * PI,
+     [](double a) { return XYZ{20 * std::cos(a), 30 * std::sin(2 * a)}; }},
+    {"mussel", 68, {10, 31, 1, 0}, 35, -89 * PI / 180, 89 * PI / 180,
+     [](double th) { return polar((31.0 * 31 * std::cos(2 * th) + 100) / (10 * std::cos(th)), th); }},
+};
+
+TEST_F(GivenFormulas, SweptCurvesMatchTheirFormulas) {
+  for (const Sweep& sweep : kSweeps) {
+    SCOPED_TRACE(sweep.what);
+    expectSweep(draw(sweep.row, sweep.params)[0], sweep.n, sweep.from, sweep.to, sweep.f);
+  }
 }
 
-TEST_F(GivenFormulas, InvoluteDirectionReversesTheSenseOfT) {
-  for (int dir : {1, 0})
-    expectSweep(draw(12, {2, dir, 3, 0})[0], 72, 0, (dir ? 1 : -1) * 4 * PI, [](double a) {
-      return XYZ{3 * std::cos(a) + a * 3 * std::sin(a), 3 * std::sin(a) - 3 * a * std::cos(a)};
-    });
-}
-
-TEST_F(GivenFormulas, ArchimedesDirectionZeroMirrorsAboutTheYAxis) {
-  for (int dir : {1, 0})
-    expectSweep(draw(13, {3, dir, 2, 0})[0], 108, 0, 6 * PI,
-                [dir](double a) { return XYZ{(dir ? 2 : -2) * a * std::cos(a), 2 * a * std::sin(a)}; });
+TEST_F(GivenFormulas, TricuspidDrawsTipsLessTwoTimes36Points) {
+  EXPECT_EQ(draw(11, {20, 5, 0, 0})[0].size(), 3u * 36);
 }
 
 TEST_F(GivenFormulas, LogarithmicSpiralUsesTheLiteralBase) {
@@ -115,80 +169,23 @@ TEST_F(GivenFormulas, LogarithmicSpiralUsesTheLiteralBase) {
   EXPECT_NE(r1 / r0, std::exp(0.005 * 4 * PI));
 }
 
-TEST_F(GivenFormulas, HyperbolicAndInterlockingSpiralsStartAtTEqualsOne) {
-  expectSweep(draw(15, {2, 0, 10, 0})[0], 72, 1, 1 + 4 * PI,
-              [](double a) { return XYZ{-10 / a * std::cos(a), 10 / a * std::sin(a)}; });
-  expectSweep(draw(16, {2, 1, 10, 0})[0], 72, 1, 1 + 4 * PI, [](double a) { return polar(10 / std::sqrt(a), a); });
-}
-
-TEST_F(GivenFormulas, KidneyLineTypes) {
-  // Type 1 is the cardioid.
-  expectSweep(draw(17, {10, 1, 0, 0})[0], 35, 0, 2 * PI, [](double a) { return polar(20 * (1 + std::cos(a)), a); });
-  expectSweep(draw(17, {10, 0, 0, 0})[0], 35, 0, 2 * PI,
-              [](double a) { return polar(10 * (1 + std::sin(a / 2)), a); });
-}
-
-TEST_F(GivenFormulas, FixedCountCurvesOf175And315Samples) {
-  expectSweep(draw(18, {4, 7, 0, 0})[0], 175, 0, 2 * PI, [](double a) {
-    return XYZ{21 * std::cos(a) + 4 * std::cos(3 * a), 21 * std::sin(a) + 4 * std::sin(3 * a)};
-  });
-  expectSweep(draw(19, {5, 0, 0, 0})[0], 175, 0, 2 * PI, [](double a) {
-    return XYZ{5 * (3 * std::cos(a) - std::cos(3 * a)), 5 * (3 * std::sin(a) - std::sin(3 * a))};
-  });
-  expectSweep(draw(21, {10, 0, 0, 0})[0], 175, 0, 2 * PI, [](double a) { return polar(10 * std::cos(2 * a), a); });
-  expectSweep(draw(22, {10, 0, 0, 0})[0], 175, 0, PI, [](double a) { return polar(10 * std::cos(3 * a), a); });
-  expectSweep(draw(24, {4, 10, 1, 0})[0], 315, 0, 10 * PI, [](double a) {
-    return XYZ{4 * std::cos(a) + 10 * std::cos(0.8 * a), 4 * std::sin(a) - 10 * std::sin(0.8 * a)};
-  });
-}
-
-TEST_F(GivenFormulas, EpicycloidAndHypocycloidSweepTwoPiB) {
-  expectSweep(draw(25, {5, 8, 8, 2})[0], 70, 0, 2 * PI * 8, [](double a) {
-    double k = 5.0 / 8 + 1;
-    return XYZ{13 * std::cos(a) - 8 * std::cos(k * a), 13 * std::sin(a) - 8 * std::sin(k * a)};
-  });
+TEST_F(GivenFormulas, HypocycloidOfWholeAAndBCloses) {
   auto hypo = draw(26, {5, 8, 8, 2})[0];
-  expectSweep(hypo, 70, 0, 2 * PI * 8, [](double a) {
-    double k = 1 - 5.0 / 8;
-    return XYZ{-3 * std::cos(a) + 8 * std::cos(k * a), -3 * std::sin(a) + 8 * std::sin(k * a)};
-  });
-  EXPECT_NEAR(hypo.front().distanceTo(hypo.back()), 0, 1e-9);  // integer A and B close
+  EXPECT_NEAR(hypo.front().distanceTo(hypo.back()), 0, 1e-9);
 }
 
-TEST_F(GivenFormulas, FermatAndLissajous) {
-  expectSweep(draw(30, {10, 2, 0, 0})[0], 70, 0, 5 * PI, [](double a) { return polar(10 * std::sqrt(a), a); });
-  // The Lissajous curve at its defaults is checked end to end (FORMULA saved as DXF, read by ezdxf).
-  // B = 7: x amplitude 70 but y amplitude 49, not a square.
+// The Lissajous curve at its defaults is checked end to end (FORMULA saved as
+// DXF, read by ezdxf). With B = 7 the x amplitude is 70 but the y amplitude 49.
+TEST_F(GivenFormulas, LissajousAmplitudesFollowB) {
   double maxX = 0, maxY = 0;
   auto other = draw(48, {3, 7, 100, 12})[0];
-  for (auto& p : other)
-    maxX = std::max(maxX, std::abs(p.x - O.x)), maxY = std::max(maxY, std::abs(p.y - O.y));
+  for (auto& p : other) maxX = std::max(maxX, std::abs(p.x - O.x)), maxY = std::max(maxY, std::abs(p.y - O.y));
   EXPECT_NEAR(maxX, 70, 0.1);
   EXPECT_NEAR(maxY, 49, 0.1);
 }
 
-TEST_F(GivenFormulas, GraphsOverU) {
-  expectSweep(draw(41, {10, 20, 1, 0})[0], 35, -2.25, 2.25,
-              [](double u) { return XYZ{10 * u, 2.0 * 10 * std::exp(-u * u)}; });
-  const std::pair<int, double (*)(double)> hyperbolic[] = {
-      {44, [](double u) { return std::sinh(u); }},
-      {45, [](double u) { return std::cosh(u); }},
-      {46, [](double u) { return std::tanh(u); }}};
-  for (const auto& [row, f] : hyperbolic) {
-    SCOPED_TRACE(row);
-    expectSweep(draw(row, {10, 1, 30, 0})[0], 35, -3, 3, [f = f](double u) { return XYZ{10 * u, 10 * f(u)}; });
-  }
-}
-
-TEST_F(GivenFormulas, VinelaineGrowsWithTheSquareOfA) {
-  expectSweep(draw(47, {4, 1, 0, 0})[0], 35, -75 * PI / 180, 75 * PI / 180,
-              [](double th) { return polar(4 * 8 * std::tan(th) * std::sin(th), th); });
-}
-
-TEST_F(GivenFormulas, FigureEightLameAndMussel) {
-  expectSweep(draw(49, {20, 30, 1, 0})[0], 35, 0, 2 * PI,
-              [](double a) { return XYZ{20 * std::cos(a), 30 * std::sin(2 * a)}; });
-  // Lame: every sample on |x/R|^(2/e) + |y/R|^(2/e) = 1 with e = 2/(n/10), signs following cos t and sin t.
+TEST_F(GivenFormulas, LameSamplesLieOnTheirCurve) {
+  // Every sample on |x/R|^(2/e) + |y/R|^(2/e) = 1 with e = 2/(n/10), signs following cos t and sin t.
   auto lame = draw(67, {10, 31, 1, 0})[0];
   ASSERT_EQ(lame.size(), 35u);
   double e = 2 / 3.1;
@@ -196,8 +193,6 @@ TEST_F(GivenFormulas, FigureEightLameAndMussel) {
     double x = (p.x - O.x) / 10, y = (p.y - O.y) / 10;
     EXPECT_NEAR(std::pow(std::abs(x), 2 / e) + std::pow(std::abs(y), 2 / e), 1, 1e-9);
   }
-  expectSweep(draw(68, {10, 31, 1, 0})[0], 35, -89 * PI / 180, 89 * PI / 180,
-              [](double th) { return polar((31.0 * 31 * std::cos(2 * th) + 100) / (10 * std::cos(th)), th); });
 }
 
 TEST_F(GivenFormulas, ParabolaCountFollowsSurftab1) {

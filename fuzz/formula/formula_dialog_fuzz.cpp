@@ -41,7 +41,7 @@ void require(bool condition) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input in{data, size};
   frame_test::FakeEditor editor;
-  frame_test::FakeDrawing drawing;
+  test_support::MemoryDrawing drawing;
   frame_test::FakeCurves curves;
   frame_test::FakeSystemVariables sysvars;
   frame_test::FakeCommandStack commandStack;

@@ -60,6 +60,7 @@ void dropKindTags(EntityExtras& x) {
   for (auto& k : x.kept)
     if (k.anchor != 0 && k.anchor != kAnchorTail) k.anchor = 1;
   x.markers = {"AcDbEntity"};
+  x.vertexIds.clear();
 }
 
 }  // namespace

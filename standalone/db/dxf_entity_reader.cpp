@@ -378,7 +378,13 @@ bool BodyReader::lwTag(host::LwPolyline& d, const RawTag& t) {
     case 38: d.elevation = parseReal(t); return true;
     case 39: d.thickness = parseReal(t); return true;
     case 10: d.vertices.push_back({parseReal(t), 0, 0, 0, 0}); return true;
-    case 91: parseInteger(t); return true;  // vertex identifiers are not kept
+    case 91: {  // vertex identifier, written back while the vertex count stays the same
+      if (d.vertices.empty()) return false;
+      parseInteger(t);
+      rec_.extras.vertexIds.resize(d.vertices.size());
+      rec_.extras.vertexIds.back() = t.value;
+      return true;
+    }
     case 20: case 40: case 41: case 42: {
       if (d.vertices.empty()) return false;
       double v = parseReal(t);
@@ -468,6 +474,8 @@ void finish(EntityRecord& rec, Scratch& s, EntityReadContext& ctx) {
     t->alignmentPoint = ocsToWorld(t->alignmentPoint, t->normal);
   }
   if (auto* b = std::get_if<host::BlockReference>(&d)) b->position = ocsToWorld(b->position, b->normal);
+  if (auto* lw = std::get_if<host::LwPolyline>(&d); lw && !rec.extras.vertexIds.empty())
+    rec.extras.vertexIds.resize(lw->vertices.size());
   if (auto* m = std::get_if<host::MText>(&d)) {
     m->text = decodeText(s.mtext, ctx.encoding);
     if (!s.mtextXDir && s.mtextHasAngle) {

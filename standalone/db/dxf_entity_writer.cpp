@@ -172,8 +172,15 @@ struct KindWriter {
     if (!widths) out().real(43, d.constantWidth);
     if (d.elevation != 0) out().real(38, d.elevation);
     if (d.thickness != 0) out().real(39, d.thickness);
-    for (const auto& v : d.vertices) {
+    // Vertex ids go back in order only while the count is the one read: after
+    // vertices were added or removed we cannot tell which id belongs where,
+    // and an id on the wrong vertex is worse than none, so then none are written.
+    const auto& ids = rec.extras.vertexIds;
+    bool writeIds = ids.size() == d.vertices.size();
+    for (std::size_t i = 0; i < d.vertices.size(); ++i) {
+      const auto& v = d.vertices[i];
       out().point2(10, v.x, v.y);
+      if (writeIds && !ids[i].empty()) out().tag(91, ids[i]);
       if (widths) {
         out().real(40, v.startWidth);
         out().real(41, v.endWidth);

@@ -52,6 +52,9 @@ struct EntityExtras {
   bool paperSpaceFlag = false;     // group 67 was 1
   TagList otherTags;  // full tags of an uninterpreted entity once its properties were changed
   std::vector<SubRecordKept> subRecords;  // only those with something kept
+  // 91 of each LWPOLYLINE vertex as read (R2010+), one per vertex, empty
+  // where a vertex had none; meaningful only while the vertex count is unchanged.
+  std::vector<std::string_view> vertexIds;
 };
 
 struct EntityRecord {

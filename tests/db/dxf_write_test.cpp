@@ -265,3 +265,40 @@ TEST(DxfWriteR12, StandInsForNewerKinds) {
 }
 
 }  // namespace
+
+namespace {
+
+// An R2010 lightweight polyline whose vertices carry ids 7, 8 and 9.
+const std::string kLwWithIds = dxf(
+    "0 LWPOLYLINE|5 70|330 1F|100 AcDbEntity|8 0|100 AcDbPolyline|90 3|70 0|43 0.0"
+    "|10 0.0|20 0.0|91 7|10 5.0|20 0.0|91 8|42 0.5|10 5.0|20 5.0|91 9");
+
+TEST(DxfWriteChanged, LightweightVertexIdsStayWhileTheCountIsTheSame) {
+  struct Case {
+    const char* what;
+    void (*change)(host::LwPolyline&);
+    bool idsExpected;
+  };
+  const Case cases[] = {
+      {"moved vertex", [](host::LwPolyline& p) { p.vertices[1].x = 6; }, true},
+      {"closed", [](host::LwPolyline& p) { p.closed = true; }, true},
+      {"vertex removed", [](host::LwPolyline& p) { p.vertices.erase(p.vertices.begin()); }, false},
+      {"vertex added", [](host::LwPolyline& p) { p.vertices.push_back({1, 1}); }, false},
+  };
+  for (const Case& c : cases) {
+    auto db = readDxf(drawing(kLwWithIds, "AC1024"));
+    auto e = first(db);
+    c.change(std::get<host::LwPolyline>(e.data));
+    ASSERT_EQ(db.write(e), host::ErrorStatus::eOk);
+    std::string out = writeDxf(db);
+    bool anyId = out.find(dxf("91 7")) != std::string::npos || out.find(dxf("91 8")) != std::string::npos;
+    EXPECT_EQ(anyId, c.idsExpected) << c.what;
+    if (c.idsExpected) {
+      EXPECT_NE(out.find(dxf("10 0.0|20 0.0|91 7")), std::string::npos) << c.what;
+      EXPECT_NE(out.find(dxf("20 0.0|91 8|42 0.5|10 5.0|20 5.0|91 9")), std::string::npos) << c.what;
+    }
+    EXPECT_EQ(std::get<host::LwPolyline>(first(readDxf(out)).data), std::get<host::LwPolyline>(e.data)) << c.what;
+  }
+}
+
+}  // namespace

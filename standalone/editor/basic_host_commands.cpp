@@ -49,11 +49,11 @@ class Zoom {
  public:
   void operator()(HostCommandContext& c) {
     CommandLine& ed = c.editor;
-    ed.initGet(host::RSG_OTHER, "All Center Extents Previous Scale Window");
+    ed.initGet(host::RSG_OTHER, "All Center Extents Previous Scale Window Object");
     ge::Point3d corner;
     int rc = ed.getPoint(nullptr,
                          "Specify corner of window, enter a scale factor (nX or nXP), or\n"
-                         "[All/Center/Extents/Previous/Scale/Window] <real time>: ",
+                         "[All/Center/Extents/Previous/Scale/Window/Object] <real time>: ",
                          corner);
     if (rc == host::RTNORM) return window(c, &corner);
     if (rc != host::RTKWORD) return;  // Enter (real time) or cancel: the view stays
@@ -64,6 +64,7 @@ class Zoom {
     if (input == "Center") return center(c);
     if (input == "Previous") return previous(c);
     if (input == "Window") return window(c, nullptr);
+    if (input == "Object") return object(c);
     if (input == "Scale") {
       std::string answer;
       if (ed.getString(false, "Enter a scale factor (nX or nXP): ", answer) != host::RTNORM) return;
@@ -91,12 +92,23 @@ class Zoom {
     else c.editor.print("Invalid window.\n");
   }
   void extents(HostCommandContext& c) {
-    std::optional<ge::Extents3d> ext = drawingExtents(c);
-    if (!ext) return;
-    std::optional<View> v = viewOfRectangle(c.view, ext->min, ext->max);
+    if (std::optional<ge::Extents3d> ext = drawingExtents(c)) show(c, *ext);
+  }
+  // The selected objects as large as they fit.
+  void object(HostCommandContext& c) {
+    std::vector<host::ObjectId> selection;
+    if (c.editor.ssget("", nullptr, nullptr, nullptr, selection) != host::RTNORM) return;
+    ge::Extents3d all;
+    for (host::ObjectId id : selection)
+      if (std::optional<host::Entity> e = c.drawing.read(id))
+        if (std::optional<ge::Extents3d> ext = entityExtents(c.drawing, c.curves, e->data)) all.add(*ext);
+    if (all.isValid()) show(c, all);
+  }
+  void show(HostCommandContext& c, const ge::Extents3d& ext) {
+    std::optional<View> v = viewOfRectangle(c.view, ext.min, ext.max);
     if (!v) {  // a single point: keep the height, move the centre
       v = c.view;
-      v->center = {ext->min.x, ext->min.y};
+      v->center = {ext.min.x, ext.min.y};
     }
     change(c, *v);
   }

@@ -59,6 +59,8 @@ EmbeddedHost::EmbeddedHost(DrawingDatabase drawing, std::ostream& out, EmbeddedH
       platform_(options.modulePath, [this](const std::string& note) { showNote(note); },
                 options.openPages),
       host_{editor_, drawing_, kernel_, sysvars_, registry_, runner_, demandLoad_, settings_, platform_} {
+  // The plug-in asks the curve services for the extents of block references too.
+  kernel_.setBlockContents(host::blockContentsOf(drawing_));
   addBasicHostCommands(runner_);
 }
 

@@ -235,7 +235,9 @@ ErrorStatus CurveKernel::getGeomExtents(const EntityData& e, ge::Extents3d& ext)
   std::optional<TextBox> box;
   if (auto* t = std::get_if<host::Text>(&e)) box = textBox(*t);
   else if (auto* mt = std::get_if<host::MText>(&e)) box = mtextBox(*mt);
-  else return ErrorStatus::eNotApplicable;  // block references: getBlockReferenceExtents, given their blocks
+  else if (auto* ref = std::get_if<host::BlockReference>(&e); ref && blocks_)
+    return getBlockReferenceExtents(*ref, blocks_, ext);
+  else return ErrorStatus::eNotApplicable;  // a block reference with no blocks to look in
   if (!box) return ErrorStatus::eDegenerateGeometry;  // empty text or no usable height
   ext = {};
   for (const ge::Point3d& c : *box) ext.add(c);

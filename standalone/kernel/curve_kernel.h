@@ -21,6 +21,10 @@ class CurveKernel final : public host::CurveServices {
   CurveKernel(const CurveKernel&) = delete;
   CurveKernel& operator=(const CurveKernel&) = delete;
 
+  // Where block references find their blocks' contents, so that their
+  // extents can be given like any entity's (the host's drawing sets it).
+  void setBlockContents(host::BlockContentsLookup blocks) { blocks_ = std::move(blocks); }
+
   ErrorStatus getStartParam(const EntityData& c, double& param) const override;
   ErrorStatus getEndParam(const EntityData& c, double& param) const override;
   ErrorStatus getStartPoint(const EntityData& c, ge::Point3d& p) const override;
@@ -66,6 +70,7 @@ class CurveKernel final : public host::CurveServices {
   std::shared_ptr<const kernel::Path> pathFor(const EntityData& c) const;
   struct PathCache;
   std::unique_ptr<PathCache> cache_;
+  host::BlockContentsLookup blocks_;
 };
 
 }  // namespace standalone

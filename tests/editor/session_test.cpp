@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "host_fixture.h"
+#include "standalone/db/dxf_reader.h"
 
 namespace corvane_test {
 namespace {
@@ -90,6 +91,40 @@ TEST(Zoom, ExtentsIncludeTexts) {
   f.add(host::Text{{0, 9, 0}, {}, 1, "top"});      // height 1: its box reaches y = 10
   f.run("ZOOM E\n");
   EXPECT_DOUBLE_EQ(viewSize(f), 10);
+}
+
+TEST(Zoom, ObjectFitsTheSelectedObjects) {
+  HostFixture f;
+  f.add(host::Line{{0, 0, 0}, {100, 20, 0}});
+  host::ObjectId small = f.add(host::Line{{200, 0, 0}, {216, 4, 0}});
+  std::string t = f.run("ZOOM O #" + handleOf(small) + "\n\n");
+  EXPECT_THAT(t, HasSubstr("[All/Center/Extents/Previous/Scale/Window/Object] <real time>: O\nSelect objects: "));
+  EXPECT_DOUBLE_EQ(viewSize(f), 10);  // 16 wide at 1600x1000
+  host::ResBuf ctr;
+  f.host().sysvars().getVar("VIEWCTR", ctr);
+  EXPECT_EQ(std::get<ge::Point3d>(ctr.value), (ge::Point3d{208, 2, 0}));
+  f.run("ZOOM O\n\n");  // nothing selected: the view stays
+  EXPECT_DOUBLE_EQ(viewSize(f), 10);
+}
+
+// The curve services the plug-in sees give block references their extents,
+// looking the block up in the host's drawing.
+TEST(Zoom, BlockReferencesHaveExtentsThroughTheHostsCurveServices) {
+  test_support::ScriptedHost session("editor-blocks");
+  session.startHost(standalone::readDxf("0\nSECTION\n2\nBLOCKS\n0\nBLOCK\n8\n0\n2\nSTEP\n70\n0\n10\n0\n20\n0\n30\n0\n"
+                                        "0\nLINE\n8\n0\n10\n0\n20\n0\n30\n0\n11\n2\n21\n1\n31\n0\n0\nENDBLK\n8\n0\n"
+                                        "0\nENDSEC\n0\nSECTION\n2\nENTITIES\n0\nENDSEC\n0\nEOF\n"),
+                    session.root() / "corvane", [](standalone::EmbeddedHost&) {});
+  host::BlockReference ref;
+  ref.blockName = "STEP";
+  ref.position = {10, 10, 0};
+  ref.scale = {2, 2, 2};
+  ge::Extents3d ext;
+  ASSERT_EQ(session.host().host().curves.getGeomExtents(ref, ext), host::ErrorStatus::eOk);
+  EXPECT_EQ(ext.min, (ge::Point3d{10, 10, 0}));
+  EXPECT_EQ(ext.max, (ge::Point3d{14, 12, 0}));
+  ref.blockName = "MISSING";
+  EXPECT_NE(session.host().host().curves.getGeomExtents(ref, ext), host::ErrorStatus::eOk);
 }
 
 TEST(Zoom, ViewIsStoredInTheDrawingsActiveViewport) {

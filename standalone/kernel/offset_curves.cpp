@@ -100,6 +100,9 @@ ErrorStatus CurveKernel::getOffsetCurves(const EntityData& c, double distance, s
       return EntityData{o};
     }, results);
   }
+  // The host keeps an ellipse's axis ratio in 1e-6 .. 1; below that it is a
+  // line traced back and forth, whose offset would be all cusps.
+  if (auto* el = std::get_if<Ellipse>(&c); el && !(el->ratio >= 1e-6)) return ErrorStatus::eDegenerateGeometry;
   if (std::holds_alternative<Ellipse>(c) || std::holds_alternative<Spline>(c)) {
     auto path = pathOf(c);
     if (!path) return ErrorStatus::eInvalidInput;

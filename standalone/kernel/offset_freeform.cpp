@@ -1,6 +1,7 @@
 #include "standalone/kernel/offset_freeform.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 
@@ -77,30 +78,26 @@ std::vector<double> sampleParams(const ExactOffset& off, double from, double to,
 // splitting both into quarters until the parameters settle.
 std::pair<double, double> refineCrossing(const ExactOffset& off, double a0, double a1, double b0, double b1, double tol) {
   double ua = (a0 + a1) / 2, ub = (b0 + b1) / 2;
+  std::array<Vec2, 5> pa, pb;
   for (int iter = 0; iter < 60; ++iter) {
+    for (int k = 0; k <= 4; ++k) pa[k] = off.at2(a0 + (a1 - a0) * k / 4), pb[k] = off.at2(b0 + (b1 - b0) * k / 4);
+    if ((pa[0] - pa[4]).length() <= tol * 1e-3 && (pb[0] - pb[4]).length() <= tol * 1e-3) break;
     bool found = false;
     double best = 0;
-    double na0 = a0, na1 = a1, nb0 = b0, nb1 = b1;
+    int bi = 0, bj = 0;
     for (int i = 0; i < 4; ++i)
       for (int j = 0; j < 4; ++j) {
-        double sa0 = a0 + (a1 - a0) * i / 4, sa1 = a0 + (a1 - a0) * (i + 1) / 4;
-        double sb0 = b0 + (b1 - b0) * j / 4, sb1 = b0 + (b1 - b0) * (j + 1) / 4;
-        Seg s{off.at2(sa0), off.at2(sa1), 0}, t{off.at2(sb0), off.at2(sb1), 0};
+        Seg s{pa[i], pa[i + 1], 0}, t{pb[j], pb[j + 1], 0};
         for (Vec2 p : intersectSegs(s, t, tol)) {
-          double fa = s.fractionAt(p), fb = t.fractionAt(p);
-          double ca = sa0 + (sa1 - sa0) * fa, cb = sb0 + (sb1 - sb0) * fb;
+          double ca = a0 + (a1 - a0) * (i + s.fractionAt(p)) / 4, cb = b0 + (b1 - b0) * (j + t.fractionAt(p)) / 4;
           double score = std::abs(ca - ua) + std::abs(cb - ub);
-          if (!found || score < best) {
-            found = true, best = score;
-            na0 = sa0, na1 = sa1, nb0 = sb0, nb1 = sb1;
-            ua = ca, ub = cb;
-          }
+          if (!found || score < best) found = true, best = score, bi = i, bj = j, ua = ca, ub = cb;
         }
       }
     if (!found) break;
+    double na0 = a0 + (a1 - a0) * bi / 4, na1 = a0 + (a1 - a0) * (bi + 1) / 4;
+    double nb0 = b0 + (b1 - b0) * bj / 4, nb1 = b0 + (b1 - b0) * (bj + 1) / 4;
     a0 = na0, a1 = na1, b0 = nb0, b1 = nb1;
-    if ((off.at2(a0) - off.at2(a1)).length() <= tol * 1e-3 && (off.at2(b0) - off.at2(b1)).length() <= tol * 1e-3)
-      break;
   }
   return {ua, ub};
 }

@@ -436,13 +436,6 @@ struct KindWriter {
 
 }  // namespace
 
-const char* kindMissingIn(const host::EntityData& data, const std::string& version) {
-  if (hasSubclassMarkers(version)) return nullptr;
-  if (std::holds_alternative<host::Hatch>(data)) return "HATCH";
-  if (std::holds_alternative<host::Image>(data)) return "IMAGE";
-  return nullptr;
-}
-
 namespace {
 
 std::size_t subRecordCount(const host::EntityData& data) {
@@ -468,8 +461,11 @@ void giveSpareHandles(host::EntityData& data, const EntityWriteContext& ctx) {
 std::size_t spareHandlesNeeded(const EntityRecord& rec, const EntityWriteContext& ctx) {
   if (ctx.markers || !rec.raw.empty() || !ctx.handles) return 0;
   if (std::holds_alternative<host::LwPolyline>(rec.entity.data)) return subRecordCount(rec.entity.data);
-  if (auto standIn = r12StandIn(rec.entity.data)) return subRecordCount(*standIn);
-  return 0;
+  std::size_t needed = 0;
+  if (auto standIns = r12StandIns(rec.entity.data))
+    for (std::size_t i = 0; i < standIns->size(); ++i)  // the first takes the record's own handle
+      needed += subRecordCount((*standIns)[i]) + (i > 0 ? 1 : 0);
+  return needed;
 }
 
 void writeEntity(DxfOut& out, const EntityRecord& rec, const EntityWriteContext& ctx) {
@@ -482,14 +478,17 @@ void writeEntity(DxfOut& out, const EntityRecord& rec, const EntityWriteContext&
     return;
   }
   if (!ctx.markers) {
-    if (auto standIn = r12StandIn(rec.entity.data)) {
+    if (auto standIns = r12StandIns(rec.entity.data)) {
       EntityRecord copy = rec;
-      copy.entity.data = std::move(*standIn);
-      // Groups kept for the original kind mean nothing to the stand-in.
+      // Groups kept for the original kind mean nothing to the stand-ins.
       std::erase_if(copy.extras.kept, [](const KeptTag& k) { return k.anchor != kAnchorTail; });
       copy.extras.subRecords.clear();
-      giveSpareHandles(copy.entity.data, ctx);
-      writeEntity(out, copy, ctx);
+      for (std::size_t i = 0; i < standIns->size(); ++i) {
+        if (i > 0) copy.entity.id = {ctx.spareHandles && ctx.handles ? (*ctx.spareHandles)++ : 0};
+        copy.entity.data = std::move((*standIns)[i]);
+        giveSpareHandles(copy.entity.data, ctx);
+        writeEntity(out, copy, ctx);
+      }
       return;
     }
   }

@@ -28,9 +28,4 @@ std::size_t spareHandlesNeeded(const EntityRecord& rec, const EntityWriteContext
 // Writes one entity: its original bytes when unchanged, else regenerated.
 void writeEntity(DxfOut& out, const EntityRecord& rec, const EntityWriteContext& ctx);
 
-// Name of a kind this version of DXF can hold neither as itself nor as a
-// stand-in (R12: HATCH, IMAGE); nothing otherwise. R12 gets polylines for
-// ellipses and splines and single-line text for MTEXT.
-const char* kindMissingIn(const host::EntityData& data, const std::string& version);
-
 }  // namespace standalone

@@ -103,9 +103,6 @@ void Writer::plan() {
   std::size_t spare = 0;
   for (const auto& e : c_.entities) {
     if (e.erased) continue;
-    if (const char* missing = kindMissingIn(e.entity.data, c_.version); missing && e.raw.empty())
-      throw DxfError(0, std::string("a drawing of version ") + c_.version + " cannot hold " + missing +
-                            " entities; save it as a later DXF version");
     const char* name = host::dxfName(e.entity.data);
     for (std::size_t i = 0; i < std::size(kClasses); ++i)
       if (std::strcmp(kClasses[i].dxfName, name) == 0) ++counts[i];

@@ -114,9 +114,80 @@ std::string plainText(const std::string& m) {
   return out;
 }
 
-}  // namespace
+// Counter-clockwise sweep from angle a to angle b, in (0, 2 pi]: equal
+// angles are a full turn, as a hatch's circular edge from 0 to 360 is.
+double ccwSweep(double a, double b) {
+  constexpr double kTurn = 2 * std::numbers::pi;
+  double s = std::fmod(b - a, kTurn);
+  if (s <= 1e-12) s += kTurn;
+  return s;
+}
 
-std::optional<host::EntityData> r12StandIn(const host::EntityData& data) {
+// Signed sweep of a hatch arc or elliptic edge: negative when it runs clockwise.
+double edgeSweep(double start, double end, bool ccw) { return ccw ? ccwSweep(start, end) : -ccwSweep(end, start); }
+
+// Appends the vertices of one hatch edge, from its start up to (not
+// including) its end, which is where the next edge starts.
+void appendEdge(const host::HatchEdge& edge, std::vector<host::LwVertex>& out) {
+  if (auto* l = std::get_if<host::HatchLineEdge>(&edge)) {
+    out.push_back({l->start.x, l->start.y});
+  } else if (auto* a = std::get_if<host::HatchArcEdge>(&edge)) {
+    // A bulge cannot hold a full turn, so an arc is split in two halves.
+    double sweep = edgeSweep(a->startAngle, a->endAngle, a->counterClockwise);
+    for (int half = 0; half < 2; ++half) {
+      double at = a->startAngle + sweep * half / 2;
+      out.push_back({a->center.x + a->radius * std::cos(at), a->center.y + a->radius * std::sin(at),
+                     std::tan(sweep / 8)});
+    }
+  } else if (auto* e = std::get_if<host::HatchEllipseEdge>(&edge)) {
+    double sweep = edgeSweep(e->startAngle, e->endAngle, e->counterClockwise);
+    int count = std::max(4, static_cast<int>(std::ceil(kPointsPerTurn * std::fabs(sweep) / (2 * std::numbers::pi))));
+    for (int i = 0; i < count; ++i) {
+      double t = e->startAngle + sweep * i / count;
+      double c = std::cos(t), s = std::sin(t) * e->ratio;
+      out.push_back({e->center.x + e->majorAxis.x * c - e->majorAxis.y * s,
+                     e->center.y + e->majorAxis.y * c + e->majorAxis.x * s});
+    }
+  } else if (auto* sp = std::get_if<host::HatchSplineEdge>(&edge)) {
+    host::Spline curve;
+    curve.degree = sp->degree;
+    curve.knots = sp->knots;
+    curve.weights = sp->weights;
+    for (const auto& p : sp->controlPoints) curve.controlPoints.push_back({p.x, p.y, 0});
+    for (const auto& p : sp->fitPoints) curve.fitPoints.push_back({p.x, p.y, 0});
+    auto pts = splinePoints(curve);
+    for (std::size_t i = 0; i + 1 < pts.size(); ++i) out.push_back({pts[i].x, pts[i].y});
+  }
+}
+
+// One closed polyline per boundary path, in the hatch's plane. The fill
+// itself has no R12 form we could write without inventing geometry (old
+// hatches were blocks of pattern lines), so the boundaries carry the shape
+// and the layer; the drawing itself keeps the hatch.
+std::vector<host::EntityData> hatchOutlines(const host::Hatch& h) {
+  std::vector<host::EntityData> out;
+  for (const auto& path : h.paths) {
+    std::vector<host::LwVertex> vertices = path.polyline;
+    if (!(path.flags & 2))
+      for (const auto& edge : path.edges) appendEdge(edge, vertices);
+    if (vertices.empty()) continue;
+    host::Polyline2d p;
+    p.closed = (path.flags & 2) ? path.polylineClosed : true;
+    p.elevation = h.elevation;
+    p.normal = h.normal;
+    for (const auto& v : vertices) p.vertices.push_back({{v.x, v.y, h.elevation}, v.bulge, 0, 0, 0, 0, 0});
+    out.push_back(std::move(p));
+  }
+  return out;
+}
+
+// The image's frame: its corners are the outer corners of its corner pixels.
+host::EntityData imageFrame(const host::Image& im) {
+  ge::Vector3d across = im.uVector * im.widthPixels, up = im.vVector * im.heightPixels;
+  return polylineThrough({im.insertion, im.insertion + across, im.insertion + across + up, im.insertion + up}, true);
+}
+
+std::optional<host::EntityData> singleStandIn(const host::EntityData& data) {
   if (auto* e = std::get_if<host::Ellipse>(&data)) {
     bool full = std::fabs(e->endParam - e->startParam - 2 * std::numbers::pi) < 1e-9;
     return polylineThrough(ellipsePoints(*e), full);
@@ -133,6 +204,15 @@ std::optional<host::EntityData> r12StandIn(const host::EntityData& data) {
     t.rotation = std::atan2(m->xDirection.y, m->xDirection.x);
     return t;
   }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::vector<host::EntityData>> r12StandIns(const host::EntityData& data) {
+  if (auto* h = std::get_if<host::Hatch>(&data)) return hatchOutlines(*h);
+  if (auto* im = std::get_if<host::Image>(&data)) return std::vector<host::EntityData>{imageFrame(*im)};
+  if (auto one = singleStandIn(data)) return std::vector<host::EntityData>{std::move(*one)};
   return std::nullopt;
 }
 

@@ -110,14 +110,13 @@ class DxfSaveFailure : public ::testing::Test {
   const std::filesystem::path target_ = dir_ / "plan.dxf";
 };
 
-TEST_F(DxfSaveFailure, AnR12DrawingRefusesAHatchAndKeepsTheTarget) {
+TEST_F(DxfSaveFailure, ATargetThatCannotBeReplacedIsLeftAsItWas) {
+  // A folder in the file's place: the new file is written beside it, cannot
+  // take its name, and goes again.
+  std::filesystem::create_directories(target_ / "inside");
   auto db = standalone::DrawingDatabase::createEmpty("AC1009");
-  standalone::saveDxf(db, target_);
-  std::string before = contents(target_);
-  host::Entity e = dbtest::entityOf(host::Hatch{});
-  db.append(e);
   EXPECT_THROW(standalone::saveDxf(db, target_), DxfError);
-  EXPECT_EQ(contents(target_), before);
+  EXPECT_TRUE(std::filesystem::is_directory(target_ / "inside"));
   EXPECT_EQ(filesInDir(), 1);
 }
 

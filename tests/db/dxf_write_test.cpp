@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"
@@ -299,6 +301,57 @@ TEST(DxfWriteChanged, LightweightVertexIdsStayWhileTheCountIsTheSame) {
     }
     EXPECT_EQ(std::get<host::LwPolyline>(first(readDxf(out)).data), std::get<host::LwPolyline>(e.data)) << c.what;
   }
+}
+
+}  // namespace
+
+namespace {
+
+// R12 has no hatch and no image: a hatch is saved as its boundaries, one
+// closed polyline each, an image as its frame; both on their own layer.
+TEST(DxfWriteR12, HatchBoundariesAndImageFrames) {
+  auto db = DrawingDatabase::createEmpty("AC1009");
+  host::HatchPath square{.flags = 3, .polyline = {{0, 0, 0.5}, {4, 0}, {4, 4}, {0, 4}}};
+  host::HatchPath slot{.edges = {host::HatchLineEdge{{10, 0}, {12, 0}},
+                                 host::HatchArcEdge{{12, 1}, 1, -std::numbers::pi / 2, std::numbers::pi / 2, true},
+                                 host::HatchLineEdge{{12, 2}, {10, 2}},
+                                 host::HatchArcEdge{{10, 1}, 1, std::numbers::pi / 2, 3 * std::numbers::pi / 2, true}}};
+  host::HatchPath ring{.edges = {host::HatchArcEdge{{20, 0}, 3, 0, 0, false}}};
+  host::Entity hatch = entityOf(host::Hatch{.paths = {square, slot, ring}});
+  hatch.props.layer = "FILL";
+  host::Entity image = entityOf(host::Image{.insertion = {1, 2, 0}, .uVector = {0.01, 0, 0}, .vVector = {0, 0.02, 0},
+                                            .widthPixels = 300, .heightPixels = 100, .imageDefHandle = 0x99});
+  ASSERT_EQ(db.append(hatch), host::ErrorStatus::eOk);
+  ASSERT_EQ(db.append(image), host::ErrorStatus::eOk);
+  auto back = readDxf(writeDxf(db));
+  auto ids = back.entitiesOf(back.modelSpace());
+  ASSERT_EQ(ids.size(), 4u);
+  std::vector<const host::Polyline2d*> pl;
+  for (auto id : ids) {
+    pl.push_back(std::get_if<host::Polyline2d>(&back.peek(id)->data));
+    ASSERT_TRUE(pl.back() && pl.back()->closed);
+    EXPECT_EQ(back.peek(id)->props.layer, id == ids.back() ? "0" : "FILL");
+  }
+  EXPECT_EQ(ids[0], hatch.id);
+  EXPECT_EQ(pl[0]->vertices.size(), 4u);
+  EXPECT_EQ(pl[0]->vertices[0].bulge, 0.5);
+  // The slot: each half circle is split in two quarter arcs (bulge tan(pi/8)).
+  ASSERT_EQ(pl[1]->vertices.size(), 6u);
+  EXPECT_EQ(pl[1]->vertices[1].position, (ge::Point3d{12, 0, 0}));
+  EXPECT_NEAR(pl[1]->vertices[2].position.x, 13, 1e-12);
+  EXPECT_NEAR(pl[1]->vertices[2].position.y, 1, 1e-12);
+  EXPECT_NEAR(pl[1]->vertices[1].bulge, std::tan(std::numbers::pi / 8), 1e-12);
+  // A clockwise full circle: two half turns with a negative bulge.
+  ASSERT_EQ(pl[2]->vertices.size(), 2u);
+  EXPECT_NEAR(pl[2]->vertices[1].position.x, 17, 1e-12);
+  EXPECT_NEAR(pl[2]->vertices[0].bulge, -1, 1e-12);
+  std::vector<ge::Point3d> corners;
+  for (const auto& v : pl[3]->vertices) corners.push_back(v.position);
+  const std::vector<ge::Point3d> frame{{1, 2, 0}, {4, 2, 0}, {4, 4, 0}, {1, 4, 0}};
+  ASSERT_EQ(corners.size(), frame.size());
+  for (std::size_t i = 0; i < frame.size(); ++i) EXPECT_NEAR(corners[i].distanceTo(frame[i]), 0, 1e-12) << i;
+  // The drawing itself keeps the hatch.
+  EXPECT_TRUE(std::holds_alternative<host::Hatch>(db.peek(hatch.id)->data));
 }
 
 }  // namespace

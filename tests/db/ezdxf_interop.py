@@ -292,9 +292,13 @@ def new_drawing(tool, work, version):
     kinds = sorted(e.dxftype() for e in doc.modelspace())
     expected = ["ARC", "CIRCLE", "ELLIPSE", "HATCH", "HELIX", "LINE", "LWPOLYLINE", "MTEXT", "POINT", "POLYLINE",
                 "POLYLINE", "SPLINE", "TEXT"]
-    if version == "R12":  # stand-ins for what R12 lacks; no hatch
-        expected = ["ARC", "CIRCLE", "LINE", "POINT", "POLYLINE", "POLYLINE", "POLYLINE", "POLYLINE", "POLYLINE",
-                    "POLYLINE", "TEXT", "TEXT"]
+    if version == "R12":  # stand-ins for what R12 lacks, the hatch's boundary and the image's frame among them
+        expected = ["ARC", "CIRCLE", "LINE", "POINT"] + ["POLYLINE"] * 8 + ["TEXT", "TEXT"]
+        frames = [[tuple(v.dxf.location)[:2] for v in p.vertices] for p in doc.modelspace().query("POLYLINE")
+                  if p.is_closed]
+        check([(0, 0), (2, 0), (2, 2)] in frames, f"{version}: hatch boundary missing among {frames}")
+        check([(5, 5), (11.4, 5), (11.4, 9.8), (5, 9.8)] in [[rounded(p) for p in f] for f in frames],
+              f"{version}: image frame missing among {frames}")
     check(kinds == expected, f"{version}: new drawing holds {kinds}")
     check("MADE HERE" in [l.dxf.name for l in doc.layers], f"{version}: layer of new entities missing")
     if version != "R12":

@@ -3,7 +3,8 @@
 // LWPOLYLINE and a fit-point SPLINE, and saves. Prints the handles it touched.
 // With --rewrite-all every interpreted entity is also written back unchanged,
 // so the whole drawing is regenerated from the records instead of copied.
-// With --new VERSION OUT.dxf it writes a new drawing with every kind made here.
+// With --new VERSION OUT.dxf it writes a new drawing with every kind made here
+// (R12: with an image, whose frame is all that version can hold).
 #include <cstdio>
 #include <exception>
 #include <string_view>
@@ -32,8 +33,11 @@ int makeNewDrawing(const char* version, const char* out) {
                                       host::PointEntity{{1, 2, 3}},
                                       host::Hatch{.paths = {{.flags = 3,
                                                              .polyline = {{0, 0, 0}, {2, 0, 0.5}, {2, 2, 0}}}}}};
+  // An image needs its definition object in later versions; R12 gets only its frame.
+  if (db.version() == "AC1009")
+    kinds.push_back(host::Image{.insertion = {5, 5, 0}, .uVector = {0.01, 0, 0}, .vVector = {0, 0.01, 0},
+                                .widthPixels = 640, .heightPixels = 480});
   for (auto& data : kinds) {
-    if (db.version() == "AC1009" && std::holds_alternative<host::Hatch>(data)) continue;
     host::Entity e;
     e.props.layer = "MADE HERE";
     e.data = data;

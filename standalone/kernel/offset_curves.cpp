@@ -51,11 +51,23 @@ Pline2 plineOfLw(const host::LwPolyline& pl) {
   return p;
 }
 
-ErrorStatus offsetPolyline(const Pline2& src, const host::EntityData& e, double d, auto make,
+// Scale of a planar polyline for its tolerances, from its vertices: arcs
+// bulge past them by no more than their chords, which leaves the magnitude.
+std::optional<double> vertexScale(const Pline2& pl, double elevation) {
+  ge::Extents3d e;
+  for (const auto& v : pl.vertices) {
+    if (!std::isfinite(v.p.x) || !std::isfinite(v.p.y) || !std::isfinite(v.bulge)) return std::nullopt;
+    e.add(ge::Point3d{v.p.x, v.p.y, elevation});
+  }
+  if (!std::isfinite(elevation)) return std::nullopt;
+  return geometryScale(e);
+}
+
+ErrorStatus offsetPolyline(const Pline2& src, double elevation, double d, auto make,
                            std::vector<host::EntityData>& out) {
-  auto path = pathOf(e);
-  if (!path) return ErrorStatus::eInvalidInput;
-  double tol = pointTolerance(pathScale(*path));
+  std::optional<double> scale = vertexScale(src, elevation);
+  if (!scale) return ErrorStatus::eInvalidInput;
+  double tol = pointTolerance(*scale);
   auto results = offsetPline(src, d, tol);
   if (results.empty()) return ErrorStatus::eInvalidOffset;
   for (const auto& r : results) out.push_back(make(r));
@@ -71,10 +83,9 @@ ErrorStatus CurveKernel::getOffsetCurves(const EntityData& c, double distance, s
   if (auto* ci = std::get_if<Circle>(&c)) return offsetRound(*ci, distance, results);
   if (auto* a = std::get_if<Arc>(&c)) return offsetRound(*a, distance, results);
   if (auto* lw = std::get_if<LwPolyline>(&c)) {
-    return offsetPolyline(plineOfLw(*lw), c, distance, [&](const Pline2& r) {
-      LwPolyline o = *lw;
-      o.vertices.clear();
-      o.constantWidth = 0;
+    return offsetPolyline(plineOfLw(*lw), lw->elevation, distance, [&](const Pline2& r) {
+      LwPolyline o;  // the source's plane and flags, not its vertices or widths
+      o.plinegen = lw->plinegen, o.elevation = lw->elevation, o.thickness = lw->thickness, o.normal = lw->normal;
       o.closed = r.closed;
       for (const auto& v : r.vertices) o.vertices.push_back({v.p.x, v.p.y, v.bulge});
       return EntityData{o};
@@ -85,7 +96,7 @@ ErrorStatus CurveKernel::getOffsetCurves(const EntityData& c, double distance, s
     src.closed = p2->closed;
     for (const auto& v : p2->vertices)
       if (!(p2->splineFit && (v.flags & kVertexSplineFrame))) src.vertices.push_back({{v.position.x, v.position.y}, v.bulge});
-    return offsetPolyline(src, c, distance, [&](const Pline2& r) {
+    return offsetPolyline(src, p2->elevation, distance, [&](const Pline2& r) {
       Polyline2d o;
       o.closed = r.closed;
       o.elevation = p2->elevation;

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "standalone/db/attribute_placement.h"
 #include "standalone/db/dxf_hatch.h"
 #include "standalone/db/dxf_subrecords.h"
 #include "standalone/db/entity_props.h"
@@ -496,6 +497,7 @@ EntityRecord readEntity(TagReader& reader, const RawTag& first, EntityReadContex
   if (kind == Kind::kPolyline) readPolylineVertices(reader, rec, ctx, body.scratch().polylineFlags);
   if (kind == Kind::kInsert || nextIs(reader, "ATTRIB")) readAttributes(reader, rec, ctx);
   if (kind != Kind::kOther) finish(rec, body.scratch(), ctx);
+  if (auto* ref = std::get_if<host::BlockReference>(&rec.entity.data)) rec.extras.attributeBase = placementOf(*ref);
   if (std::holds_alternative<host::OtherEntity>(rec.entity.data)) rec.extras.kept.clear();
   rec.raw = std::string_view(first.start, static_cast<std::size_t>(reader.position() - first.start));
   return rec;

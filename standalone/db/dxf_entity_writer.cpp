@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "standalone/db/attribute_placement.h"
 #include "standalone/db/dxf_hatch.h"
 #include "standalone/db/dxf_tags.h"
 #include "standalone/db/entity_props.h"
@@ -498,7 +499,14 @@ void writeEntity(DxfOut& out, const EntityRecord& rec, const EntityWriteContext&
                     (!ctx.markers && std::holds_alternative<host::LwPolyline>(rec.entity.data));
   std::visit(KindWriter{e, rec, ctx}, rec.entity.data);
   if (!subRecords) e.finish();
-  if (std::holds_alternative<host::BlockReference>(rec.entity.data)) out.raw(rec.extras.attributeTail);
+  if (auto* ref = std::get_if<host::BlockReference>(&rec.entity.data); ref && !rec.extras.attributeTail.empty()) {
+    if (placementOf(*ref) == rec.extras.attributeBase) {
+      out.raw(rec.extras.attributeTail);
+    } else {
+      for (const Tag& t : attributesMoved(rec.extras.attributeTail, rec.extras.attributeBase, placementOf(*ref)))
+        out.tag(t.code, t.value);
+    }
+  }
 }
 
 }  // namespace standalone

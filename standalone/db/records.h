@@ -42,13 +42,23 @@ struct SubRecordKept {
   std::vector<KeptTag> kept;
 };
 
+// Where a block reference puts its block: what its attributes move with.
+struct InsertPlacement {
+  ge::Point3d position;  // WCS
+  ge::Vector3d scale{1, 1, 1};
+  double rotation = 0;  // radians about the normal
+  ge::Vector3d normal = ge::kZAxis;
+  bool operator==(const InsertPlacement&) const = default;
+};
+
 // Per-entity data the record types of host/entity.h do not hold.
 struct EntityExtras {
   std::vector<std::uint64_t> reactors;  // 102 {ACAD_REACTORS
   std::uint64_t extensionDictionary = 0;  // 102 {ACAD_XDICTIONARY
   std::vector<std::string_view> markers;  // subclass markers of the original, in order
   std::vector<KeptTag> kept;
-  std::string_view attributeTail;  // ATTRIB ... SEQEND after an INSERT, written back verbatim
+  std::string_view attributeTail;  // ATTRIB ... SEQEND after an INSERT, as read
+  InsertPlacement attributeBase;   // the INSERT's placement when its attributes were read
   bool paperSpaceFlag = false;     // group 67 was 1
   TagList otherTags;  // full tags of an uninterpreted entity once its properties were changed
   std::vector<SubRecordKept> subRecords;  // only those with something kept

@@ -10,6 +10,7 @@ and every record we did not touch must have the same tags.
 usage: ezdxf_interop.py ROUNDTRIP_TOOL WORK_DIR
 """
 import json
+import math
 import os
 import re
 import subprocess
@@ -60,6 +61,10 @@ def build(version, path):
     blk.add_attdef("TAG", (0, 0.5))
     ref = msp.add_blockref("DOOR", (10, 10), dxfattribs={"xscale": 2, "rotation": 45})
     ref.add_attrib("TAG", "door-1", (10, 10.5))
+    centred = ref.add_attrib("NOTE", "centred", (11, 9), dxfattribs={"height": 0.5, "width": 0.8, "oblique": 15,
+                                                                      "rotation": 30})
+    centred.dxf.halign = 1
+    centred.dxf.align_point = (12, 9.5)
     dim = msp.add_linear_dim(base=(0, 3), p1=(0, 0), p2=(4, 0))
     dim.render()
     if modern:
@@ -279,6 +284,62 @@ def rewrite_all(tool, work, version):
     print(f"{version}: {compared} regenerated entities read the same")
 
 
+# New placements of the block references with attributes: shift, turn (degrees), scales.
+PLACEMENTS = {"moved": (3, -2, 0, 1, 1, 1), "turned": (0, 0, 90, 1, 1, 1), "scaled": (1, 1, 20, 2, 2, 2),
+              "stretched": (0, 0, 0, 3, 0.5, 1), "mirrored": (0, 0, 0, -1, 1, 1), "flipped": (2, 0, 45, 1, -2, 1)}
+
+
+def text_frame(attrib):
+    """An attribute's insertion and alignment points, baseline vector (length
+    height x width) and upright vector (length height, slanted by the oblique
+    angle), in WCS."""
+    ocs = attrib.ocs()
+    dxf = attrib.dxf
+    h, w = dxf.get("height", 1.0), dxf.get("width", 1.0)
+    x_dir = ocs.to_wcs(ezdxf.math.Vec3.from_deg_angle(dxf.get("rotation", 0.0)))
+    y_dir = ezdxf.math.Vec3(dxf.get("extrusion", (0, 0, 1))).normalize().cross(x_dir)
+    slant = math.tan(math.radians(dxf.get("oblique", 0.0)))
+    return (ocs.to_wcs(dxf.insert), ocs.to_wcs(dxf.get("align_point", dxf.insert)), x_dir * (h * w),
+            (y_dir + x_dir * slant) * h)
+
+
+def near(a, b):
+    return all(abs(x - y) < 1e-9 for x, y in zip(a, b))
+
+
+def placed_attributes(tool, work, version):
+    """Block references moved through their record carry their attributes
+    along: each attribute's points and text vectors are the old ones mapped by
+    the change of the reference's block-to-world transform (ezdxf's own)."""
+    src = os.path.join(work, f"in_{version}.dxf")
+    before = ezdxf.readfile(src)
+    refs = [r for r in before.modelspace().query("INSERT") if r.attribs]
+    for name, numbers in PLACEMENTS.items():
+        dst = os.path.join(work, f"placed_{name}_{version}.dxf")
+        if run_tool(tool, f"{version}: {name} inserts", src, dst, "--place-inserts", *map(str, numbers)) is None:
+            continue
+        after = ezdxf.readfile(dst)
+        for ref in refs:
+            moved = after.entitydb.get(ref.dxf.handle)
+            old_to_block = ref.matrix44()
+            old_to_block.inverse()
+            new_to_world = moved.matrix44()
+            for old, new in zip(ref.attribs, moved.attribs):
+                def mapped(p, direction=False):
+                    q = old_to_block.transform_direction(p) if direction else old_to_block.transform(p)
+                    return new_to_world.transform_direction(q) if direction else new_to_world.transform(q)
+                ins, align, x_vec, y_vec = text_frame(old)
+                got = text_frame(new)
+                want_x = mapped(x_vec, True)
+                want_y = mapped(y_vec, True)
+                # The upright vector's part across the baseline is the height; along it, the slant.
+                want = (mapped(ins), mapped(align), want_x, want_y)
+                ok = all(near(g, w) for g, w in zip(got, want))
+                check(ok, f"{version}: {name}: attribute {old.dxf.tag}\n  got  {got}\n  want {want}")
+        check(not after.audit().has_errors, f"{version}: {name}: audit errors")
+    print(f"{version}: attributes follow {len(PLACEMENTS)} placements of {len(refs)} block references")
+
+
 ACADVER = {"R12": "AC1009", "R2000": "AC1015", "R2004": "AC1018", "R2007": "AC1021", "R2010": "AC1024",
            "R2013": "AC1027", "R2018": "AC1032"}
 
@@ -318,6 +379,7 @@ def main():
     for version in VERSIONS:
         run_version(tool, work, version)
         rewrite_all(tool, work, version)
+        placed_attributes(tool, work, version)
     if failures:
         print(f"{len(failures)} failures")
         sys.exit(1)

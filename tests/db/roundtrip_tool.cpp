@@ -3,9 +3,12 @@
 // LWPOLYLINE and a fit-point SPLINE, and saves. Prints the handles it touched.
 // With --rewrite-all every interpreted entity is also written back unchanged,
 // so the whole drawing is regenerated from the records instead of copied.
+// With IN OUT --place-inserts DX DY ROT SX SY SZ the block references with
+// attributes are moved instead (see placeInserts).
 // With --new VERSION OUT.dxf it writes a new drawing with every kind made here
 // (R12: with an image, whose frame is all that version can hold).
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <string_view>
 #include <vector>
@@ -49,7 +52,34 @@ int makeNewDrawing(const char* version, const char* out) {
 
 }  // namespace
 
+// Moves every block reference of model space that has attributes: shifted by
+// (dx, dy), turned by rot degrees, its scales multiplied by (sx, sy, sz).
+int placeInserts(const char* in, const char* out, char** numbers) {
+  double v[6];
+  for (int i = 0; i < 6; ++i) v[i] = std::strtod(numbers[i], nullptr);
+  auto db = standalone::loadDxf(in);
+  for (auto id : db.entitiesOf(db.modelSpace())) {
+    auto e = db.read(id);
+    auto* ref = std::get_if<host::BlockReference>(&e->data);
+    if (!ref || !ref->hasAttributes) continue;
+    ref->position = ref->position + ge::Vector3d{v[0], v[1], 0};
+    ref->rotation += v[2] * 3.14159265358979323846 / 180;
+    ref->scale = {ref->scale.x * v[3], ref->scale.y * v[4], ref->scale.z * v[5]};
+    db.write(*e);
+  }
+  standalone::saveDxf(db, out);
+  return 0;
+}
+
 int main(int argc, char** argv) {
+  if (argc == 10 && std::string_view(argv[3]) == "--place-inserts") {
+    try {
+      return placeInserts(argv[1], argv[2], argv + 4);
+    } catch (const std::exception& e) {
+      std::fprintf(stderr, "%s\n", e.what());
+      return 1;
+    }
+  }
   if (argc == 4 && std::string_view(argv[1]) == "--new") {
     try {
       return makeNewDrawing(argv[2], argv[3]);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+
 namespace standalone::kernel {
 
 namespace {
@@ -35,34 +36,9 @@ std::vector<Box2> boxesOf(const std::vector<Pline2>& loops) {
   return out;
 }
 
-// Crossing of the ray from p towards +x by the chord a→b: +1 upwards with p
-// on its left, -1 downwards with p on its right (half-open in y, so a ray
-// through a vertex counts once).
-int chordCrossing(Vec2 a, Vec2 b, Vec2 p) {
-  double side = (b - a).cross(p - a);
-  if (a.y <= p.y) return b.y > p.y && side > 0 ? 1 : 0;
-  return b.y <= p.y && side < 0 ? -1 : 0;
-}
-
-// An arc turns about p as its chord does, plus one whole turn (in the arc's
-// sense) when p lies between the chord and the arc.
-int arcCorrection(const Seg& s, Vec2 p) {
-  if ((s.b - s.a).length() == 0) return 0;
-  Arc2 c = s.arc();
-  if ((p - c.c).length() >= c.r) return 0;
-  double side = (s.b - s.a).cross(p - s.a);
-  // A counter-clockwise arc lies to the right of its chord, a clockwise one to the left.
-  if (c.sweep > 0) return side < 0 ? 1 : 0;
-  return side > 0 ? -1 : 0;
-}
-
 int windingAbout(const Pline2& loop, Vec2 p) {
   int w = 0;
-  for (size_t i = 0; i < loop.segmentCount(); ++i) {
-    Seg s = segmentOf(loop, i);
-    w += chordCrossing(s.a, s.b, p);
-    if (s.isArc()) w += arcCorrection(s, p);
-  }
+  for (size_t i = 0; i < loop.segmentCount(); ++i) w += windingContribution(segmentOf(loop, i), p);
   return w;
 }
 
@@ -77,7 +53,15 @@ OffsetClearance::OffsetClearance(const Pline2& source, std::vector<Pline2> kites
   need_ = std::abs(d) - margin_;
 }
 
-bool OffsetClearance::clear(Vec2 p) const { return farFromSource(p) && !insideAKite(p); }
+bool OffsetClearance::clear(Vec2 p) const {
+  if (!farFromSource(p) || insideAKite(p)) return false;
+  return !loop_ || (loop_->windingAt(p) == 0) == outside_;
+}
+
+void OffsetClearance::keepSide(const Pline2& source, bool outside) {
+  loop_ = std::make_unique<WindingCounter>(source);
+  outside_ = outside;
+}
 
 bool OffsetClearance::farFromSource(Vec2 p) const {
   bool ok = true;

@@ -195,9 +195,9 @@ RawOffset rawOffset(const Pline2& source, double d, double tol) {
   size_t joinCount = n < 2 ? 0 : (source.closed ? n : n - 1);
   for (size_t k = 0; k < joinCount; ++k) fills[k] = joinCorner(moved[k], moved[(k + 1) % n], d, tol);
   RawOffset out;
-  out.path.closed = source.closed;
+  out.paths.emplace_back().closed = source.closed;
   auto add = [&](const Seg& seg, RawRole role, size_t origin) {
-    if ((seg.b - seg.a).length() > 0) out.path.pieces.push_back({seg, role, origin});
+    if ((seg.b - seg.a).length() > 0) out.paths.front().pieces.push_back({seg, role, origin});
   };
   size_t nextOrigin = n;  // ids beyond the moved pieces' for the corner arcs and bridges
   for (size_t k = 0; k < n; ++k) {
@@ -216,6 +216,48 @@ RawOffset rawOffset(const Pline2& source, double d, double tol) {
     }
   }
   return out;
+}
+
+RawOffset rawOffsetBothSides(const Pline2& source, double d, double tol) {
+  RawOffset out = rawOffset(source, d, tol);
+  Pline2 reversed;
+  reversed.closed = source.closed;
+  size_t n = source.vertices.size();
+  // Segment k of the reversed loop is segment n-1-k run backwards.
+  for (size_t k = 0; k < n; ++k)
+    reversed.vertices.push_back({source.vertices[(n - k) % n].p, -source.vertices[(2 * n - k - 1) % n].bulge});
+  RawOffset other = rawOffset(reversed, d, tol);
+  size_t originShift = 0;
+  for (const auto& p : out.paths.front().pieces) originShift = std::max(originShift, p.origin + 1);
+  for (auto& p : other.paths.front().pieces) p.origin += originShift;
+  out.paths.push_back(std::move(other.paths.front()));
+  out.kites.insert(out.kites.end(), other.kites.begin(), other.kites.end());
+  return out;
+}
+
+bool crossesItself(const Pline2& pl, double tol) {
+  size_t n = pl.segmentCount();
+  std::vector<Seg> segs;
+  std::vector<Box2> boxes;
+  for (size_t i = 0; i < n; ++i) {
+    segs.push_back(segmentOf(pl, i));
+    Box2 b = segmentBox(segs.back());
+    boxes.push_back({b.minX - tol, b.minY - tol, b.maxX + tol, b.maxY + tol});
+  }
+  SpatialGrid grid(boxes);
+  bool crosses = false;
+  for (size_t i = 0; i < n && !crosses; ++i)
+    grid.query(boxes[i], [&](size_t j) {
+      if (j <= i) return false;
+      bool next = j == i + 1, wrap = pl.closed && i == 0 && j == n - 1;
+      for (Vec2 p : intersectSegs(segs[i], segs[j], tol)) {
+        if (next && (p - segs[i].b).length() <= tol) continue;
+        if (wrap && (p - segs[i].a).length() <= tol) continue;
+        crosses = true;
+      }
+      return crosses;
+    });
+  return crosses;
 }
 
 }  // namespace standalone::kernel

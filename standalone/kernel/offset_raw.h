@@ -31,7 +31,9 @@ struct RawPath {
 };
 
 struct RawOffset {
-  RawPath path;
+  // One path; two for a closed source that crosses itself, the second along
+  // the other side, run backwards so that both go the same way round.
+  std::vector<RawPath> paths;
   // Each extended corner as a closed loop: source vertex, end of the first
   // segment, meeting point, start of the second.
   std::vector<Pline2> kites;
@@ -40,5 +42,13 @@ struct RawOffset {
 // Raw offset at signed distance d (positive to the right of the direction of
 // travel); tol is the point tolerance of the geometry.
 RawOffset rawOffset(const Pline2& source, double d, double tol);
+
+// The raw offsets on both sides of a closed source (the second is the
+// reversed source's), for a source that crosses itself.
+RawOffset rawOffsetBothSides(const Pline2& source, double d, double tol);
+
+// Does the polyline cross or touch itself anywhere but where neighbouring
+// segments meet?
+bool crossesItself(const Pline2& pl, double tol);
 
 }  // namespace standalone::kernel

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <numbers>
 
-#include "standalone/kernel/offset_clearance.h"
 #include "standalone/kernel/spatial_grid.h"
 
 namespace standalone::kernel {
@@ -18,31 +17,40 @@ struct Piece {
 };
 using Slice = std::vector<Piece>;
 
-// Fractions along every raw piece where it crosses another. Bridges are
-// skipped: they lie in the cleared region everywhere but at their ends,
-// which are cuts anyway.
-std::vector<std::vector<double>> crossings(const RawPath& path, double tol) {
-  const auto& pieces = path.pieces;
-  size_t n = pieces.size();
+// Fractions along every raw piece where it crosses another, path by path.
+// Bridges are skipped: they lie in the cleared region everywhere but at
+// their ends, which are cuts anyway.
+std::vector<std::vector<std::vector<double>>> crossings(const std::vector<RawPath>& paths, double tol) {
+  struct Placed {
+    size_t path, index;
+  };
+  std::vector<Placed> all;
   std::vector<Box2> boxes;
-  for (const auto& p : pieces) {
-    Box2 b = segmentBox(p.seg);
-    boxes.push_back({b.minX - tol, b.minY - tol, b.maxX + tol, b.maxY + tol});
-  }
-  std::vector<std::vector<double>> cuts(n);
+  for (size_t p = 0; p < paths.size(); ++p)
+    for (size_t i = 0; i < paths[p].pieces.size(); ++i) {
+      all.push_back({p, i});
+      Box2 b = segmentBox(paths[p].pieces[i].seg);
+      boxes.push_back({b.minX - tol, b.minY - tol, b.maxX + tol, b.maxY + tol});
+    }
+  auto pieceOf = [&](const Placed& x) -> const RawPiece& { return paths[x.path].pieces[x.index]; };
+  std::vector<std::vector<std::vector<double>>> cuts(paths.size());
+  for (size_t p = 0; p < paths.size(); ++p) cuts[p].resize(paths[p].pieces.size());
   SpatialGrid grid(boxes);
-  for (size_t i = 0; i < n; ++i) {
-    if (pieces[i].role == RawRole::Bridge) continue;
+  for (size_t i = 0; i < all.size(); ++i) {
+    if (pieceOf(all[i]).role == RawRole::Bridge) continue;
     grid.query(boxes[i], [&](size_t j) {
-      if (j <= i || pieces[j].role == RawRole::Bridge) return false;
-      const Seg &s = pieces[i].seg, &t = pieces[j].seg;
-      bool next = j == i + 1, wrap = path.closed && i == 0 && j == n - 1;
+      if (j <= i || pieceOf(all[j]).role == RawRole::Bridge) return false;
+      const Seg &s = pieceOf(all[i]).seg, &t = pieceOf(all[j]).seg;
+      const RawPath& path = paths[all[i].path];
+      bool samePath = all[i].path == all[j].path;
+      bool next = samePath && all[j].index == all[i].index + 1;
+      bool wrap = samePath && path.closed && all[i].index == 0 && all[j].index + 1 == path.pieces.size();
       for (Vec2 p : intersectSegs(s, t, tol)) {
         // Neighbours always touch at their shared vertex; that is no crossing.
         if (next && (p - s.b).length() <= tol) continue;
         if (wrap && (p - s.a).length() <= tol) continue;
-        cuts[i].push_back(s.fractionAt(p));
-        cuts[j].push_back(t.fractionAt(p));
+        cuts[all[i].path][all[i].index].push_back(s.fractionAt(p));
+        cuts[all[j].path][all[j].index].push_back(t.fractionAt(p));
       }
       return false;
     });
@@ -244,14 +252,15 @@ Pline2 polylineOf(Slice chain, bool closedSource, double joinTol, double tol) {
 
 }  // namespace
 
-std::vector<Pline2> trimRawOffset(const RawOffset& raw, const Pline2& source, double d, double tol) {
-  if (source.segmentCount() == 0 || raw.path.pieces.empty()) return {};
-  auto cuts = crossings(raw.path, tol);
-  if (!source.closed) addEndCircleCrossings(raw.path, source, d, tol, cuts);
-  OffsetClearance clearance(source, raw.kites, d, tol);
+std::vector<Pline2> trimRawOffset(const RawOffset& raw, const Pline2& source, const OffsetClearance& clearance,
+                                  double d, double tol) {
+  if (source.segmentCount() == 0 || raw.paths.empty()) return {};
+  auto cuts = crossings(raw.paths, tol);
+  if (!source.closed) addEndCircleCrossings(raw.paths.front(), source, d, tol, cuts.front());
   std::vector<Slice> kept;
-  for (auto& slice : slicesOf(raw.path, std::move(cuts), tol))
-    if (keepsClear(slice, clearance)) kept.push_back(std::move(slice));
+  for (size_t p = 0; p < raw.paths.size(); ++p)
+    for (auto& slice : slicesOf(raw.paths[p], std::move(cuts[p]), tol))
+      if (keepsClear(slice, clearance)) kept.push_back(std::move(slice));
   if (kept.empty()) return {};
   double joinTol = 1e3 * tol;
   std::vector<Pline2> out;

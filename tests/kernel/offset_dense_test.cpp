@@ -193,6 +193,17 @@ std::vector<Case> cases() {
       out.push_back({"NoisyCircle" + kind + (d > 0 ? "Out" : "In") + std::to_string(int(std::abs(d) * 10)),
                      noisyCircle(3000, 0.6, closed, 7), d, closed && d != -12.0 ? 1 : 0});
   }
+  // Noise of 0.2 at chords of 0.1 makes the loop cross itself here and
+  // there: its sides swap at each crossing.
+  for (double d : {0.5, -0.5})
+    out.push_back({std::string("TwistedCircle") + (d > 0 ? "Out" : "In"), noisyCircle(3000, 0.2, true, 11), d,
+                   d > 0 ? 1 : 0});
+  // A square whose right side ties a knot: a small clockwise loop outside.
+  LwPolyline knot;
+  knot.closed = true;
+  knot.vertices = {{0, 0}, {20, 0}, {20, 8}, {26, 14}, {26, 10}, {20, 16}, {20, 20}, {0, 20}};
+  out.push_back({"KnotGrows", knot, 1.5, 1});
+  out.push_back({"KnotShrinks", knot, -0.5, 2});  // the knot's loop keeps an island
   out.push_back({"DumbbellNeckVanishes", denseDumbbell(40), -1.5, 2});
   out.push_back({"DumbbellNeckStays", denseDumbbell(40), -0.5, 1});
   out.push_back({"DumbbellGrows", denseDumbbell(40), 1.0, 1});

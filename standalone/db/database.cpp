@@ -4,6 +4,7 @@
 #include <cctype>
 #include <utility>
 
+#include "standalone/db/class_counts.h"
 #include "standalone/db/dxf_tags.h"
 #include "standalone/db/entity_props.h"
 #include "standalone/db/minimal_drawing.h"
@@ -93,6 +94,7 @@ DrawingDatabase::DrawingDatabase(DrawingContents contents) : c_(std::move(conten
   }
   for (const auto& e : c_.entities)
     if (e.entity.owner.value == c_.modelSpace) c_.lastEntity = e.entity.id.value;
+  c_.classInstancesAtLoad = classInstanceCounts(c_);
 }
 
 DrawingDatabase DrawingDatabase::createEmpty(std::string version) {

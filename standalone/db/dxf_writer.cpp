@@ -5,11 +5,13 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <set>
 
+#include "standalone/db/class_counts.h"
 #include "standalone/db/dxf_entity_writer.h"
 #include "standalone/db/dxf_out.h"
 #include "standalone/db/tag_record.h"
@@ -38,13 +40,27 @@ constexpr ClassFacts kClasses[] = {
     {"LAYOUT", "AcDbLayout", "ObjectDBX Classes", 0, false},
 };
 
-// What the writer adds to the drawing's own content: CLASS entries and layer
-// table entries that records made here need, with the handles they take.
+// Names of a symbol table's entries that records made or changed here use
+// but the table lacks; added in the file with the handles from firstHandle on.
+struct MissingEntries {
+  std::set<std::string> known;     // upper case, the table's and those added
+  std::vector<std::string> names;  // UTF-8, as the records spell them
+  std::uint64_t firstHandle = 0;
+
+  void note(const std::string& name) {
+    std::string upper = name;
+    for (char& ch : upper) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
+    if (known.insert(upper).second) names.push_back(name);
+  }
+};
+
+// What the writer adds to the drawing's own content: CLASS entries, layer
+// and linetype table entries that records made here need, with the handles
+// they take.
 struct Additions {
   std::vector<const ClassFacts*> classes;
   std::vector<std::size_t> classCounts;
-  std::vector<std::string> layers;  // UTF-8 names
-  std::uint64_t firstHandle = 0;  // of the layers
+  MissingEntries layers, linetypes;
   std::uint64_t spareHandle = 0;  // next one for records that exist only in the file
   std::uint64_t handleSeed = 0;
 };
@@ -63,6 +79,10 @@ class Writer {
   void entities(const std::vector<std::uint64_t>& handles);
   void objects();
   void record(const TagRecord& r);
+  void tags(const TagList& list) {
+    for (const Tag& t : list) out_.tag(t.code, t.value);
+  }
+  void addedEntries(const SymbolTable& t, const MissingEntries& added, const char* type);
   void beginSection(const char* name) {
     out_.tag(0, "SECTION");
     out_.tag(2, name);
@@ -93,12 +113,21 @@ void Writer::plan() {
   for (const auto& b : c_.blocks)
     if (b.begin.name.size() >= 12 && sameName(b.begin.name.substr(0, 12), "*Paper_Space")) ctx_.paperSpaces.insert(b.recordId);
 
-  std::set<std::string> known;
-  for (const auto& name : db_.layerNames()) {
-    std::string upper = name;
-    for (char& ch : upper) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
-    known.insert(upper);
+  for (const auto& name : db_.layerNames()) add_.layers.note(name);
+  add_.layers.names.clear();
+  // A linetype the table lacks gets an entry of its own, drawn solid until a
+  // definition is loaded: the entity keeps the name it was given, as it keeps
+  // a layer name the table lacks, rather than falling back to BYLAYER.
+  bool linetypeTable = false;
+  for (const auto& t : c_.tables) {
+    if (!sameName(t.head.name, "LTYPE")) continue;
+    linetypeTable = true;
+    for (std::size_t i : t.entries)
+      if (!c_.records[i].erased) add_.linetypes.note(c_.records[i].name);
   }
+  add_.linetypes.note("BYLAYER");
+  add_.linetypes.note("BYBLOCK");
+  add_.linetypes.names.clear();
   std::vector<std::size_t> counts(std::size(kClasses), 0);
   std::size_t spare = 0;
   for (const auto& e : c_.entities) {
@@ -108,9 +137,8 @@ void Writer::plan() {
       if (std::strcmp(kClasses[i].dxfName, name) == 0) ++counts[i];
     if (!e.raw.empty()) continue;
     spare += spareHandlesNeeded(e, ctx_);
-    std::string upper = e.entity.props.layer.empty() ? "0" : e.entity.props.layer;
-    for (char& ch : upper) ch = static_cast<char>(std::toupper(static_cast<unsigned char>(ch)));
-    if (known.insert(upper).second) add_.layers.push_back(e.entity.props.layer);
+    add_.layers.note(e.entity.props.layer.empty() ? "0" : e.entity.props.layer);
+    if (linetypeTable && !e.entity.props.linetype.empty()) add_.linetypes.note(e.entity.props.linetype);
   }
   for (const auto& r : c_.records)
     for (std::size_t i = 0; i < std::size(kClasses); ++i)
@@ -127,8 +155,9 @@ void Writer::plan() {
       }
     }
   }
-  add_.firstHandle = c_.nextHandle;
-  add_.spareHandle = c_.nextHandle + (c_.hasHandles ? add_.layers.size() : 0);
+  add_.layers.firstHandle = c_.nextHandle;
+  add_.linetypes.firstHandle = c_.nextHandle + (c_.hasHandles ? add_.layers.names.size() : 0);
+  add_.spareHandle = add_.linetypes.firstHandle + (c_.hasHandles ? add_.linetypes.names.size() : 0);
   add_.handleSeed = add_.spareHandle + spare;
   ctx_.spareHandles = &add_.spareHandle;
 }
@@ -163,7 +192,20 @@ void Writer::header() {
 
 void Writer::classes() {
   beginSection("CLASSES");
-  for (const auto& r : c_.classes) record(r);
+  // Counts as loaded stay as they were (an unchanged file comes out as it went
+  // in); a count the drawing has moved away from is rewritten.
+  std::vector<std::size_t> live = classInstanceCounts(c_);
+  for (std::size_t i = 0; i < c_.classes.size(); ++i) {
+    const TagRecord& r = c_.classes[i];
+    bool moved = i < c_.classInstancesAtLoad.size() && live[i] != c_.classInstancesAtLoad[i];
+    TagList list;
+    if (moved && !r.erased && c_.version >= "AC1018" && findValue(list = tagsOf(r), 91)) {
+      setValue(list, 91, std::to_string(live[i]));
+      tags(list);
+    } else {
+      record(r);
+    }
+  }
   for (std::size_t i = 0; i < add_.classes.size(); ++i) {
     const ClassFacts& f = *add_.classes[i];
     out_.tag(0, "CLASS");
@@ -181,36 +223,49 @@ void Writer::classes() {
 void Writer::tables() {
   beginSection("TABLES");
   for (const auto& t : c_.tables) {
-    bool layers = sameName(t.head.name, "LAYER") && !add_.layers.empty();
-    if (layers) {
+    const MissingEntries* added = sameName(t.head.name, "LAYER")   ? &add_.layers
+                                  : sameName(t.head.name, "LTYPE") ? &add_.linetypes
+                                                                   : nullptr;
+    if (added && !added->names.empty()) {
       TagList head = tagsOf(t.head);
-      std::size_t live = add_.layers.size();
+      std::size_t live = added->names.size();
       for (std::size_t i : t.entries) live += c_.records[i].erased ? 0 : 1;
       setValue(head, 70, std::to_string(live), bodyStart(head));
-      for (const Tag& tag : head) out_.tag(tag.code, tag.value);
+      tags(head);
     } else {
       record(t.head);
     }
     for (std::size_t i : t.entries) record(c_.records[i]);
-    if (layers) {
-      std::uint64_t h = add_.firstHandle;
-      for (const auto& name : add_.layers) {
-        out_.tag(0, "LAYER");
-        if (c_.hasHandles) out_.handle(5, h++);
-        if (ctx_.markers) {
-          out_.handle(330, t.head.handle);
-          out_.tag(100, "AcDbSymbolTableRecord");
-          out_.tag(100, "AcDbLayerTableRecord");
-        }
-        out_.tag(2, encodeText(name, ctx_.encoding));
-        out_.integer(70, 0);
-        out_.integer(62, 7);
-        out_.tag(6, ctx_.markers ? "Continuous" : "CONTINUOUS");
-      }
-    }
+    if (added) addedEntries(t, *added, added == &add_.layers ? "LAYER" : "LTYPE");
     record(t.end);
   }
   endSection();
+}
+
+// New layers are white and solid; new linetypes solid (no dashes).
+void Writer::addedEntries(const SymbolTable& t, const MissingEntries& added, const char* type) {
+  const bool layer = std::strcmp(type, "LAYER") == 0;
+  std::uint64_t h = added.firstHandle;
+  for (const auto& name : added.names) {
+    out_.tag(0, type);
+    if (c_.hasHandles) out_.handle(5, h++);
+    if (ctx_.markers) {
+      out_.handle(330, t.head.handle);
+      out_.tag(100, "AcDbSymbolTableRecord");
+      out_.tag(100, layer ? "AcDbLayerTableRecord" : "AcDbLinetypeTableRecord");
+    }
+    out_.tag(2, encodeText(name, ctx_.encoding));
+    out_.integer(70, 0);
+    if (layer) {
+      out_.integer(62, 7);
+      out_.tag(6, ctx_.markers ? "Continuous" : "CONTINUOUS");
+    } else {
+      out_.tag(3, "");
+      out_.integer(72, 65);
+      out_.integer(73, 0);
+      out_.real(40, 0);
+    }
+  }
 }
 
 void Writer::blocks() {

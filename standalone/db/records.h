@@ -127,6 +127,9 @@ struct DrawingContents {
   std::vector<SectionSlot> sections;
   std::vector<HeaderVariable> header;
   std::vector<TagRecord> classes;
+  // Instances of each class as loaded: a CLASS entry's count is rewritten
+  // only when the drawing's own count moved away from it.
+  std::vector<std::size_t> classInstancesAtLoad;
   std::vector<SymbolTable> tables;
   std::vector<BlockDefinition> blocks;
   std::vector<std::uint64_t> entitySection;  // model space and active paper space, in order

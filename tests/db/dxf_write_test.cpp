@@ -355,3 +355,64 @@ TEST(DxfWriteR12, HatchBoundariesAndImageFrames) {
 }
 
 }  // namespace
+
+namespace {
+
+// An R2004 file whose CLASS entry counts its one HELIX.
+std::string withHelixClass(const std::string& entities) {
+  std::string file = drawing(entities, "AC1018");
+  std::string tables = dxf("0 SECTION|2 TABLES");
+  file.insert(file.find(tables), dxf("0 SECTION|2 CLASSES|0 CLASS|1 HELIX|2 AcDbHelix|3 ObjectDBX Classes"
+                                     "|90 4095|91 1|280 0|281 1|0 ENDSEC"));
+  return file;
+}
+const std::string kOneHelix = dxf(
+    "0 HELIX|5 70|330 1F|100 AcDbEntity|8 0|100 AcDbSpline|70 0|71 3|72 0|73 0|74 0|42 0.0|43 0.0"
+    "|100 AcDbHelix|90 29|91 63|10 0.0|20 0.0|30 0.0|11 1.0|21 0.0|31 0.0|12 0.0|22 0.0|32 1.0"
+    "|40 1.0|41 1.0|42 1.0|290 1|280 0");
+
+TEST(DxfWriteChanged, ClassCountsFollowAddedAndErasedInstances) {
+  struct Case {
+    const char* what;
+    int added, erased;
+    const char* count;
+  };
+  for (const Case& c : {Case{"unchanged", 0, 0, "91 1"}, Case{"two added", 2, 0, "91 3"},
+                        Case{"erased", 0, 1, "91 0"}, Case{"one for one", 1, 1, "91 1"}}) {
+    auto db = readDxf(withHelixClass(kOneHelix));
+    for (int i = 0; i < c.added; ++i) {
+      host::Entity e = entityOf(host::Helix{});
+      db.append(e);
+    }
+    if (c.erased) db.erase(db.entitiesOf(db.modelSpace()).at(0));
+    std::string out = writeDxf(db);
+    EXPECT_NE(out.find(dxf(std::string("90 4095|") + c.count + "|280 0")), std::string::npos) << c.what;
+    if (c.added == 0 && c.erased == 0) {
+      EXPECT_EQ(out, withHelixClass(kOneHelix));
+    }
+  }
+}
+
+// A linetype the table lacks gets an entry of its own; the entity keeps the name.
+TEST(DxfWriteChanged, MissingLinetypeGetsATableEntry) {
+  for (const char* version : {"AC1009", "AC1015", "AC1032"}) {
+    auto db = DrawingDatabase::createEmpty(version);
+    for (const char* linetype : {"Dash Dot", "dash dot", "ByLayer", "Continuous"}) {
+      host::Entity e = entityOf(host::Line{{0, 0, 0}, {1, 0, 0}});
+      e.props.linetype = linetype;
+      db.append(e);
+    }
+    std::string out = writeDxf(db);
+    auto count = [&](const std::string& text) {
+      std::size_t n = 0;
+      for (auto at = out.find(text); at != std::string::npos; at = out.find(text, at + 1)) ++n;
+      return n;
+    };
+    EXPECT_EQ(count(dxf("2 Dash Dot|70 0|3 |72 65|73 0|40 0.0")), 1u) << version;
+    EXPECT_EQ(count(dxf("0 LTYPE")), std::string(version) == "AC1009" ? 2u : 4u) << version;
+    auto back = readDxf(out);
+    EXPECT_EQ(back.peek(back.entitiesOf(back.modelSpace()).at(1))->props.linetype, "dash dot") << version;
+  }
+}
+
+}  // namespace

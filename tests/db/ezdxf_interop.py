@@ -10,6 +10,7 @@ and every record we did not touch must have the same tags.
 usage: ezdxf_interop.py ROUNDTRIP_TOOL WORK_DIR
 """
 import json
+from collections import Counter
 import math
 import os
 import re
@@ -17,6 +18,7 @@ import subprocess
 import sys
 
 import ezdxf
+from ezdxf.audit import AuditError
 from ezdxf.lldxf.tagger import ascii_tags_loader
 
 VERSIONS = ["R12", "R2000", "R2004", "R2007", "R2010", "R2013", "R2018"]
@@ -151,7 +153,7 @@ def run_version(tool, work, version):
 
     e0, l0, b0, o0 = names(before)
     e1, l1, b1, o1 = names(after)
-    appended = {touched["appended"], touched["spline"]} - {"0"}
+    appended = {touched["appended"], touched["spline"], touched["helix"]} - {"0"}
     check(set(e0) <= set(e1), f"{version}: entities lost: {sorted(set(e0) - set(e1))}")
     extra = {h for h, _ in set(e1) - set(e0)}
     check(extra == appended, f"{version}: unexpected new entities {extra} (appended {appended})")
@@ -196,6 +198,16 @@ def run_version(tool, work, version):
         check(sp is not None and sp.dxftype() == "SPLINE", f"{version}: appended spline missing")
         if sp is not None:
             check(len(sp.fit_points) == 3, f"{version}: spline fit points {len(sp.fit_points)}")
+    # CLASS instance counts: a kind the file holds as many of as before keeps
+    # its count as written; one whose number changed counts what is held.
+    if after.dxfversion >= "AC1018":
+        def counts(doc):
+            held = Counter(e.dxftype() for e in doc.entitydb.values())
+            return {c.dxf.name: (c.dxf.instance_count, held[c.dxf.name]) for c in doc.classes.classes.values()}
+        c0, c1 = counts(before), counts(after)
+        moved = {n: (c0.get(n), c) for n, c in c1.items()
+                 if n not in c0 or (c != c0[n] if c[1] == c0[n][1] else c[0] != c[1])}
+        check(not moved and c1["HELIX"] == (2, 2), f"{version}: class counts (file, held) before, after: {moved}")
     auditor = after.audit()
     check(not auditor.has_errors, f"{version}: ezdxf audit errors: {[e.message for e in auditor.errors][:5]}")
     print(f"{version}: {len(e1)} entities, {len(r1)} records checked")
@@ -351,10 +363,10 @@ def new_drawing(tool, work, version):
         return
     doc = ezdxf.readfile(dst)
     kinds = sorted(e.dxftype() for e in doc.modelspace())
-    expected = ["ARC", "CIRCLE", "ELLIPSE", "HATCH", "HELIX", "LINE", "LWPOLYLINE", "MTEXT", "POINT", "POLYLINE",
-                "POLYLINE", "SPLINE", "TEXT"]
+    expected = ["ARC", "CIRCLE", "ELLIPSE", "HATCH", "HELIX", "LINE", "LINE", "LWPOLYLINE", "MTEXT", "POINT",
+                "POLYLINE", "POLYLINE", "SPLINE", "TEXT"]
     if version == "R12":  # stand-ins for what R12 lacks, the hatch's boundary and the image's frame among them
-        expected = ["ARC", "CIRCLE", "LINE", "POINT"] + ["POLYLINE"] * 8 + ["TEXT", "TEXT"]
+        expected = ["ARC", "CIRCLE", "LINE", "LINE", "POINT"] + ["POLYLINE"] * 8 + ["TEXT", "TEXT"]
         frames = [[tuple(v.dxf.location)[:2] for v in p.vertices] for p in doc.modelspace().query("POLYLINE")
                   if p.is_closed]
         check([(0, 0), (2, 0), (2, 2)] in frames, f"{version}: hatch boundary missing among {frames}")
@@ -366,8 +378,14 @@ def new_drawing(tool, work, version):
         check(("HELIX", "AcDbHelix") in doc.classes.classes, f"{version}: no CLASS entry for HELIX")
     texts = [e.dxf.text for e in doc.modelspace().query("TEXT")]
     check(any("中文" in unescaped(t) for t in texts), f"{version}: text {texts}")
+    # A linetype missing from the table gets an entry; the line keeps its name.
+    check("CORVANE_DASH" in doc.linetypes, f"{version}: linetype entry missing")
+    dashed = [e.dxf.get("linetype") for e in doc.modelspace().query("LINE")]
+    check("CORVANE_DASH" in dashed, f"{version}: line linetypes {dashed}")
     auditor = doc.audit()
     check(not auditor.has_errors, f"{version}: audit of a new drawing: {[x.message for x in auditor.errors][:5]}")
+    check(not any(f.code == AuditError.UNDEFINED_LINETYPE for f in auditor.fixes),
+          f"{version}: audit fixed linetypes: {[f.message for f in auditor.fixes][:5]}")
     print(f"{version}: new drawing with {len(kinds)} entities reads cleanly")
 
 

@@ -1,6 +1,6 @@
 // Test helper for the interop check: loads a DXF file, changes the first
 // LINE of model space (moves its end point by +1,+2), appends a bulged
-// LWPOLYLINE and a fit-point SPLINE, and saves. Prints the handles it touched.
+// LWPOLYLINE, a fit-point SPLINE and a HELIX, and saves. Prints the handles it touched.
 // With --rewrite-all every interpreted entity is also written back unchanged,
 // so the whole drawing is regenerated from the records instead of copied.
 // With IN OUT --place-inserts DX DY ROT SX SY SZ the block references with
@@ -46,6 +46,11 @@ int makeNewDrawing(const char* version, const char* out) {
     e.data = data;
     db.append(e);
   }
+  // A linetype the drawing's table lacks.
+  host::Entity dashed;
+  dashed.props.linetype = "CORVANE_DASH";
+  dashed.data = host::Line{{0, 0, 0}, {5, 0, 0}};
+  db.append(dashed);
   standalone::saveDxf(db, out);
   return 0;
 }
@@ -117,17 +122,23 @@ int main(int argc, char** argv) {
     pl.props.layer = "ROUNDTRIP";
     pl.data = host::LwPolyline{.vertices = {{0, 0, 0.5}, {10, 0, 0}, {10, 5, -1}, {0, 5, 0}}, .closed = true};
     db.append(pl);
-    std::uint64_t spline = 0;
+    std::uint64_t spline = 0, helix = 0;
     if (db.version() > "AC1009") {
       host::Entity sp;
       sp.data = host::Spline{.flags = 8 | 1024, .fitPoints = {{0, 0, 0}, {3, 4, 0}, {7, 1, 0}}, .fitTolerance = 0};
       db.append(sp);
       spline = sp.id.value;
+      host::Entity hx;  // one more instance of a class-based kind
+      hx.data = host::Helix{.curve = {.knots = {0, 0, 0, 0, 1, 1, 1, 1},
+                                      .controlPoints = {{1, 0, 0}, {1, 1, 0.3}, {-1, 1, 0.6}, {-1, 0, 1}}},
+                            .startPoint = {1, 0, 0}, .topRadius = 1, .turns = 0.5, .turnHeight = 2};
+      db.append(hx);
+      helix = hx.id.value;
     }
     standalone::saveDxf(db, argv[2]);
-    std::printf("{\"modified\": \"%llX\", \"appended\": \"%llX\", \"spline\": \"%llX\"}\n",
+    std::printf("{\"modified\": \"%llX\", \"appended\": \"%llX\", \"spline\": \"%llX\", \"helix\": \"%llX\"}\n",
                 static_cast<unsigned long long>(modified), static_cast<unsigned long long>(pl.id.value),
-                static_cast<unsigned long long>(spline));
+                static_cast<unsigned long long>(spline), static_cast<unsigned long long>(helix));
   } catch (const std::exception& e) {
     std::fprintf(stderr, "%s\n", e.what());
     return 1;

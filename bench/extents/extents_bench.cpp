@@ -14,18 +14,11 @@
 #include "standalone/db/dxf_reader.h"
 #include "standalone/editor/entity_finder.h"
 #include "standalone/kernel/curve_kernel.h"
+#include "bench/support/timing.h"
 
 namespace {
 
-double bestSeconds(int runs, const std::function<void()>& f) {
-  double best = 1e300;
-  for (int i = 0; i < runs; ++i) {
-    auto t0 = std::chrono::steady_clock::now();
-    f();
-    best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count());
-  }
-  return best;
-}
+using benchsupport::bestSeconds;
 
 host::Text label(double x, double y, double rotation) {
   host::Text t;

@@ -10,18 +10,11 @@
 #include "bench_data.h"
 #include "geom/sampling.h"
 #include "standalone/kernel/curve_kernel.h"
+#include "bench/support/timing.h"
 
 namespace {
 
-double bestSeconds(int runs, const std::function<void()>& f) {
-  double best = 1e300;
-  for (int i = 0; i < runs; ++i) {
-    auto t0 = std::chrono::steady_clock::now();
-    f();
-    best = std::min(best, std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count());
-  }
-  return best;
-}
+using benchsupport::bestSeconds;
 
 void benchSampling(const standalone::CurveKernel& kernel) {
   host::EntityData pl = kernelbench::longPolyline(1'000'000);

@@ -3,22 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-
 namespace standalone::kernel {
 
 namespace {
-
-std::vector<Seg> segmentsOf(const Pline2& pl) {
-  std::vector<Seg> out;
-  for (size_t i = 0; i < pl.segmentCount(); ++i) out.push_back(segmentOf(pl, i));
-  return out;
-}
-
-std::vector<Box2> boxesOf(const std::vector<Seg>& segs) {
-  std::vector<Box2> out;
-  for (const auto& s : segs) out.push_back(segmentBox(s));
-  return out;
-}
 
 Box2 loopBox(const Pline2& loop) {
   Box2 all = segmentBox(segmentOf(loop, 0));
@@ -30,7 +17,7 @@ Box2 loopBox(const Pline2& loop) {
   return all;
 }
 
-std::vector<Box2> boxesOf(const std::vector<Pline2>& loops) {
+std::vector<Box2> loopBoxes(const std::vector<Pline2>& loops) {
   std::vector<Box2> out;
   for (const auto& l : loops) out.push_back(loopBox(l));
   return out;
@@ -48,7 +35,7 @@ OffsetClearance::OffsetClearance(const Pline2& source, std::vector<Pline2> kites
     : source_(segmentsOf(source)),
       sourceGrid_(boxesOf(source_), std::abs(d) / 2),  // cells about the query size
       kites_(std::move(kites)),
-      kiteGrid_(boxesOf(kites_)),
+      kiteGrid_(loopBoxes(kites_)),
       margin_(std::max(1e-2 * tol, 1e-12 * std::abs(d))) {
   need_ = std::abs(d) - margin_;
 }

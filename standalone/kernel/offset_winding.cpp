@@ -8,18 +8,9 @@ namespace standalone::kernel {
 
 namespace {
 
-std::vector<Seg> segmentsOf(const Pline2& loop) {
-  Pline2 closed = loop;
-  closed.closed = true;
-  std::vector<Seg> out;
-  for (size_t i = 0; i < closed.segmentCount(); ++i) out.push_back(segmentOf(closed, i));
-  return out;
-}
-
-std::vector<Box2> boxesOf(const std::vector<Seg>& segs) {
-  std::vector<Box2> out;
-  for (const auto& s : segs) out.push_back(segmentBox(s));
-  return out;
+Pline2 closedLoop(Pline2 loop) {
+  loop.closed = true;
+  return loop;
 }
 
 // Crossing of the ray from p towards +x by the chord a→b: +1 upwards with p
@@ -51,7 +42,7 @@ int windingContribution(const Seg& s, Vec2 p) {
   return w;
 }
 
-WindingCounter::WindingCounter(const Pline2& loop) : segs_(segmentsOf(loop)), grid_(boxesOf(segs_)) {
+WindingCounter::WindingCounter(const Pline2& loop) : segs_(segmentsOf(closedLoop(loop))), grid_(boxesOf(segs_)) {
   for (size_t i = 0; i < segs_.size(); ++i) maxX_ = std::max(maxX_, grid_.box(i).maxX);
 }
 

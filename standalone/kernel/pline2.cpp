@@ -45,6 +45,18 @@ double Seg::fractionAt(Vec2 p) const {
   return f;
 }
 
+std::vector<Seg> segmentsOf(const Pline2& pl) {
+  std::vector<Seg> out;
+  for (size_t i = 0; i < pl.segmentCount(); ++i) out.push_back(segmentOf(pl, i));
+  return out;
+}
+
+std::vector<Box2> boxesOf(const std::vector<Seg>& segs) {
+  std::vector<Box2> out;
+  for (const auto& s : segs) out.push_back(segmentBox(s));
+  return out;
+}
+
 Seg segmentOf(const Pline2& pl, size_t i) {
   const auto& v = pl.vertices;
   return {v[i].p, v[(i + 1) % v.size()].p, v[i].bulge};

@@ -46,6 +46,10 @@ double distanceToSegment(const Seg& s, Vec2 p);
 // Box around a segment, arcs included whole (their extreme points).
 Box2 segmentBox(const Seg& s);
 
+// All segments of a polyline in order, and their boxes.
+std::vector<Seg> segmentsOf(const Pline2& pl);
+std::vector<Box2> boxesOf(const std::vector<Seg>& segs);
+
 // Intersections of two segments, exact for lines and arcs.
 std::vector<Vec2> intersectSegs(const Seg& s, const Seg& t, double tol);
 

@@ -485,7 +485,10 @@ void writeEntity(DxfOut& out, const EntityRecord& rec, const EntityWriteContext&
       std::erase_if(copy.extras.kept, [](const KeptTag& k) { return k.anchor != kAnchorTail; });
       copy.extras.subRecords.clear();
       for (std::size_t i = 0; i < standIns->size(); ++i) {
-        if (i > 0) copy.entity.id = {ctx.spareHandles && ctx.handles ? (*ctx.spareHandles)++ : 0};
+        if (i > 0) {  // further boundaries of a hatch: new records, the XDATA stays with the first
+          copy.entity.id = {ctx.spareHandles && ctx.handles ? (*ctx.spareHandles)++ : 0};
+          copy.extras.kept.clear();
+        }
         copy.entity.data = std::move((*standIns)[i]);
         giveSpareHandles(copy.entity.data, ctx);
         writeEntity(out, copy, ctx);

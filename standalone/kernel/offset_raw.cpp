@@ -250,6 +250,9 @@ bool crossesItself(const Pline2& pl, double tol) {
     grid.query(boxes[i], [&](size_t j) {
       if (j <= i) return false;
       bool next = j == i + 1, wrap = pl.closed && i == 0 && j == n - 1;
+      if ((next && lineNeighboursMeetOnlyAtTheirVertex(segs[i], segs[j])) ||
+          (wrap && lineNeighboursMeetOnlyAtTheirVertex(segs[j], segs[i])))
+        return false;
       for (Vec2 p : intersectSegs(segs[i], segs[j], tol)) {
         if (next && (p - segs[i].b).length() <= tol) continue;
         if (wrap && (p - segs[i].a).length() <= tol) continue;

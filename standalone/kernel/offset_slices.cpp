@@ -45,6 +45,8 @@ std::vector<std::vector<std::vector<double>>> crossings(const std::vector<RawPat
       bool samePath = all[i].path == all[j].path;
       bool next = samePath && all[j].index == all[i].index + 1;
       bool wrap = samePath && path.closed && all[i].index == 0 && all[j].index + 1 == path.pieces.size();
+      if ((next && lineNeighboursMeetOnlyAtTheirVertex(s, t)) || (wrap && lineNeighboursMeetOnlyAtTheirVertex(t, s)))
+        return false;
       for (Vec2 p : intersectSegs(s, t, tol)) {
         // Neighbours always touch at their shared vertex; that is no crossing.
         if (next && (p - s.b).length() <= tol) continue;

@@ -50,6 +50,14 @@ Box2 segmentBox(const Seg& s);
 std::vector<Seg> segmentsOf(const Pline2& pl);
 std::vector<Box2> boxesOf(const std::vector<Seg>& segs);
 
+// Do two straight segments that follow each other (the first's end is the
+// second's start) meet nowhere else? True unless they fold back along one line.
+inline bool lineNeighboursMeetOnlyAtTheirVertex(const Seg& first, const Seg& second) {
+  if (first.isArc() || second.isArc()) return false;
+  Vec2 u = first.b - first.a, v = second.b - second.a;
+  return std::abs(u.cross(v)) > 1e-12 * u.length() * v.length() || u.dot(v) > 0;
+}
+
 // Intersections of two segments, exact for lines and arcs.
 std::vector<Vec2> intersectSegs(const Seg& s, const Seg& t, double tol);
 

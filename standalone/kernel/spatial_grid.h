@@ -35,20 +35,27 @@ class SpatialGrid {
     if (!(cell_ > 0)) cell_ = extent;
     nx_ = std::clamp(static_cast<long>((all.maxX - all.minX) / cell_) + 1, 1L, 4096L);
     ny_ = std::clamp(static_cast<long>((all.maxY - all.minY) / cell_) + 1, 1L, 4096L);
-    cells_.resize(nx_ * ny_);
-    for (size_t i = 0; i < boxes.size(); ++i) forCells(boxes[i], [&](long c) { cells_[c].push_back(i); });
+    // Cells as one array of box indices with an offset per cell: two passes
+    // (count, then fill) instead of a vector per cell.
+    cellStart_.assign(nx_ * ny_ + 1, 0);
+    for (size_t i = 0; i < boxes.size(); ++i) forCells(boxes[i], [&](long c) { ++cellStart_[c + 1]; });
+    for (size_t c = 1; c < cellStart_.size(); ++c) cellStart_[c] += cellStart_[c - 1];
+    entries_.resize(cellStart_.back());
+    std::vector<size_t> fill(cellStart_.begin(), cellStart_.end() - 1);
+    for (size_t i = 0; i < boxes.size(); ++i) forCells(boxes[i], [&](long c) { entries_[fill[c]++] = i; });
   }
 
   // Calls f(index) once for every box that overlaps the query box, until f returns true.
   template <typename F>
   void query(const Box2& q, F f) const {
-    if (cells_.empty()) return;
+    if (entries_.empty()) return;
     ++stamp_;
     if (seen_.size() != boxes_.size()) seen_.assign(boxes_.size(), 0);
     long x0 = cellX(q.minX), x1 = cellX(q.maxX), y0 = cellY(q.minY), y1 = cellY(q.maxY);
     for (long y = y0; y <= y1; ++y)
       for (long x = x0; x <= x1; ++x)
-        for (size_t i : cells_[y * nx_ + x]) {
+        for (size_t k = cellStart_[y * nx_ + x], end = cellStart_[y * nx_ + x + 1]; k < end; ++k) {
+          size_t i = entries_[k];
           if (seen_[i] == stamp_) continue;
           seen_[i] = stamp_;
           const Box2& b = boxes_[i];
@@ -72,7 +79,7 @@ class SpatialGrid {
   Vec2 origin_;
   double cell_ = 1;
   long nx_ = 1, ny_ = 1;
-  std::vector<std::vector<size_t>> cells_;
+  std::vector<size_t> cellStart_, entries_;
   mutable std::vector<unsigned> seen_;
   mutable unsigned stamp_ = 0;
 };

@@ -87,9 +87,9 @@ class BodyReader {
 
  private:
   void appGroup(const RawTag& open);
-  // Keeps a group the record has no field for. A number group must hold a
-  // number even so: written back elsewhere (a changed kind, an R12 file) it
-  // may be read as a field.
+  // Keeps a group the record has no field for. A number or handle group must
+  // hold one even so: written back elsewhere (a changed kind, an R12 file,
+  // before the owner) it may be read as a field.
   void keep(const RawTag& t) {
     if (!keep_) return;
     switch (groupValueKind(t.code)) {
@@ -97,6 +97,7 @@ class BodyReader {
       case GroupValue::kInt16: case GroupValue::kInt32: case GroupValue::kInt64: case GroupValue::kBool:
         parseInteger(t);
         break;
+      case GroupValue::kHandle: parseHandle(t); break;  // a second 330 may be read as the owner
       default: break;
     }
     keepAsIs(t);

@@ -293,6 +293,9 @@ DrawingContents FileReader::read() {
     if (t.value != "SECTION") throw DxfError(t.line, "expected SECTION or EOF, found \"" + std::string(t.value) + "\"");
     std::string name(need(2, "a section name").value);
     if (name == "HEADER") {
+      // The header's version decides how everything after it is read; one
+      // after other sections would change how those read when written back.
+      if (!c_.sections.empty()) throw DxfError(t.line, "the HEADER section must be the first section, and only one");
       readHeader();
       ctx_.version = c_.version;
       ctx_.markers = hasSubclassMarkers(c_.version);

@@ -57,10 +57,18 @@ std::vector<ge::Point3d> splinePoints(const host::Spline& s) {
   return out;
 }
 
+// Counter-clockwise sweep from angle a to angle b, in (0, 2 pi]: equal
+// angles are a full turn, as a hatch's circular edge from 0 to 360 is.
+double ccwSweep(double a, double b) {
+  constexpr double kTurn = 2 * std::numbers::pi;
+  double s = std::fmod(b - a, kTurn);
+  if (!(s > 1e-12)) s += kTurn;
+  return std::isfinite(s) ? s : kTurn;  // angles beyond any turn count: the whole curve
+}
+
 std::vector<ge::Point3d> ellipsePoints(const host::Ellipse& e) {
   ge::Vector3d minor = e.normal.normalized().cross(e.majorAxis) * e.ratio;
-  double sweep = e.endParam - e.startParam;
-  while (sweep <= 0) sweep += 2 * std::numbers::pi;
+  double sweep = ccwSweep(e.startParam, e.endParam);
   int count = std::max(8, static_cast<int>(std::ceil(kPointsPerTurn * sweep / (2 * std::numbers::pi))));
   std::vector<ge::Point3d> out;
   for (int i = 0; i <= count; ++i) {
@@ -70,8 +78,22 @@ std::vector<ge::Point3d> ellipsePoints(const host::Ellipse& e) {
   return out;
 }
 
+// Points that overflowed on the way (from coordinates near the limit of a
+// double) cannot be written as DXF numbers; they are left out.
+void dropUnwritable(std::vector<ge::Point3d>& pts) {
+  std::erase_if(pts, [](const ge::Point3d& p) {
+    return !std::isfinite(p.x) || !std::isfinite(p.y) || !std::isfinite(p.z);
+  });
+}
+void dropUnwritable(std::vector<host::LwVertex>& vs) {
+  std::erase_if(vs, [](const host::LwVertex& v) {
+    return !std::isfinite(v.x) || !std::isfinite(v.y) || !std::isfinite(v.bulge);
+  });
+}
+
 // A flat polyline when every point lies at one height, else a 3D one.
 host::EntityData polylineThrough(std::vector<ge::Point3d> pts, bool closed) {
+  dropUnwritable(pts);
   if (closed && pts.size() > 1 && pts.front().distanceTo(pts.back()) < 1e-12) pts.pop_back();
   bool flat = std::all_of(pts.begin(), pts.end(), [&](const ge::Point3d& q) { return q.z == pts.front().z; });
   if (flat) {
@@ -112,15 +134,6 @@ std::string plainText(const std::string& m) {
     }
   }
   return out;
-}
-
-// Counter-clockwise sweep from angle a to angle b, in (0, 2 pi]: equal
-// angles are a full turn, as a hatch's circular edge from 0 to 360 is.
-double ccwSweep(double a, double b) {
-  constexpr double kTurn = 2 * std::numbers::pi;
-  double s = std::fmod(b - a, kTurn);
-  if (s <= 1e-12) s += kTurn;
-  return s;
 }
 
 // Signed sweep of a hatch arc or elliptic edge: negative when it runs clockwise.
@@ -170,6 +183,7 @@ std::vector<host::EntityData> hatchOutlines(const host::Hatch& h) {
     std::vector<host::LwVertex> vertices = path.polyline;
     if (!(path.flags & 2))
       for (const auto& edge : path.edges) appendEdge(edge, vertices);
+    dropUnwritable(vertices);
     if (vertices.empty()) continue;
     host::Polyline2d p;
     p.closed = (path.flags & 2) ? path.polylineClosed : true;

@@ -416,3 +416,26 @@ TEST(DxfWriteChanged, MissingLinetypeGetsATableEntry) {
 }
 
 }  // namespace
+
+namespace {
+
+// Attributes move with their reference (checked against ezdxf's transforms in
+// the interop script); placements that give no transform leave them as read.
+TEST(DxfWriteChanged, AttributesStayAsReadWhenThePlacementGivesNoTransform) {
+  const std::string attribute = dxf("0 ATTRIB|5 53|330 52|100 AcDbEntity|8 0|100 AcDbText|10 5.0|20 6.0|30 0.0");
+  for (auto change : {+[](host::BlockReference& r) { r.blockName = "Window"; },
+                      +[](host::BlockReference& r) { r.scale.x = 0; }}) {
+    auto db = readDxf(drawing(kMixedEntities));
+    auto insert = *db.read(db.entitiesOf(db.modelSpace()).at(2));
+    change(std::get<host::BlockReference>(insert.data));
+    ASSERT_EQ(db.write(insert), host::ErrorStatus::eOk);
+    EXPECT_NE(writeDxf(db).find(attribute), std::string::npos);
+  }
+  auto db = readDxf(drawing(kMixedEntities));
+  auto insert = *db.read(db.entitiesOf(db.modelSpace()).at(2));
+  std::get<host::BlockReference>(insert.data).position.x += 1;
+  db.write(insert);
+  EXPECT_NE(writeDxf(db).find(dxf("100 AcDbText|10 6.0|20 6.0|30 0.0")), std::string::npos);
+}
+
+}  // namespace

@@ -296,9 +296,12 @@ def rewrite_all(tool, work, version):
     print(f"{version}: {compared} regenerated entities read the same")
 
 
-# New placements of the block references with attributes: shift, turn (degrees), scales.
-PLACEMENTS = {"moved": (3, -2, 0, 1, 1, 1), "turned": (0, 0, 90, 1, 1, 1), "scaled": (1, 1, 20, 2, 2, 2),
-              "stretched": (0, 0, 0, 3, 0.5, 1), "mirrored": (0, 0, 0, -1, 1, 1), "flipped": (2, 0, 45, 1, -2, 1)}
+# New placements of the block references with attributes: shift, turn (degrees),
+# scale factors, new normal (none when zero).
+PLACEMENTS = {"moved": (3, -2, 0, 1, 1, 1, 0, 0, 0), "turned": (0, 0, 90, 1, 1, 1, 0, 0, 0),
+              "scaled": (1, 1, 20, 2, 2, 2, 0, 0, 0), "stretched": (0, 0, 0, 3, 0.5, 1, 0, 0, 0),
+              "mirrored": (0, 0, 0, -1, 1, 1, 0, 0, 0), "flipped": (2, 0, 45, 1, -2, 1, 0, 0, 0),
+              "tilted": (0, 0, 0, 1, 1, 1, 0.6, 0, 0.8), "upside down": (1, 0, 0, 1, 1, 1, 0, 0, -1)}
 
 
 def text_frame(attrib):

@@ -3,7 +3,7 @@
 // LWPOLYLINE, a fit-point SPLINE and a HELIX, and saves. Prints the handles it touched.
 // With --rewrite-all every interpreted entity is also written back unchanged,
 // so the whole drawing is regenerated from the records instead of copied.
-// With IN OUT --place-inserts DX DY ROT SX SY SZ the block references with
+// With IN OUT --place-inserts DX DY ROT SX SY SZ NX NY NZ the block references with
 // attributes are moved instead (see placeInserts).
 // With --new VERSION OUT.dxf it writes a new drawing with every kind made here
 // (R12: with an image, whose frame is all that version can hold).
@@ -58,10 +58,11 @@ int makeNewDrawing(const char* version, const char* out) {
 }  // namespace
 
 // Moves every block reference of model space that has attributes: shifted by
-// (dx, dy), turned by rot degrees, its scales multiplied by (sx, sy, sz).
+// (dx, dy), turned by rot degrees, its scales multiplied by (sx, sy, sz), and
+// given the normal (nx, ny, nz) unless that is zero.
 int placeInserts(const char* in, const char* out, char** numbers) {
-  double v[6];
-  for (int i = 0; i < 6; ++i) v[i] = std::strtod(numbers[i], nullptr);
+  double v[9];
+  for (int i = 0; i < 9; ++i) v[i] = std::strtod(numbers[i], nullptr);
   auto db = standalone::loadDxf(in);
   for (auto id : db.entitiesOf(db.modelSpace())) {
     auto e = db.read(id);
@@ -70,6 +71,7 @@ int placeInserts(const char* in, const char* out, char** numbers) {
     ref->position = ref->position + ge::Vector3d{v[0], v[1], 0};
     ref->rotation += v[2] * 3.14159265358979323846 / 180;
     ref->scale = {ref->scale.x * v[3], ref->scale.y * v[4], ref->scale.z * v[5]};
+    if (ge::Vector3d n{v[6], v[7], v[8]}; n.length() > 0) ref->normal = n;
     db.write(*e);
   }
   standalone::saveDxf(db, out);
@@ -77,7 +79,7 @@ int placeInserts(const char* in, const char* out, char** numbers) {
 }
 
 int main(int argc, char** argv) {
-  if (argc == 10 && std::string_view(argv[3]) == "--place-inserts") {
+  if (argc == 13 && std::string_view(argv[3]) == "--place-inserts") {
     try {
       return placeInserts(argv[1], argv[2], argv + 4);
     } catch (const std::exception& e) {

@@ -60,10 +60,17 @@ struct MissingEntries {
 struct Additions {
   std::vector<const ClassFacts*> classes;
   std::vector<std::size_t> classCounts;
-  MissingEntries layers, linetypes;
+  MissingEntries layers, linetypes, styles;
   std::uint64_t spareHandle = 0;  // next one for records that exist only in the file
   std::uint64_t handleSeed = 0;
 };
+
+// The text style an entity names, if its kind has one.
+const std::string* styleOf(const host::EntityData& data) {
+  if (auto* t = std::get_if<host::Text>(&data)) return &t->style;
+  if (auto* m = std::get_if<host::MText>(&data)) return &m->style;
+  return nullptr;
+}
 
 class Writer {
  public:
@@ -82,6 +89,7 @@ class Writer {
   void tags(const TagList& list) {
     for (const Tag& t : list) out_.tag(t.code, t.value);
   }
+  bool knownEntries(const char* table, MissingEntries& entries) const;
   void addedEntries(const SymbolTable& t, const MissingEntries& added, const char* type);
   void beginSection(const char* name) {
     out_.tag(0, "SECTION");
@@ -104,6 +112,19 @@ const EntityRecord* Writer::entity(std::uint64_t h) const {
   return e.erased ? nullptr : &e;
 }
 
+// Notes the live entries of the table as known; false when there is no such table.
+bool Writer::knownEntries(const char* table, MissingEntries& entries) const {
+  bool found = false;
+  for (const auto& t : c_.tables) {
+    if (!sameName(t.head.name, table)) continue;
+    found = true;
+    for (std::size_t i : t.entries)
+      if (!c_.records[i].erased) entries.note(c_.records[i].name);
+  }
+  entries.names.clear();
+  return found;
+}
+
 void Writer::plan() {
   ctx_.encoding = c_.encoding();
   ctx_.version = c_.version;
@@ -113,21 +134,17 @@ void Writer::plan() {
   for (const auto& b : c_.blocks)
     if (b.begin.name.size() >= 12 && sameName(b.begin.name.substr(0, 12), "*Paper_Space")) ctx_.paperSpaces.insert(b.recordId);
 
-  for (const auto& name : db_.layerNames()) add_.layers.note(name);
-  add_.layers.names.clear();
-  // A linetype the table lacks gets an entry of its own, drawn solid until a
-  // definition is loaded: the entity keeps the name it was given, as it keeps
-  // a layer name the table lacks, rather than falling back to BYLAYER.
-  bool linetypeTable = false;
-  for (const auto& t : c_.tables) {
-    if (!sameName(t.head.name, "LTYPE")) continue;
-    linetypeTable = true;
-    for (std::size_t i : t.entries)
-      if (!c_.records[i].erased) add_.linetypes.note(c_.records[i].name);
-  }
+  // A layer, linetype or text style the tables lack gets an entry of its own
+  // (a white solid layer, a solid linetype, a plain style) until a real
+  // definition is loaded: the entity keeps the name it was given rather than
+  // falling back to BYLAYER or the standard style, and other programs (some
+  // refuse files naming undefined linetypes) find every name defined.
+  bool linetypeTable = knownEntries("LTYPE", add_.linetypes);
   add_.linetypes.note("BYLAYER");
   add_.linetypes.note("BYBLOCK");
   add_.linetypes.names.clear();
+  bool styleTable = knownEntries("STYLE", add_.styles);
+  knownEntries("LAYER", add_.layers);
   std::vector<std::size_t> counts(std::size(kClasses), 0);
   std::size_t spare = 0;
   for (const auto& e : c_.entities) {
@@ -139,6 +156,8 @@ void Writer::plan() {
     spare += spareHandlesNeeded(e, ctx_);
     add_.layers.note(e.entity.props.layer.empty() ? "0" : e.entity.props.layer);
     if (linetypeTable && !e.entity.props.linetype.empty()) add_.linetypes.note(e.entity.props.linetype);
+    if (const std::string* style = styleOf(e.entity.data); styleTable && style && !style->empty())
+      add_.styles.note(*style);
   }
   for (const auto& r : c_.records)
     for (std::size_t i = 0; i < std::size(kClasses); ++i)
@@ -155,9 +174,12 @@ void Writer::plan() {
       }
     }
   }
-  add_.layers.firstHandle = c_.nextHandle;
-  add_.linetypes.firstHandle = c_.nextHandle + (c_.hasHandles ? add_.layers.names.size() : 0);
-  add_.spareHandle = add_.linetypes.firstHandle + (c_.hasHandles ? add_.linetypes.names.size() : 0);
+  std::uint64_t next = c_.nextHandle;
+  for (MissingEntries* m : {&add_.layers, &add_.linetypes, &add_.styles}) {
+    m->firstHandle = next;
+    next += c_.hasHandles ? m->names.size() : 0;
+  }
+  add_.spareHandle = next;
   add_.handleSeed = add_.spareHandle + spare;
   ctx_.spareHandles = &add_.spareHandle;
 }
@@ -223,9 +245,11 @@ void Writer::classes() {
 void Writer::tables() {
   beginSection("TABLES");
   for (const auto& t : c_.tables) {
-    const MissingEntries* added = sameName(t.head.name, "LAYER")   ? &add_.layers
-                                  : sameName(t.head.name, "LTYPE") ? &add_.linetypes
-                                                                   : nullptr;
+    const char* type = nullptr;
+    const MissingEntries* added = nullptr;
+    for (auto [name, entries] : {std::pair{"LAYER", &add_.layers}, std::pair{"LTYPE", &add_.linetypes},
+                                 std::pair{"STYLE", &add_.styles}})
+      if (sameName(t.head.name, name)) type = name, added = entries;
     if (added && !added->names.empty()) {
       TagList head = tagsOf(t.head);
       std::size_t live = added->names.size();
@@ -236,15 +260,16 @@ void Writer::tables() {
       record(t.head);
     }
     for (std::size_t i : t.entries) record(c_.records[i]);
-    if (added) addedEntries(t, *added, added == &add_.layers ? "LAYER" : "LTYPE");
+    if (added) addedEntries(t, *added, type);
     record(t.end);
   }
   endSection();
 }
 
-// New layers are white and solid; new linetypes solid (no dashes).
+// New layers are white and solid, new linetypes solid (no dashes), new text
+// styles of no fixed height on the plain font.
 void Writer::addedEntries(const SymbolTable& t, const MissingEntries& added, const char* type) {
-  const bool layer = std::strcmp(type, "LAYER") == 0;
+  const std::string_view kind = type;
   std::uint64_t h = added.firstHandle;
   for (const auto& name : added.names) {
     out_.tag(0, type);
@@ -252,18 +277,28 @@ void Writer::addedEntries(const SymbolTable& t, const MissingEntries& added, con
     if (ctx_.markers) {
       out_.handle(330, t.head.handle);
       out_.tag(100, "AcDbSymbolTableRecord");
-      out_.tag(100, layer ? "AcDbLayerTableRecord" : "AcDbLinetypeTableRecord");
+      out_.tag(100, kind == "LAYER" ? "AcDbLayerTableRecord"
+                    : kind == "LTYPE" ? "AcDbLinetypeTableRecord"
+                                      : "AcDbTextStyleTableRecord");
     }
     out_.tag(2, encodeText(name, ctx_.encoding));
     out_.integer(70, 0);
-    if (layer) {
+    if (kind == "LAYER") {
       out_.integer(62, 7);
       out_.tag(6, ctx_.markers ? "Continuous" : "CONTINUOUS");
-    } else {
+    } else if (kind == "LTYPE") {
       out_.tag(3, "");
       out_.integer(72, 65);
       out_.integer(73, 0);
       out_.real(40, 0);
+    } else {
+      out_.real(40, 0);
+      out_.real(41, 1);
+      out_.real(50, 0);
+      out_.integer(71, 0);
+      out_.real(42, 2.5);
+      out_.tag(3, "txt");
+      out_.tag(4, "");
     }
   }
 }

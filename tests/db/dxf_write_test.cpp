@@ -393,13 +393,20 @@ TEST(DxfWriteChanged, ClassCountsFollowAddedAndErasedInstances) {
   }
 }
 
-// A linetype the table lacks gets an entry of its own; the entity keeps the name.
-TEST(DxfWriteChanged, MissingLinetypeGetsATableEntry) {
+// A linetype or text style the table lacks gets an entry of its own; the
+// entity keeps the name.
+TEST(DxfWriteChanged, MissingLinetypeAndStyleGetTableEntries) {
   for (const char* version : {"AC1009", "AC1015", "AC1032"}) {
     auto db = DrawingDatabase::createEmpty(version);
     for (const char* linetype : {"Dash Dot", "dash dot", "ByLayer", "Continuous"}) {
       host::Entity e = entityOf(host::Line{{0, 0, 0}, {1, 0, 0}});
       e.props.linetype = linetype;
+      db.append(e);
+    }
+    for (const char* style : {"Notes", "STANDARD", "notes"}) {
+      host::Entity e = entityOf(host::Text{.text = "t", .style = style});
+      db.append(e);
+      e = entityOf(host::MText{.text = "m", .style = style});
       db.append(e);
     }
     std::string out = writeDxf(db);
@@ -410,8 +417,12 @@ TEST(DxfWriteChanged, MissingLinetypeGetsATableEntry) {
     };
     EXPECT_EQ(count(dxf("2 Dash Dot|70 0|3 |72 65|73 0|40 0.0")), 1u) << version;
     EXPECT_EQ(count(dxf("0 LTYPE")), std::string(version) == "AC1009" ? 2u : 4u) << version;
+    EXPECT_EQ(count(dxf("2 Notes|70 0|40 0.0|41 1.0")), 1u) << version;
+    EXPECT_EQ(count(dxf("0 STYLE")), 2u) << version;
     auto back = readDxf(out);
-    EXPECT_EQ(back.peek(back.entitiesOf(back.modelSpace()).at(1))->props.linetype, "dash dot") << version;
+    auto ids = back.entitiesOf(back.modelSpace());
+    EXPECT_EQ(back.peek(ids.at(1))->props.linetype, "dash dot") << version;
+    EXPECT_EQ(std::get<host::Text>(back.peek(ids.at(8))->data).style, "notes") << version;
   }
 }
 

@@ -367,9 +367,9 @@ def new_drawing(tool, work, version):
     doc = ezdxf.readfile(dst)
     kinds = sorted(e.dxftype() for e in doc.modelspace())
     expected = ["ARC", "CIRCLE", "ELLIPSE", "HATCH", "HELIX", "LINE", "LINE", "LWPOLYLINE", "MTEXT", "POINT",
-                "POLYLINE", "POLYLINE", "SPLINE", "TEXT"]
+                "POLYLINE", "POLYLINE", "SPLINE", "TEXT", "TEXT"]
     if version == "R12":  # stand-ins for what R12 lacks, the hatch's boundary and the image's frame among them
-        expected = ["ARC", "CIRCLE", "LINE", "LINE", "POINT"] + ["POLYLINE"] * 8 + ["TEXT", "TEXT"]
+        expected = ["ARC", "CIRCLE", "LINE", "LINE", "POINT"] + ["POLYLINE"] * 8 + ["TEXT"] * 3
         frames = [[tuple(v.dxf.location)[:2] for v in p.vertices] for p in doc.modelspace().query("POLYLINE")
                   if p.is_closed]
         check([(0, 0), (2, 0), (2, 2)] in frames, f"{version}: hatch boundary missing among {frames}")
@@ -381,14 +381,16 @@ def new_drawing(tool, work, version):
         check(("HELIX", "AcDbHelix") in doc.classes.classes, f"{version}: no CLASS entry for HELIX")
     texts = [e.dxf.text for e in doc.modelspace().query("TEXT")]
     check(any("中文" in unescaped(t) for t in texts), f"{version}: text {texts}")
-    # A linetype missing from the table gets an entry; the line keeps its name.
+    # A linetype or text style missing from its table gets an entry; the entity keeps the name.
     check("CORVANE_DASH" in doc.linetypes, f"{version}: linetype entry missing")
+    check("CORVANE_NOTES" in doc.styles, f"{version}: text style entry missing")
     dashed = [e.dxf.get("linetype") for e in doc.modelspace().query("LINE")]
     check("CORVANE_DASH" in dashed, f"{version}: line linetypes {dashed}")
     auditor = doc.audit()
     check(not auditor.has_errors, f"{version}: audit of a new drawing: {[x.message for x in auditor.errors][:5]}")
-    check(not any(f.code == AuditError.UNDEFINED_LINETYPE for f in auditor.fixes),
-          f"{version}: audit fixed linetypes: {[f.message for f in auditor.fixes][:5]}")
+    undefined = (AuditError.UNDEFINED_LINETYPE, AuditError.UNDEFINED_TEXT_STYLE)
+    check(not any(f.code in undefined for f in auditor.fixes),
+          f"{version}: audit fixed names: {[f.message for f in auditor.fixes][:5]}")
     print(f"{version}: new drawing with {len(kinds)} entities reads cleanly")
 
 

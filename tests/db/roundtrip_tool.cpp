@@ -46,11 +46,14 @@ int makeNewDrawing(const char* version, const char* out) {
     e.data = data;
     db.append(e);
   }
-  // A linetype the drawing's table lacks.
+  // A linetype the drawing's table lacks,
   host::Entity dashed;
   dashed.props.linetype = "CORVANE_DASH";
   dashed.data = host::Line{{0, 0, 0}, {5, 0, 0}};
   db.append(dashed);
+  host::Entity styled;  // and a text style it lacks
+  styled.data = host::Text{.position = {0, 5, 0}, .text = "styled", .style = "CORVANE_NOTES"};
+  db.append(styled);
   standalone::saveDxf(db, out);
   return 0;
 }

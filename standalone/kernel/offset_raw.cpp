@@ -24,7 +24,7 @@ struct Moved {
   bool bridge = false;     // an arc turned inside out: its radius would be zero or less
   Vec2 sourceEnd;          // the source vertex this piece's end was moved from
   Vec2 tStart, tEnd;       // the source's unit tangents at the two ends
-  double sweep = 0;        // arcs: signed sweep before any trim
+  double sweep = 0;        // arcs: signed sweep as moved or extended, which trims only shorten
   Vec2 centre;             // arcs: the circle the ends stay on
 };
 
@@ -139,10 +139,20 @@ std::optional<Mitre> mitreOf(const Seg& prev, const Seg& next, Vec2 vertex, doub
   return best;
 }
 
+// Moves one end of a piece along its own line or circle to the far end of
+// an extension, an arc's sweep growing by the extension's.
+void extendTo(Moved& m, const Seg& ext, bool atEnd) {
+  if (atEnd) m.seg.b = ext.b;
+  else m.seg.a = ext.a;
+  if (m.sweep == 0) return;
+  m.sweep = 4 * (std::atan(m.seg.bulge) + std::atan(ext.bulge));
+  m.seg.bulge = std::tan(m.sweep / 4);
+}
+
 // What fills the corner between two consecutive moved pieces.
 struct CornerFill {
   std::vector<RawPiece> pieces;  // after the first piece: an arc or a bridge
-  std::optional<Mitre> mitre;    // or the two extensions
+  std::optional<Mitre> mitre;    // or the extensions the two pieces grew by
   Vec2 vertex;
 };
 
@@ -166,8 +176,10 @@ CornerFill joinCorner(Moved& p, Moved& q, double d, double tol) {
     if (sweep * d <= 0) sweep = d > 0 ? kPi : -kPi;
     std::optional<Mitre> mitre;
     if (!p.bridge && !q.bridge) mitre = mitreOf(p.seg, q.seg, v, d, tol);
-    if (mitre) return {{}, mitre, v};
-    return {{{Seg{e, s, std::tan(sweep / 4)}, RawRole::Join}}, std::nullopt, v};
+    if (!mitre) return {{{Seg{e, s, std::tan(sweep / 4)}, RawRole::Join}}, std::nullopt, v};
+    extendTo(p, mitre->extendPrev, true);
+    extendTo(q, mitre->extendNext, false);
+    return {{}, mitre, v};
   }
   if (!p.bridge && !q.bridge) {
     auto xs = intersectSegs(p.seg, q.seg, tol);
@@ -205,9 +217,6 @@ RawOffset rawOffset(const Pline2& source, double d, double tol) {
     add(m.seg, m.bridge ? RawRole::Bridge : RawRole::Offset, k);
     for (const auto& piece : fills[k].pieces) add(piece.seg, piece.role, nextOrigin++);
     if (const auto& mitre = fills[k].mitre) {
-      // The extensions continue the lines or circles they extend.
-      add(mitre->extendPrev, RawRole::Offset, k);
-      add(mitre->extendNext, RawRole::Offset, (k + 1) % n);
       Pline2 kite;
       kite.closed = true;
       kite.vertices = {{fills[k].vertex, 0}, {mitre->extendPrev.a, mitre->extendPrev.bulge},

@@ -98,7 +98,9 @@ class BodyReader {
         parseInteger(t);
         break;
       case GroupValue::kHandle: parseHandle(t); break;  // a second 330 may be read as the owner
-      default: break;
+      default:
+        if (t.code == 5 || t.code == 105) parseHandle(t);  // may be read as the handle
+        break;
     }
     keepAsIs(t);
   }

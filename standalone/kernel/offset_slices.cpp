@@ -167,18 +167,44 @@ void appendMerged(Slice& chain, const Piece& p) {
 // have begun in the middle of what its predecessor continues). A path that
 // meets its own start stays as it is.
 void joinOpenEnds(std::vector<Slice>& chains, double joinTol) {
-  for (bool joined = true; joined;) {
-    joined = false;
-    for (size_t i = 0; i < chains.size() && !joined; ++i)
-      for (size_t j = 0; j < chains.size() && !joined; ++j) {
-        if (j == i || (chains[i].back().seg.b - chains[j].front().seg.a).length() > joinTol) continue;
-        if ((chains[i].back().seg.b - chains[i].front().seg.a).length() <= joinTol) continue;
-        if ((chains[j].back().seg.b - chains[j].front().seg.a).length() <= joinTol) continue;
-        for (const auto& p : chains[j]) appendMerged(chains[i], p);
-        chains.erase(chains.begin() + j);
-        joined = true;
-      }
+  constexpr size_t kNone = static_cast<size_t>(-1);
+  auto closesOnItself = [&](const Slice& c) { return (c.back().seg.b - c.front().seg.a).length() <= joinTol; };
+  // Each open chain's successor: the nearest open chain starting where it
+  // ends, found among the starts ordered by x.
+  std::vector<size_t> byStart;
+  for (size_t i = 0; i < chains.size(); ++i)
+    if (!closesOnItself(chains[i])) byStart.push_back(i);
+  auto startX = [&](size_t i) { return chains[i].front().seg.a.x; };
+  std::sort(byStart.begin(), byStart.end(), [&](size_t a, size_t b) { return startX(a) < startX(b); });
+  std::vector<size_t> next(chains.size(), kNone);
+  std::vector<bool> hasPrevious(chains.size(), false);
+  for (size_t i : byStart) {
+    Vec2 end = chains[i].back().seg.b;
+    auto it = std::lower_bound(byStart.begin(), byStart.end(), end.x - joinTol,
+                               [&](size_t k, double x) { return startX(k) < x; });
+    double best = joinTol;
+    for (; it != byStart.end() && startX(*it) <= end.x + joinTol; ++it) {
+      double dist = (chains[*it].front().seg.a - end).length();
+      if (*it != i && !hasPrevious[*it] && dist <= best) next[i] = *it, best = dist;
+    }
+    if (next[i] != kNone) hasPrevious[next[i]] = true;
   }
+  // Chains followed from those nothing leads into, then what is left in rings.
+  std::vector<Slice> joined;
+  std::vector<bool> done(chains.size(), false);
+  auto follow = [&](size_t head) {
+    Slice chain;
+    for (size_t i = head; i != kNone && !done[i]; i = next[i]) {
+      done[i] = true;
+      for (const auto& p : chains[i]) appendMerged(chain, p);
+    }
+    joined.push_back(std::move(chain));
+  };
+  for (size_t i = 0; i < chains.size(); ++i)
+    if (!done[i] && !hasPrevious[i]) follow(i);
+  for (size_t i = 0; i < chains.size(); ++i)
+    if (!done[i]) follow(i);
+  chains = std::move(joined);
 }
 
 // Kept slices joined end to start into chains. Where raw pieces ran over one

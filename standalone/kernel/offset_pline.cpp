@@ -45,9 +45,10 @@ void keepOutlines(std::vector<Pline2>& results, const Pline2& source, double d) 
 std::vector<Pline2> offsetPline(const Pline2& source, double d, double tol) {
   if (d == 0) return {source};
   // Where a closed source crosses itself its sides swap, so both sides are
-  // offset and the region its loop winds about says which parts bound it.
+  // offset and the region its loop winds about decides; an open source may
+  // face itself left to right, so the other side cuts its offset.
   bool twisted = source.closed && crossesItself(source, tol);
-  RawOffset raw = twisted ? rawOffsetBothSides(source, d, tol) : rawOffset(source, d, tol);
+  RawOffset raw = twisted || !source.closed ? rawOffsetBothSides(source, d, tol) : rawOffset(source, d, tol);
   OffsetClearance clearance(source, raw.kites, d, tol);
   if (twisted) clearance.keepSide(source, (signedArea(source) > 0) == (d > 0));
   auto out = trimRawOffset(raw, source, clearance, d, tol);

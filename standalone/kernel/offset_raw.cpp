@@ -162,7 +162,7 @@ struct CornerFill {
 // reversal is an outer corner, the tip of a spike. At an inner corner the
 // pieces are cut back to their crossing; where they do not cross, a bridge
 // through the source vertex links them.
-CornerFill joinCorner(Moved& p, Moved& q, double d, double tol) {
+CornerFill joinCorner(Moved& p, Moved& q, double d, double tol, bool extend) {
   Vec2 v = p.sourceEnd, e = p.seg.b, s = q.seg.a;
   if ((e - s).length() <= tol) {
     q.seg.a = e;
@@ -175,7 +175,7 @@ CornerFill joinCorner(Moved& p, Moved& q, double d, double tol) {
     double sweep = std::atan2(ve.cross(vs), ve.dot(vs));
     if (sweep * d <= 0) sweep = d > 0 ? kPi : -kPi;
     std::optional<Mitre> mitre;
-    if (!p.bridge && !q.bridge) mitre = mitreOf(p.seg, q.seg, v, d, tol);
+    if (extend && !p.bridge && !q.bridge) mitre = mitreOf(p.seg, q.seg, v, d, tol);
     if (!mitre) return {{{Seg{e, s, std::tan(sweep / 4)}, RawRole::Join}}, std::nullopt, v};
     extendTo(p, mitre->extendPrev, true);
     extendTo(q, mitre->extendNext, false);
@@ -198,14 +198,14 @@ CornerFill joinCorner(Moved& p, Moved& q, double d, double tol) {
 
 }  // namespace
 
-RawOffset rawOffset(const Pline2& source, double d, double tol) {
+RawOffset rawOffset(const Pline2& source, double d, double tol, bool extendCorners) {
   std::vector<Moved> moved;
   for (size_t i = 0; i < source.segmentCount(); ++i)
     if (auto m = moveSegment(segmentOf(source, i), d, tol)) moved.push_back(*m);
   size_t n = moved.size();
   std::vector<CornerFill> fills(n);  // fills[k]: after piece k
   size_t joinCount = n < 2 ? 0 : (source.closed ? n : n - 1);
-  for (size_t k = 0; k < joinCount; ++k) fills[k] = joinCorner(moved[k], moved[(k + 1) % n], d, tol);
+  for (size_t k = 0; k < joinCount; ++k) fills[k] = joinCorner(moved[k], moved[(k + 1) % n], d, tol, extendCorners);
   RawOffset out;
   out.paths.emplace_back().closed = source.closed;
   auto add = [&](const Seg& seg, RawRole role, size_t origin) {
@@ -233,14 +233,23 @@ RawOffset rawOffsetBothSides(const Pline2& source, double d, double tol) {
   reversed.closed = source.closed;
   size_t n = source.vertices.size();
   // Segment k of the reversed loop is segment n-1-k run backwards.
-  for (size_t k = 0; k < n; ++k)
-    reversed.vertices.push_back({source.vertices[(n - k) % n].p, -source.vertices[(2 * n - k - 1) % n].bulge});
-  RawOffset other = rawOffset(reversed, d, tol);
+  if (source.closed) {
+    for (size_t k = 0; k < n; ++k)
+      reversed.vertices.push_back({source.vertices[(n - k) % n].p, -source.vertices[(2 * n - k - 1) % n].bulge});
+  } else {
+    // Segment k of the reversed line is segment n-2-k run backwards.
+    for (size_t k = 0; k < n; ++k)
+      reversed.vertices.push_back({source.vertices[n - 1 - k].p, k + 1 < n ? -source.vertices[n - 2 - k].bulge : 0});
+  }
+  // The other side of an open source marks where the band within |d| of it
+  // begins, so its outer corners are arcs about their vertices, as that band is.
+  RawOffset other = rawOffset(reversed, d, tol, source.closed);
+  other.paths.front().cutsOnly = !source.closed;
   size_t originShift = 0;
   for (const auto& p : out.paths.front().pieces) originShift = std::max(originShift, p.origin + 1);
   for (auto& p : other.paths.front().pieces) p.origin += originShift;
   out.paths.push_back(std::move(other.paths.front()));
-  out.kites.insert(out.kites.end(), other.kites.begin(), other.kites.end());
+  if (source.closed) out.kites.insert(out.kites.end(), other.kites.begin(), other.kites.end());
   return out;
 }
 

@@ -28,6 +28,7 @@ struct RawPiece {
 struct RawPath {
   std::vector<RawPiece> pieces;  // consecutive pieces share their end points
   bool closed = false;
+  bool cutsOnly = false;  // it only cuts the other paths where it crosses them; none of it is kept
 };
 
 struct RawOffset {
@@ -40,11 +41,15 @@ struct RawOffset {
 };
 
 // Raw offset at signed distance d (positive to the right of the direction of
-// travel); tol is the point tolerance of the geometry.
-RawOffset rawOffset(const Pline2& source, double d, double tol);
+// travel); tol is the point tolerance of the geometry. Without extended
+// corners every outer corner is an arc of radius |d| about its vertex.
+RawOffset rawOffset(const Pline2& source, double d, double tol, bool extendCorners = true);
 
-// The raw offsets on both sides of a closed source (the second is the
-// reversed source's), for a source that crosses itself.
+// The raw offsets on both sides of a source (the second is the reversed
+// source's), for a closed source that crosses itself, where its sides swap,
+// and for any open source, which can face itself left to right (a spiral).
+// Of an open source the second path only cuts the first where the band the
+// offset must keep clear of begins; the offset stays on the side asked for.
 RawOffset rawOffsetBothSides(const Pline2& source, double d, double tol);
 
 // Does the polyline cross or touch itself anywhere but where neighbouring

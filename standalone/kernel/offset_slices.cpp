@@ -287,7 +287,8 @@ std::vector<Pline2> trimRawOffset(const RawOffset& raw, const Pline2& source, co
   if (!source.closed) addEndCircleCrossings(raw.paths.front(), source, d, tol, cuts.front());
   std::vector<Slice> kept;
   for (size_t p = 0; p < raw.paths.size(); ++p)
-    for (auto& slice : slicesOf(raw.paths[p], std::move(cuts[p]), tol))
+    if (!raw.paths[p].cutsOnly)
+      for (auto& slice : slicesOf(raw.paths[p], std::move(cuts[p]), tol))
       if (keepsClear(slice, clearance)) kept.push_back(std::move(slice));
   if (kept.empty()) return {};
   double joinTol = 1e3 * tol;

@@ -144,23 +144,16 @@ std::ostream& operator<<(std::ostream& os, const Case& c) { return os << c.name;
 
 class DenseOffset : public ::testing::TestWithParam<Case> {};
 
-// Checks the results of one offset: sense of closure, count, and distance
-// from the source at samples spread along every result.
-TEST_P(DenseOffset, ClosureAndDistanceHold) {
-  const Case& c = GetParam();
-  std::vector<EntityData> out;
-  ASSERT_EQ(kernel.getOffsetCurves(c.source, c.d, out), ErrorStatus::eOk);
-  ASSERT_FALSE(out.empty());
-  if (c.loops > 0) {
-    EXPECT_EQ(out.size(), size_t(c.loops));
-  }
+// Checks the results of one offset: sense of closure, and distance from the
+// source at samples spread along every result.
+void expectClosureAndDistance(const LwPolyline& source, double d, const std::vector<EntityData>& out) {
   const double tol = 1e-7;
-  std::vector<TestSeg> source;
-  for (size_t i = 0; i < (c.source.closed ? c.source.vertices.size() : c.source.vertices.size() - 1); ++i)
-    source.push_back(segmentOf(c.source, i));
+  std::vector<TestSeg> segs;
+  for (size_t i = 0; i < (source.closed ? source.vertices.size() : source.vertices.size() - 1); ++i)
+    segs.push_back(segmentOf(source, i));
   for (const auto& r : out) {
     const auto& pl = std::get<LwPolyline>(r);
-    EXPECT_EQ(pl.closed, c.source.closed) << pl.vertices.size() << " vertices";
+    EXPECT_EQ(pl.closed, source.closed) << pl.vertices.size() << " vertices";
     size_t n = pl.closed ? pl.vertices.size() : pl.vertices.size() - 1;
     // Every segment's middle when there are few, else 4000 spread evenly,
     // at quarter, middle and three-quarter points in turn.
@@ -170,11 +163,49 @@ TEST_P(DenseOffset, ClosureAndDistanceHold) {
     for (size_t k = 0; k < samples; ++k) {
       double x, y;
       pointAt(segmentOf(pl, k * n / samples), samples < n ? 0.25 * (1 + k % 3) : 0.5, x, y);
-      double dist = distanceTo(source, x, y, 2 * std::abs(c.d));
+      double dist = distanceTo(segs, x, y, 2 * std::abs(d));
       nearest = std::min(nearest, dist);
-      if (dist < std::abs(c.d) - tol) ++tooNear;
+      if (dist < std::abs(d) - tol) ++tooNear;
     }
-    EXPECT_EQ(tooNear, 0) << "nearest " << nearest << " for |d| " << std::abs(c.d);
+    EXPECT_EQ(tooNear, 0) << "nearest " << nearest << " for |d| " << std::abs(d);
+  }
+}
+
+TEST_P(DenseOffset, ClosureAndDistanceHold) {
+  const Case& c = GetParam();
+  std::vector<EntityData> out;
+  ASSERT_EQ(kernel.getOffsetCurves(c.source, c.d, out), ErrorStatus::eOk);
+  ASSERT_FALSE(out.empty());
+  if (c.loops > 0) {
+    EXPECT_EQ(out.size(), size_t(c.loops));
+  }
+  expectClosureAndDistance(c.source, c.d, out);
+}
+
+// Scribbles: random vertices in a square, some with bulges, some repeated,
+// crossing themselves many times, offset by small and large distances. An
+// offset may be empty, but what there is keeps its distance and its closure.
+TEST(DenseOffset, RandomScribblesKeepClosureAndDistance) {
+  Noise rng(42);
+  for (int trial = 0; trial < 300; ++trial) {
+    LwPolyline pl;
+    pl.closed = rng.next() < 0.6;
+    int n = 3 + static_cast<int>(rng.next() * 30);
+    for (int i = 0; i < n; ++i) {
+      if (i > 0 && rng.next() < 0.05) {
+        pl.vertices.push_back(pl.vertices.back());
+        continue;
+      }
+      double bulge = rng.next() < 0.3 ? (2 * rng.next() - 1) * (rng.next() < 0.2 ? 3 : 0.5) : 0;
+      pl.vertices.push_back({10 * rng.next(), 10 * rng.next(), bulge});
+    }
+    if (!pl.closed) pl.vertices.back().bulge = 0;
+    double d = (2 * rng.next() - 1) * (rng.next() < 0.5 ? 0.5 : 3);
+    SCOPED_TRACE("trial " + std::to_string(trial) + ", d " + std::to_string(d));
+    std::vector<EntityData> out;
+    ErrorStatus es = kernel.getOffsetCurves(pl, d, out);
+    ASSERT_TRUE(es == ErrorStatus::eOk || (es == ErrorStatus::eInvalidOffset && out.empty()));
+    expectClosureAndDistance(pl, d, out);
   }
 }
 

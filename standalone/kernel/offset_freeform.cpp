@@ -74,13 +74,15 @@ std::vector<double> sampleParams(const ExactOffset& off, double from, double to,
   return us;
 }
 
-// Where the chords [a0, a1] and [b0, b1] of the offset cross, narrowed by
-// splitting both into quarters until the parameters settle.
-std::pair<double, double> refineCrossing(const ExactOffset& off, double a0, double a1, double b0, double b1, double tol) {
+// Where the chords [a0, a1] of one offset and [b0, b1] of another (or the
+// same) cross, narrowed by splitting both into quarters until the
+// parameters settle.
+std::pair<double, double> refineCrossing(const ExactOffset& offA, double a0, double a1, const ExactOffset& offB, double b0,
+                                         double b1, double tol) {
   double ua = (a0 + a1) / 2, ub = (b0 + b1) / 2;
   std::array<Vec2, 5> pa, pb;
   for (int iter = 0; iter < 60; ++iter) {
-    for (int k = 0; k <= 4; ++k) pa[k] = off.at2(a0 + (a1 - a0) * k / 4), pb[k] = off.at2(b0 + (b1 - b0) * k / 4);
+    for (int k = 0; k <= 4; ++k) pa[k] = offA.at2(a0 + (a1 - a0) * k / 4), pb[k] = offB.at2(b0 + (b1 - b0) * k / 4);
     if ((pa[0] - pa[4]).length() <= tol * 1e-3 && (pb[0] - pb[4]).length() <= tol * 1e-3) break;
     bool found = false;
     double best = 0;
@@ -102,28 +104,35 @@ std::pair<double, double> refineCrossing(const ExactOffset& off, double a0, doub
   return {ua, ub};
 }
 
-// Parameters where the offset crosses itself.
-std::vector<double> selfCrossings(const ExactOffset& off, double tol) {
+// Parameters where the offset crosses itself, or crosses the offset on the
+// curve's other side: a curve that faces itself left to right (a spiral)
+// puts the edge of the band its offset must keep clear of there.
+std::vector<double> crossings(const ExactOffset& off, const ExactOffset& otherSide, double tol) {
   int perSpan = std::max<int>(kCrossingSamplesPerSpan, kCrossingSamples / std::max<size_t>(1, off.breakpoints().size() - 1));
   auto us = sampleParams(off, off.start(), off.end(), perSpan);
+  size_t n = us.size() - 1;  // chords per side; chord n + i is the other side's i-th
   std::vector<Seg> chords;
   std::vector<Box2> boxes;
-  Vec2 prev = off.at2(us.front());
-  for (size_t i = 0; i + 1 < us.size(); ++i) {
-    Vec2 next = off.at2(us[i + 1]);
-    chords.push_back({prev, next, 0});
-    boxes.push_back(segmentBox(chords.back()));
-    prev = next;
+  for (const ExactOffset* side : {&off, &otherSide}) {
+    Vec2 prev = side->at2(us.front());
+    for (size_t i = 0; i < n; ++i) {
+      Vec2 next = side->at2(us[i + 1]);
+      chords.push_back({prev, next, 0});
+      boxes.push_back(segmentBox(chords.back()));
+      prev = next;
+    }
   }
   SpatialGrid grid(boxes);
   std::vector<double> cuts;
-  size_t n = chords.size();
   for (size_t i = 0; i < n; ++i)
     grid.query(boxes[i], [&](size_t j) {
-      bool neighbours = j <= i + 1 || (off.closed() && i == 0 && j == n - 1);
+      bool other = j >= n;
+      size_t k = other ? j - n : j;
+      bool neighbours = !other && (j <= i + 1 || (off.closed() && i == 0 && j == n - 1));
       if (neighbours || intersectSegs(chords[i], chords[j], tol).empty()) return false;
-      auto [ua, ub] = refineCrossing(off, us[i], us[i + 1], us[j], us[j + 1], tol);
-      cuts.push_back(ua), cuts.push_back(ub);
+      auto [ua, ub] = refineCrossing(off, us[i], us[i + 1], other ? otherSide : off, us[k], us[k + 1], tol);
+      cuts.push_back(ua);
+      if (!other) cuts.push_back(ub);
       return false;
     });
   return cuts;
@@ -211,7 +220,7 @@ host::ErrorStatus offsetFreeForm(const Path& path, const ge::Vector3d& normal, d
   ExactOffset off(path, normal, d);
   double scale = pathScale(path), tol = pointTolerance(scale);
   double limit = kFreeFormOffsetTolerance * pathExtents(path).diagonal();
-  std::vector<double> cuts = selfCrossings(off, tol);
+  std::vector<double> cuts = crossings(off, ExactOffset(path, normal, -d), tol);
   if (!path.closed) {
     auto ends = endCircleCrossings(off, path, d);
     cuts.insert(cuts.end(), ends.begin(), ends.end());

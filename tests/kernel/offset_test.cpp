@@ -228,6 +228,24 @@ TEST(Offset, FreeFormOffsetsPastACuspLoseTheirLoops) {
   expectAtDistance(half, part, 2, tol);
 }
 
+TEST(Offset, FreeFormOffsetFacingTheNextTurnOfASpiralKeepsItsDistance) {
+  // Two turns of a spiral whose gap widens from 0.8 to 1.44 over the first
+  // turn, offset by 0.6 either way: the inner turn's offset runs within 0.6
+  // of the outer turn until the gap passes 1.2, where it leaves the band
+  // about the outer turn through that turn's other side, and is cut there.
+  Spline spiral;
+  spiral.flags = 8;
+  for (int i = 0; i <= 64; ++i) {
+    double a = 4 * kPi * i / 64, r = std::pow(1.8, a / (2 * kPi));
+    spiral.fitPoints.push_back({r * std::cos(a), r * std::sin(a), 0});
+  }
+  for (double d : {0.6, -0.6}) {
+    auto out = offset(spiral, d);
+    ASSERT_FALSE(out.empty());
+    expectAtDistance(spiral, out, d, 1e-7 * 2 * 6.5);
+  }
+}
+
 TEST(Offset, Nonplanar3dPolylineIsNotOffset) {
   Polyline3d p;
   p.vertices = {{{0, 0, 0}}, {{1, 0, 1}}};

@@ -14,8 +14,10 @@ constexpr double kPi = std::numbers::pi;
 // An arc extended past this turn would no longer read as the same corner.
 constexpr double kLongestArcExtension = kPi / 2;
 
-// Meeting points farther than this many offset distances from the corner are
-// not used (shapely's mitre limit in the same units).
+// Meeting points farther than this many offset distances from the source
+// vertex are not used: the corner is rounded instead (4 is also SVG's
+// default mitre limit). Unlimited, the sharp corners of a jagged outline
+// would grow spikes across the whole shape.
 constexpr double kLongestMitre = 4;
 
 // A source segment moved by d, whose ends the corner joins may trim.

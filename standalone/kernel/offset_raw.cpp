@@ -255,32 +255,4 @@ RawOffset rawOffsetBothSides(const Pline2& source, double d, double tol) {
   return out;
 }
 
-bool crossesItself(const Pline2& pl, double tol) {
-  size_t n = pl.segmentCount();
-  std::vector<Seg> segs;
-  std::vector<Box2> boxes;
-  for (size_t i = 0; i < n; ++i) {
-    segs.push_back(segmentOf(pl, i));
-    Box2 b = segmentBox(segs.back());
-    boxes.push_back({b.minX - tol, b.minY - tol, b.maxX + tol, b.maxY + tol});
-  }
-  SpatialGrid grid(boxes);
-  bool crosses = false;
-  for (size_t i = 0; i < n && !crosses; ++i)
-    grid.query(boxes[i], [&](size_t j) {
-      if (j <= i) return false;
-      bool next = j == i + 1, wrap = pl.closed && i == 0 && j == n - 1;
-      if ((next && lineNeighboursMeetOnlyAtTheirVertex(segs[i], segs[j])) ||
-          (wrap && lineNeighboursMeetOnlyAtTheirVertex(segs[j], segs[i])))
-        return false;
-      for (Vec2 p : intersectSegs(segs[i], segs[j], tol)) {
-        if (next && (p - segs[i].b).length() <= tol) continue;
-        if (wrap && (p - segs[i].a).length() <= tol) continue;
-        crosses = true;
-      }
-      return crosses;
-    });
-  return crosses;
-}
-
 }  // namespace standalone::kernel

@@ -52,8 +52,5 @@ RawOffset rawOffset(const Pline2& source, double d, double tol, bool extendCorne
 // offset must keep clear of begins; the offset stays on the side asked for.
 RawOffset rawOffsetBothSides(const Pline2& source, double d, double tol);
 
-// Does the polyline cross or touch itself anywhere but where neighbouring
-// segments meet?
-bool crossesItself(const Pline2& pl, double tol);
 
 }  // namespace standalone::kernel

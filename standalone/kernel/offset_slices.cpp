@@ -280,6 +280,17 @@ Pline2 polylineOf(Slice chain, bool closedSource, double joinTol, double tol) {
 
 }  // namespace
 
+bool crossesItself(const Pline2& pl, double tol) {
+  RawPath path;
+  path.closed = pl.closed;
+  for (size_t i = 0; i < pl.segmentCount(); ++i) {
+    Seg s = segmentOf(pl, i);
+    if ((s.b - s.a).length() > tol) path.pieces.push_back({s, RawRole::Offset, i});
+  }
+  auto cuts = crossings({path}, tol);
+  return std::any_of(cuts.front().begin(), cuts.front().end(), [](const auto& c) { return !c.empty(); });
+}
+
 std::vector<Pline2> trimRawOffset(const RawOffset& raw, const Pline2& source, const OffsetClearance& clearance,
                                   double d, double tol) {
   if (source.segmentCount() == 0 || raw.paths.empty()) return {};

@@ -11,6 +11,10 @@
 
 namespace standalone::kernel {
 
+// Does the polyline cross or touch itself anywhere but where neighbouring
+// segments meet? Segments no longer than tol are passed over.
+bool crossesItself(const Pline2& pl, double tol);
+
 std::vector<Pline2> trimRawOffset(const RawOffset& raw, const Pline2& source, const OffsetClearance& clearance,
                                   double d, double tol);
 

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "host/utf8.h"
+
 namespace standalone {
 
 namespace {
@@ -27,24 +29,6 @@ std::string iconvName(std::string_view codepage) {
   if (digits == "950") return "BIG5";
   if (digits.empty() || digits.find_first_not_of("0123456789") != std::string_view::npos) return "CP1252";
   return "CP" + std::string(digits);
-}
-
-void appendUtf8(std::string& out, std::uint32_t cp) {
-  if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x10000) {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (cp >> 18));
-    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
 }
 
 // Length of the UTF-8 sequence starting with byte c (1 for a stray byte).
@@ -100,7 +84,7 @@ std::string resolveEscapes(std::string_view s) {
       std::uint32_t cp = 0;
       auto [ptr, ec] = std::from_chars(s.data() + i + 3, s.data() + i + 7, cp, 16);
       if (ec == std::errc{} && ptr == s.data() + i + 7) {
-        appendUtf8(out, cp);
+        host::appendUtf8(out, cp);
         i += 6;
         continue;
       }
@@ -132,7 +116,7 @@ std::string decodeText(std::string_view fileText, const TextEncoding& enc) {
       if (c < 0x80) {
         utf8 += static_cast<char>(c);
       } else {
-        appendUtf8(utf8, 0xFFFD);
+        host::appendUtf8(utf8, 0xFFFD);
       }
     }
   }

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "host/utf8.h"
 #include "standalone/kernel/ocs.h"
 
 namespace standalone::kernel {
@@ -26,19 +27,6 @@ constexpr double kMaxOblique = 85.0 * std::numbers::pi / 180.0;
 
 enum TextJustify { kLeft = 0, kCenter = 1, kRight = 2, kAligned = 3, kMiddle = 4, kFit = 5 };
 enum TextVertical { kBaseline = 0, kBottom = 1, kVerticalMiddle = 2, kTop = 3 };
-
-void appendUtf8(std::string& out, unsigned cp) {
-  if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
-}
 
 // A %% control code at s[i] (which starts with "%%"): appends what it shows
 // and moves i past it.
@@ -196,7 +184,7 @@ std::vector<std::string> mtextPlainLines(std::string_view s) {
         }
         case 'U':
           if (i + 5 <= s.size() && s[i] == '+' && isHexDigits(s.substr(i + 1, 4))) {
-            appendUtf8(lines.back(), static_cast<unsigned>(std::stoul(std::string(s.substr(i + 1, 4)), nullptr, 16)));
+            host::appendUtf8(lines.back(), static_cast<unsigned>(std::stoul(std::string(s.substr(i + 1, 4)), nullptr, 16)));
             i += 5;
           } else {
             lines.back() += code;

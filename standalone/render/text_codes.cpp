@@ -3,27 +3,11 @@
 #include <cctype>
 #include <cstdint>
 
+#include "host/utf8.h"
+
 namespace standalone {
 
 namespace {
-
-void appendUtf8(std::string& out, std::uint32_t cp) {
-  if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x10000) {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x110000) {
-    out += static_cast<char>(0xF0 | (cp >> 18));
-    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
-}
 
 bool isHex(char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; }
 
@@ -38,7 +22,7 @@ bool takeUnicodeEscape(std::string_view raw, std::size_t& i, std::string& out) {
     char c = static_cast<char>(std::tolower(static_cast<unsigned char>(raw[j])));
     cp = cp * 16 + static_cast<std::uint32_t>(c <= '9' ? c - '0' : c - 'a' + 10);
   }
-  appendUtf8(out, cp);
+  host::appendUtf8(out, cp);
   i += kLength;
   return true;
 }
@@ -86,7 +70,7 @@ std::string plainText(std::string_view raw) {
           std::uint32_t cp = 0;
           while (j < raw.size() && j < i + 5 && std::isdigit(static_cast<unsigned char>(raw[j])))
             cp = cp * 10 + static_cast<std::uint32_t>(raw[j++] - '0');
-          appendUtf8(out, cp);
+          host::appendUtf8(out, cp);
           i = j - 1;
           continue;
         }

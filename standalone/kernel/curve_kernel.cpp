@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "standalone/kernel/ocs.h"
+#include "standalone/kernel/insert_extents.h"
 #include "standalone/kernel/path_query.h"
 #include "standalone/kernel/text_extents.h"
 #include "standalone/kernel/tolerance.h"
@@ -52,42 +52,7 @@ std::optional<ClosestPoint> onPath(const Path& path, const ge::Point3d& p) {
 // Extents of a hatch from its boundary paths, each edge taken as the curve it is.
 ErrorStatus hatchExtents(const host::Hatch& h, ge::Extents3d& ext) {
   ext = {};
-  Frame f = ocsFrame(h.normal);
-  auto add = [&](const std::optional<Path>& p) {
-    if (p) ext.add(pathExtents(*p));
-  };
-  for (const auto& path : h.paths) {
-    if (path.flags & 2) {
-      host::LwPolyline pl;
-      pl.vertices = path.polyline;
-      pl.closed = path.polylineClosed;
-      pl.elevation = h.elevation;
-      pl.normal = h.normal;
-      add(pathOf(pl));
-      continue;
-    }
-    for (const auto& edge : path.edges) {
-      if (auto* l = std::get_if<host::HatchLineEdge>(&edge)) {
-        ext.add(ocsToWorld(f, l->start.x, l->start.y, h.elevation));
-        ext.add(ocsToWorld(f, l->end.x, l->end.y, h.elevation));
-      } else if (auto* a = std::get_if<host::HatchArcEdge>(&edge)) {
-        host::Arc arc{ocsToWorld(f, a->center.x, a->center.y, h.elevation), a->radius, a->startAngle, a->endAngle, 0,
-                      h.normal};
-        // The record keeps counter-clockwise angle values: a clockwise edge covers end to start.
-        if (!a->counterClockwise) std::swap(arc.startAngle, arc.endAngle);
-        add(pathOf(arc));
-      } else if (auto* el = std::get_if<host::HatchEllipseEdge>(&edge)) {
-        // Whole ellipse: a safe bound whatever the edge's angle convention.
-        host::Ellipse ell{ocsToWorld(f, el->center.x, el->center.y, h.elevation),
-                          f.x * el->majorAxis.x + f.y * el->majorAxis.y, h.normal, el->ratio};
-        add(pathOf(ell));
-      } else if (auto* s = std::get_if<host::HatchSplineEdge>(&edge)) {
-        // The convex hull property: control points bound the curve.
-        for (const auto& p : s->controlPoints) ext.add(ocsToWorld(f, p.x, p.y, h.elevation));
-        for (const auto& p : s->fitPoints) ext.add(ocsToWorld(f, p.x, p.y, h.elevation));
-      }
-    }
-  }
+  for (const Path& path : hatchBoundary(h)) ext.add(pathExtents(path));
   return ext.isValid() ? ErrorStatus::eOk : ErrorStatus::eDegenerateGeometry;
 }
 

@@ -7,35 +7,29 @@ namespace standalone::kernel {
 
 namespace {
 
-Box2 loopBox(const Pline2& loop) {
-  Box2 all = segmentBox(segmentOf(loop, 0));
-  for (size_t i = 1; i < loop.segmentCount(); ++i) {
-    Box2 b = segmentBox(segmentOf(loop, i));
+Box2 kiteBox(const Kite& kite) {
+  Box2 all = segmentBox(kite.edges[0]);
+  for (const Seg& e : kite.edges) {
+    Box2 b = segmentBox(e);
     all = {std::min(all.minX, b.minX), std::min(all.minY, b.minY), std::max(all.maxX, b.maxX),
            std::max(all.maxY, b.maxY)};
   }
   return all;
 }
 
-std::vector<Box2> loopBoxes(const std::vector<Pline2>& loops) {
+std::vector<Box2> kiteBoxes(const std::vector<Kite>& kites) {
   std::vector<Box2> out;
-  for (const auto& l : loops) out.push_back(loopBox(l));
+  for (const auto& k : kites) out.push_back(kiteBox(k));
   return out;
-}
-
-int windingAbout(const Pline2& loop, Vec2 p) {
-  int w = 0;
-  for (size_t i = 0; i < loop.segmentCount(); ++i) w += windingContribution(segmentOf(loop, i), p);
-  return w;
 }
 
 }  // namespace
 
-OffsetClearance::OffsetClearance(const Pline2& source, std::vector<Pline2> kites, double d, double tol)
+OffsetClearance::OffsetClearance(const Pline2& source, std::vector<Kite> kites, double d, double tol)
     : source_(segmentsOf(source)),
       sourceGrid_(boxesOf(source_), std::abs(d) / 2),  // cells about the query size
       kites_(std::move(kites)),
-      kiteGrid_(loopBoxes(kites_)),
+      kiteGrid_(kiteBoxes(kites_)),
       margin_(std::max(1e-2 * tol, 1e-12 * std::abs(d))) {
   need_ = std::abs(d) - margin_;
 }
@@ -66,11 +60,13 @@ bool OffsetClearance::farFromSource(Vec2 p) const {
 bool OffsetClearance::insideAKite(Vec2 p) const {
   bool inside = false;
   kiteGrid_.query(Box2{p.x, p.y, p.x, p.y}, [&](size_t i) {
-    const Pline2& kite = kites_[i];
-    if (windingAbout(kite, p) == 0) return false;
+    const Kite& kite = kites_[i];
+    int winding = 0;
+    for (const Seg& e : kite.edges) winding += windingContribution(e, p);
+    if (winding == 0) return false;
     // On an edge is not inside: other corners' extensions run along them.
-    for (size_t k = 0; k < kite.segmentCount(); ++k)
-      if (distanceToSegment(segmentOf(kite, k), p) <= margin_) return false;
+    for (const Seg& e : kite.edges)
+      if (distanceToSegment(e, p) <= margin_) return false;
     inside = true;
     return true;
   });

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "standalone/kernel/offset_raw.h"
 #include "standalone/kernel/offset_winding.h"
 #include "standalone/kernel/pline2.h"
 #include "standalone/kernel/spatial_grid.h"
@@ -14,7 +15,7 @@ namespace standalone::kernel {
 
 class OffsetClearance {
  public:
-  OffsetClearance(const Pline2& source, std::vector<Pline2> kites, double d, double tol);
+  OffsetClearance(const Pline2& source, std::vector<Kite> kites, double d, double tol);
   // Is the point farther than |d| from the source and outside every kite
   // (and, once keepSide was called, on that side of the source's loop)?
   bool clear(Vec2 p) const;
@@ -29,7 +30,7 @@ class OffsetClearance {
 
   std::vector<Seg> source_;
   SpatialGrid sourceGrid_;
-  std::vector<Pline2> kites_;
+  std::vector<Kite> kites_;
   SpatialGrid kiteGrid_;
   double need_, margin_;
   std::unique_ptr<WindingCounter> loop_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "standalone/kernel/offset_raw.h"
 #include "standalone/kernel/offset_slices.h"
@@ -49,7 +50,7 @@ std::vector<Pline2> offsetPline(const Pline2& source, double d, double tol) {
   // face itself left to right, so the other side cuts its offset.
   bool twisted = source.closed && crossesItself(source, tol);
   RawOffset raw = twisted || !source.closed ? rawOffsetBothSides(source, d, tol) : rawOffset(source, d, tol);
-  OffsetClearance clearance(source, raw.kites, d, tol);
+  OffsetClearance clearance(source, std::move(raw.kites), d, tol);
   if (twisted) clearance.keepSide(source, (signedArea(source) > 0) == (d > 0));
   auto out = trimRawOffset(raw, source, clearance, d, tol);
   if (source.closed) keepOutlines(out, source, d);

@@ -219,11 +219,9 @@ RawOffset rawOffset(const Pline2& source, double d, double tol, bool extendCorne
     add(m.seg, m.bridge ? RawRole::Bridge : RawRole::Offset, k);
     for (const auto& piece : fills[k].pieces) add(piece.seg, piece.role, nextOrigin++);
     if (const auto& mitre = fills[k].mitre) {
-      Pline2 kite;
-      kite.closed = true;
-      kite.vertices = {{fills[k].vertex, 0}, {mitre->extendPrev.a, mitre->extendPrev.bulge},
-                       {mitre->extendNext.a, mitre->extendNext.bulge}, {mitre->extendNext.b, 0}};
-      out.kites.push_back(std::move(kite));
+      Vec2 v = fills[k].vertex;
+      out.kites.push_back({{Seg{v, mitre->extendPrev.a, 0}, mitre->extendPrev, mitre->extendNext,
+                            Seg{mitre->extendNext.b, v, 0}}});
     }
   }
   return out;

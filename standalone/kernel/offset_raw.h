@@ -6,6 +6,7 @@
 // source, together with the corner kites (source vertex, the two extended
 // ends, the meeting point), is what the offset keeps clear of; its boundary
 // lies on the raw pieces, and the rest of them is cut away later.
+#include <array>
 #include <cstddef>
 #include <vector>
 
@@ -31,13 +32,18 @@ struct RawPath {
   bool cutsOnly = false;  // it only cuts the other paths where it crosses them; none of it is kept
 };
 
+// An extended corner as the region it adds to what the offset keeps clear
+// of: source vertex, end of the first piece, meeting point, start of the
+// second, and back to the vertex.
+struct Kite {
+  std::array<Seg, 4> edges;
+};
+
 struct RawOffset {
   // One path; two for a closed source that crosses itself, the second along
   // the other side, run backwards so that both go the same way round.
   std::vector<RawPath> paths;
-  // Each extended corner as a closed loop: source vertex, end of the first
-  // segment, meeting point, start of the second.
-  std::vector<Pline2> kites;
+  std::vector<Kite> kites;
 };
 
 // Raw offset at signed distance d (positive to the right of the direction of

@@ -176,17 +176,27 @@ std::vector<ObjectId> DrawingDatabase::reactorsOf(ObjectId id) const {
   return out;
 }
 
+namespace {
+
+// An entity's reactor list changed: an uninterpreted entity carries it in its
+// kept tags, and either kind is written from its record from now on.
+void writeReactors(EntityRecord& e) {
+  if (std::holds_alternative<host::OtherEntity>(e.entity.data)) {
+    if (e.extras.otherTags.empty()) e.extras.otherTags = tokenize(e.raw);
+    setReactors(e.extras.otherTags, e.extras.reactors);
+  }
+  e.raw = {};
+}
+
+}  // namespace
+
 ErrorStatus DrawingDatabase::addReactor(ObjectId id, ObjectId reactor) {
   if (reactor.isNull()) return ErrorStatus::eNullObjectId;
   if (EntityRecord* e = liveEntity(id.value)) {
     auto& list = e->extras.reactors;
     if (std::find(list.begin(), list.end(), reactor.value) != list.end()) return ErrorStatus::eOk;
     list.push_back(reactor.value);
-    if (std::holds_alternative<host::OtherEntity>(e->entity.data)) {
-      if (e->extras.otherTags.empty()) e->extras.otherTags = tokenize(e->raw);
-      setReactors(e->extras.otherTags, list);
-    }
-    e->raw = {};
+    writeReactors(*e);
     return ErrorStatus::eOk;
   }
   if (TagRecord* r = liveRecord(id.value)) {
@@ -207,11 +217,7 @@ ErrorStatus DrawingDatabase::removeReactor(ObjectId id, ObjectId reactor) {
     auto it = std::find(list.begin(), list.end(), reactor.value);
     if (it == list.end()) return ErrorStatus::eKeyNotFound;
     list.erase(it);
-    if (std::holds_alternative<host::OtherEntity>(e->entity.data)) {
-      if (e->extras.otherTags.empty()) e->extras.otherTags = tokenize(e->raw);
-      setReactors(e->extras.otherTags, list);
-    }
-    e->raw = {};
+    writeReactors(*e);
     return ErrorStatus::eOk;
   }
   if (TagRecord* r = liveRecord(id.value)) {

@@ -11,6 +11,7 @@
 
 #include "standalone/kernel/curve_kernel.h"
 #include "standalone/kernel/text_extents.h"
+#include "standalone/text/text_codes.h"
 
 namespace {
 
@@ -71,8 +72,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   using namespace standalone::kernel;
   checkFinite(textBox(t));
   checkFinite(mtextBox(m));
-  plainTextContent(t.text);
-  mtextPlainLines(m.text);
+  standalone::plainText(t.text);
+  standalone::plainMTextLines(m.text);
 
   standalone::CurveKernel kernel;
   host::BlockContents block{{}, {t, m}};

@@ -78,20 +78,13 @@ RawTag FileReader::need(int code, const char* what) {
 TagRecord FileReader::readRecord(const RawTag& first) {
   TagRecord r;
   r.type = std::string(first.value);
-  bool inGroup = false, seenMarker = false, seenName = false;
+  RecordHeaderScan scan;
   RawTag t;
   while (reader_.peek(t) && t.code != 0) {
     reader_.next(t);
-    if (t.code == 102) inGroup = !t.value.empty() && t.value.front() == '{';
-    if (inGroup) continue;
-    if (t.code == 100) seenMarker = true;
-    if ((t.code == 5 || t.code == 105) && r.handle == 0) r.handle = parseHandle(t);
-    if (t.code == 330 && !seenMarker && r.owner == 0) tryParseHandle(t.value, r.owner);
-    if (t.code == 2 && !seenName) {
-      r.name = decodeText(t.value, c_.encoding());
-      seenName = true;
-    }
+    scan.take(t.code, t.value, t.line + 1, c_.encoding());
   }
+  scan.fill(r);
   r.raw = std::string_view(first.start, static_cast<std::size_t>(reader_.position() - first.start));
   return r;
 }

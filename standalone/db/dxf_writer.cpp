@@ -1,13 +1,7 @@
 #include "standalone/db/dxf_writer.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cctype>
-#include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <set>
 
@@ -15,6 +9,7 @@
 #include "standalone/db/dxf_entity_writer.h"
 #include "standalone/db/dxf_out.h"
 #include "standalone/db/tag_record.h"
+#include "standalone/io/replace_file.h"
 
 namespace standalone {
 
@@ -369,15 +364,6 @@ void Writer::run() {
   out_.flush();
 }
 
-// Permission bits for the new file: the target's if it exists, else the usual ones.
-mode_t modeFor(const std::filesystem::path& path) {
-  struct stat st {};
-  if (::stat(path.c_str(), &st) == 0) return st.st_mode & 07777;
-  mode_t mask = ::umask(0);
-  ::umask(mask);
-  return 0666 & ~mask;
-}
-
 }  // namespace
 
 std::string writeDxf(const DrawingDatabase& db) {
@@ -387,34 +373,14 @@ std::string writeDxf(const DrawingDatabase& db) {
 }
 
 void saveDxf(const DrawingDatabase& db, const std::filesystem::path& path) {
-  std::filesystem::path dir = path.parent_path().empty() ? std::filesystem::path(".") : path.parent_path();
-  std::string pattern = (dir / ("." + path.filename().string() + ".XXXXXX")).string();
-  int fd = ::mkstemp(pattern.data());
-  if (fd < 0) throw DxfError(0, "cannot write beside \"" + path.string() + "\": " + std::strerror(errno));
-  std::FILE* f = ::fdopen(fd, "wb");
-  bool ok = f != nullptr;
-  std::string failure;
   try {
-    DxfOut out(db.contents().lineEnd, [&](std::string_view bytes) {
-      if (ok && std::fwrite(bytes.data(), 1, bytes.size(), f) != bytes.size()) ok = false;
-    });
+    FileReplacement file(path);
+    DxfOut out(db.contents().lineEnd, [&](std::string_view bytes) { file.write(bytes); });
     Writer(db, out).run();
-  } catch (const DxfError& e) {
-    ok = false;
-    failure = e.what();
+    file.commit();
+  } catch (const FileWriteError& e) {
+    throw DxfError(0, e.what());
   }
-  if (f) {
-    ok = std::fflush(f) == 0 && ok;
-    ::fchmod(fd, modeFor(path));
-    ok = std::fclose(f) == 0 && ok;
-  } else {
-    ::close(fd);
-  }
-  if (ok && std::rename(pattern.c_str(), path.c_str()) == 0) return;
-  int err = errno;
-  std::remove(pattern.c_str());
-  if (!failure.empty()) throw DxfError(0, failure);
-  throw DxfError(0, "cannot write \"" + path.string() + "\": " + std::strerror(err));
 }
 
 }  // namespace standalone

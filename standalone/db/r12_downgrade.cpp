@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "ge/nurbs.h"
+#include "standalone/text/text_codes.h"
+
 namespace standalone {
 
 namespace {
@@ -15,45 +18,18 @@ namespace {
 constexpr int kPointsPerTurn = 72;
 constexpr int kPointsPerSpan = 12;
 
-struct Homogeneous {
-  double x = 0, y = 0, z = 0, w = 1;
-};
-
-// De Boor's algorithm on the homogeneous control points (rational splines).
-ge::Point3d splinePoint(const host::Spline& s, double u) {
-  const int p = s.degree;
-  const int n = static_cast<int>(s.controlPoints.size());
-  int k = p;
-  while (k < n - 1 && s.knots[static_cast<std::size_t>(k + 1)] <= u) ++k;
-  std::vector<Homogeneous> d(static_cast<std::size_t>(p + 1));
-  for (int j = 0; j <= p; ++j) {
-    const auto& c = s.controlPoints[static_cast<std::size_t>(j + k - p)];
-    double w = s.weights.size() == s.controlPoints.size() ? s.weights[static_cast<std::size_t>(j + k - p)] : 1.0;
-    d[static_cast<std::size_t>(j)] = {c.x * w, c.y * w, c.z * w, w};
-  }
-  for (int r = 1; r <= p; ++r) {
-    for (int j = p; j >= r; --j) {
-      double lo = s.knots[static_cast<std::size_t>(j + k - p)];
-      double hi = s.knots[static_cast<std::size_t>(j + 1 + k - r)];
-      double a = hi > lo ? (u - lo) / (hi - lo) : 0.0;
-      auto& dj = d[static_cast<std::size_t>(j)];
-      const auto& dm = d[static_cast<std::size_t>(j - 1)];
-      dj = {(1 - a) * dm.x + a * dj.x, (1 - a) * dm.y + a * dj.y, (1 - a) * dm.z + a * dj.z, (1 - a) * dm.w + a * dj.w};
-    }
-  }
-  const auto& h = d[static_cast<std::size_t>(p)];
-  return {h.x / h.w, h.y / h.w, h.z / h.w};
-}
-
+// Points along a spline, kPointsPerSpan in every knot span; its fit points
+// when it has no control points, its control polygon when its data cannot
+// be evaluated.
 std::vector<ge::Point3d> splinePoints(const host::Spline& s) {
-  const std::size_t n = s.controlPoints.size();
-  const std::size_t p = static_cast<std::size_t>(std::max(1, s.degree));
-  if (n == 0) return s.fitPoints;  // only fit data: the points the curve passes through
-  if (n <= p || s.knots.size() != n + p + 1) return s.controlPoints;
-  double u0 = s.knots[p], u1 = s.knots[n];
-  int count = static_cast<int>(n - p) * kPointsPerSpan;
-  std::vector<ge::Point3d> out;
-  for (int i = 0; i <= count; ++i) out.push_back(splinePoint(s, u0 + (u1 - u0) * i / count));
+  if (s.controlPoints.empty()) return s.fitPoints;  // only fit data: the points the curve passes through
+  ge::Nurbs curve{s.degree, s.knots, s.controlPoints, s.weights};
+  if (!curve.isValid()) return s.controlPoints;
+  std::vector<double> breaks = ge::nurbsBreakpoints(curve);
+  std::vector<ge::Point3d> out{ge::nurbsPoint(curve, breaks.front())};
+  for (std::size_t k = 1; k < breaks.size(); ++k)
+    for (int i = 1; i <= kPointsPerSpan; ++i)
+      out.push_back(ge::nurbsPoint(curve, breaks[k - 1] + (breaks[k] - breaks[k - 1]) * i / kPointsPerSpan));
   return out;
 }
 
@@ -109,30 +85,10 @@ host::EntityData polylineThrough(std::vector<ge::Point3d> pts, bool closed) {
   return p;
 }
 
-// Plain text of MTEXT content: paragraph breaks become spaces, formatting
-// codes and braces are dropped.
-std::string plainText(const std::string& m) {
+// MTEXT content as one line of TEXT: its plain lines joined by spaces.
+std::string singleLineText(const std::string& m) {
   std::string out;
-  for (std::size_t i = 0; i < m.size(); ++i) {
-    char c = m[i];
-    if (c == '{' || c == '}') continue;
-    if (c != '\\' || i + 1 >= m.size()) {
-      out += c;
-      continue;
-    }
-    char code = m[++i];
-    if (code == 'P' || code == '~') {
-      out += ' ';
-    } else if (code == '\\' || code == '{' || code == '}') {
-      out += code;
-    } else if (std::string_view("fFHQTWACpcS").find(code) != std::string_view::npos) {
-      std::size_t end = m.find(';', i);
-      i = end == std::string::npos ? m.size() : end;
-    } else if (code == 'U' || code == 'u') {
-      out += '\\';
-      out += code;
-    }
-  }
+  for (const std::string& line : plainMTextLines(m)) out += (out.empty() ? "" : " ") + line;
   return out;
 }
 
@@ -212,7 +168,7 @@ std::optional<host::EntityData> singleStandIn(const host::EntityData& data) {
     host::Text t;
     t.position = t.alignmentPoint = m->position;
     t.height = m->height;
-    t.text = plainText(m->text);
+    t.text = singleLineText(m->text);
     t.style = m->style;
     t.normal = m->normal;
     t.rotation = std::atan2(m->xDirection.y, m->xDirection.x);

@@ -50,25 +50,35 @@ TagList& editTags(TagRecord& record) {
   return record.tags;
 }
 
+void RecordHeaderScan::take(int code, std::string_view value, std::size_t line, const TextEncoding& enc) {
+  if (code == 102) {
+    inGroup_ = !value.empty() && value.front() == '{';
+    return;
+  }
+  if (inGroup_) return;
+  if (code == 100) seenMarker_ = true;
+  if ((code == 5 || code == 105) && handle_ == 0 && !tryParseHandle(value, handle_))
+    throw DxfError(line, "expected a hexadecimal handle for group code " + std::to_string(code) + ", found \"" +
+                             std::string(value.substr(0, 40)) + "\"");
+  if (code == 330 && !seenMarker_ && owner_ == 0) tryParseHandle(value, owner_);
+  if (code == 2 && !seenName_) {
+    name_ = decodeText(value, enc);
+    seenName_ = true;
+  }
+}
+
+void RecordHeaderScan::fill(TagRecord& record) const {
+  record.handle = handle_;
+  record.owner = owner_;
+  record.name = name_;
+}
+
 void refreshCache(TagRecord& record, const TextEncoding& enc) {
   TagList tags = tagsOf(record);
   record.type = tags.empty() ? std::string() : tags.front().value;
-  record.handle = record.owner = 0;
-  record.name.clear();
-  bool inGroup = false, seenMarker = false, seenName = false;
-  for (std::size_t i = 1; i < tags.size(); ++i) {
-    const Tag& t = tags[i];
-    if (isGroupOpen(t)) inGroup = true;
-    if (isGroupClose(t)) inGroup = false;
-    if (inGroup) continue;
-    if (t.code == 100) seenMarker = true;
-    if ((t.code == 5 || t.code == 105) && record.handle == 0) tryParseHandle(t.value, record.handle);
-    if (t.code == 330 && !seenMarker && record.owner == 0) tryParseHandle(t.value, record.owner);
-    if (t.code == 2 && !seenName) {
-      record.name = decodeText(t.value, enc);
-      seenName = true;
-    }
-  }
+  RecordHeaderScan scan;
+  for (std::size_t i = 1; i < tags.size(); ++i) scan.take(tags[i].code, tags[i].value, 0, enc);
+  scan.fill(record);
 }
 
 TagRecord makeRecord(TagList tags, const TextEncoding& enc) {

@@ -20,6 +20,25 @@ TagList tokenize(std::string_view raw);
 TagList tagsOf(const TagRecord& record);
 // Switches the record to an editable tag list and returns it.
 TagList& editTags(TagRecord& record);
+// The common header of a record, read tag by tag after its 0 group: the
+// handle (the first 5, or 105 for DIMSTYLE), the owner (a 330 before the
+// first subclass marker) and the name (the first 2), leaving out the tags
+// inside 102 application groups. The file reader and the cache of edited
+// records both read headers here, so a record means the same either way.
+class RecordHeaderScan {
+ public:
+  // Takes the next tag; line is the tag's line in a file, 0 when it has none.
+  // A handle group that holds no hexadecimal handle throws DxfError.
+  void take(int code, std::string_view value, std::size_t line, const TextEncoding& enc);
+  // Copies what was found into the record.
+  void fill(TagRecord& record) const;
+
+ private:
+  std::uint64_t handle_ = 0, owner_ = 0;
+  std::string name_;
+  bool inGroup_ = false, seenMarker_ = false, seenName_ = false;
+};
+
 // Recomputes type, handle, owner and name from the record's content.
 void refreshCache(TagRecord& record, const TextEncoding& enc);
 // A new record from tags (cache filled).

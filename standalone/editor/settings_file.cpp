@@ -6,11 +6,11 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <unistd.h>
 
 #include "standalone/editor/answer_parse.h"
 #include "standalone/editor/answer_source.h"
 #include "standalone/editor/errors.h"
+#include "standalone/io/replace_file.h"
 
 namespace standalone {
 
@@ -211,9 +211,9 @@ std::string formatRegText(const RegDocument& doc) {
     out << "\n[" << key.path << "]\n";
     for (const RegValue& v : key.values) {
       out << (v.name.empty() ? std::string("@") : escapeQuoted(v.name)) << "=";
-      if (const auto* i = std::get_if<std::uint32_t>(&v.data)) {
+      if (const auto* dword = std::get_if<std::uint32_t>(&v.data)) {
         char buf[16];
-        std::snprintf(buf, sizeof buf, "dword:%08x", *i);
+        std::snprintf(buf, sizeof buf, "dword:%08x", *dword);
         out << buf;
       } else if (const auto* s = std::get_if<std::string>(&v.data)) {
         out << escapeQuoted(*s);
@@ -306,18 +306,7 @@ bool SettingsFile::update(const std::function<bool(RegDocument&)>& change) {
     if (damaged) moveDamagedAside();
     fs::path target(path_);
     if (target.has_parent_path()) fs::create_directories(target.parent_path());
-    std::string temp = path_ + ".tmp" + std::to_string(::getpid());
-    {
-      std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-      out << formatRegText(doc);
-      out.flush();
-      if (!out) {
-        std::error_code ignored;
-        fs::remove(temp, ignored);
-        return false;
-      }
-    }
-    fs::rename(temp, target);
+    replaceFile(target, formatRegText(doc));
     return true;
   } catch (const std::exception& e) {
     if (warn_) warn_(std::string("Cannot write the settings file: ") + e.what());

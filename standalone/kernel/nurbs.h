@@ -1,32 +1,13 @@
 #pragma once
-// Non-uniform rational B-spline curves: evaluation of points and derivatives
-// (Piegl & Tiller, The NURBS Book, algorithms A2.1 and A2.3 in homogeneous form).
-#include <vector>
-
-#include "ge/point.h"
+// The kernel's names for the NURBS curves of ge/nurbs.h.
+#include "ge/nurbs.h"
 
 namespace standalone::kernel {
 
-struct Nurbs {
-  int degree = 3;
-  std::vector<double> knots;            // size = controlPoints + degree + 1
-  std::vector<ge::Point3d> controlPoints;
-  std::vector<double> weights;          // empty: all 1
-
-  // Parameter range over which the curve is defined (works for clamped and
-  // for the unclamped knot vectors of periodic splines).
-  double startParam() const { return knots[degree]; }
-  double endParam() const { return knots[controlPoints.size()]; }
-  bool isValid() const;
-};
-
-// Point at a parameter; parameters outside the range are clamped.
-ge::Point3d nurbsPoint(const Nurbs& n, double u);
-// First and second derivatives with respect to the parameter.
-ge::Vector3d nurbsDeriv(const Nurbs& n, double u);
-ge::Vector3d nurbsSecondDeriv(const Nurbs& n, double u);
-// Distinct knot values inside the range, both ends included: the curve is
-// polynomial (or rational) between consecutive breakpoints.
-std::vector<double> nurbsBreakpoints(const Nurbs& n);
+using ge::Nurbs;
+using ge::nurbsBreakpoints;
+using ge::nurbsDeriv;
+using ge::nurbsPoint;
+using ge::nurbsSecondDeriv;
 
 }  // namespace standalone::kernel

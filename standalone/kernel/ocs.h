@@ -1,34 +1,16 @@
 #pragma once
-// Object coordinate systems: the arbitrary-axis rule that gives a planar
-// entity's X and Y axes from its normal, and the maps into and out of it.
-#include "ge/point.h"
+// The kernel's names for the object coordinate systems of ge/ocs.h.
+#include "ge/ocs.h"
 
 namespace standalone::kernel {
 
-struct Frame {
-  ge::Vector3d x, y, z;  // orthonormal, right-handed (x × y = z)
-};
+using Frame = ge::OcsFrame;
 
-// OCS axes of a normal by the arbitrary-axis rule: when the normal is within
-// 1/64 of the world Z axis, X = Wy × N, otherwise X = Wz × N; Y = N × X.
-inline Frame ocsFrame(const ge::Vector3d& normal) {
-  ge::Vector3d n = normal.normalized();
-  constexpr double kNearPole = 1.0 / 64.0;
-  ge::Vector3d ax = (std::abs(n.x) < kNearPole && std::abs(n.y) < kNearPole) ? ge::kYAxis.cross(n)
-                                                                               : ge::kZAxis.cross(n);
-  ax = ax.normalized();
-  return {ax, n.cross(ax), n};
-}
-
+// OCS axes of a normal by the arbitrary-axis rule.
+inline Frame ocsFrame(const ge::Vector3d& normal) { return ge::OcsFrame::of(normal); }
 // World point of OCS coordinates (x, y, z).
-inline ge::Point3d ocsToWorld(const Frame& f, double x, double y, double z) {
-  return ge::Point3d{} + f.x * x + f.y * y + f.z * z;
-}
-
+inline ge::Point3d ocsToWorld(const Frame& f, double x, double y, double z) { return f.toWorld({x, y, z}); }
 // OCS coordinates of a world point.
-inline ge::Point3d worldToOcs(const Frame& f, const ge::Point3d& p) {
-  ge::Vector3d v = p.asVector();
-  return {v.dot(f.x), v.dot(f.y), v.dot(f.z)};
-}
+inline ge::Point3d worldToOcs(const Frame& f, const ge::Point3d& p) { return f.toOcs(p); }
 
 }  // namespace standalone::kernel

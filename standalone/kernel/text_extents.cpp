@@ -7,6 +7,7 @@
 
 #include "host/utf8.h"
 #include "standalone/kernel/ocs.h"
+#include "standalone/text/text_codes.h"
 
 namespace standalone::kernel {
 
@@ -27,47 +28,6 @@ constexpr double kMaxOblique = 85.0 * std::numbers::pi / 180.0;
 
 enum TextJustify { kLeft = 0, kCenter = 1, kRight = 2, kAligned = 3, kMiddle = 4, kFit = 5 };
 enum TextVertical { kBaseline = 0, kBottom = 1, kVerticalMiddle = 2, kTop = 3 };
-
-// A %% control code at s[i] (which starts with "%%"): appends what it shows
-// and moves i past it.
-void takePercentCode(std::string_view s, std::size_t& i, std::string& out) {
-  std::size_t rest = s.size() - i;
-  char code = rest > 2 ? static_cast<char>(std::tolower(static_cast<unsigned char>(s[i + 2]))) : '\0';
-  if (code == 'c' || code == 'd' || code == 'p') {
-    out += 'o';  // diameter, degree, plus-minus: one narrow character each
-    i += 3;
-  } else if (code == 'u' || code == 'o') {
-    i += 3;
-  } else if (code == '%') {
-    out += '%';
-    i += 3;
-  } else if (rest >= 5 && std::isdigit(static_cast<unsigned char>(s[i + 2])) &&
-             std::isdigit(static_cast<unsigned char>(s[i + 3])) && std::isdigit(static_cast<unsigned char>(s[i + 4]))) {
-    out += 'o';
-    i += 5;
-  } else {
-    out += "%%";
-    i += 2;
-  }
-}
-
-bool isHexDigits(std::string_view s) {
-  return std::all_of(s.begin(), s.end(), [](char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; });
-}
-
-// The longer part of a stack's content "a^b", "a/b" or "a#b".
-std::string_view longerStackPart(std::string_view stack) {
-  std::size_t split = stack.find_first_of("^/#");
-  if (split == std::string_view::npos) return stack;
-  std::string_view top = stack.substr(0, split), bottom = stack.substr(split + 1);
-  return top.size() >= bottom.size() ? top : bottom;
-}
-
-// Index just past the next ';' from i (the end of a code's argument), or the end.
-std::size_t pastSemicolon(std::string_view s, std::size_t i) {
-  std::size_t j = s.find(';', i);
-  return j == std::string_view::npos ? s.size() : j + 1;
-}
 
 struct Placement {
   ge::Point3d anchor;
@@ -138,75 +98,11 @@ double estimatedWidthInHeights(std::string_view plainUtf8) {
   return ems;
 }
 
-std::string plainTextContent(std::string_view content) {
-  std::string out;
-  for (std::size_t i = 0; i < content.size();) {
-    if (content.substr(i, 2) == "%%") {
-      takePercentCode(content, i, out);
-    } else {
-      out += content[i++];
-    }
-  }
-  return out;
-}
-
-std::vector<std::string> mtextPlainLines(std::string_view s) {
-  std::vector<std::string> lines(1);
-  for (std::size_t i = 0; i < s.size();) {
-    char c = s[i];
-    if (c == '{' || c == '}') {
-      ++i;
-    } else if (c == '\n') {
-      lines.emplace_back();
-      ++i;
-    } else if (s.substr(i, 2) == "%%") {
-      takePercentCode(s, i, lines.back());
-    } else if (c != '\\' || i + 1 == s.size()) {
-      lines.back() += c;
-      ++i;
-    } else {
-      char code = s[i + 1];
-      i += 2;
-      switch (code) {
-        case 'P': case 'N': case 'X':  // paragraph, column and dimension-line breaks
-          lines.emplace_back();
-          break;
-        case '~':
-          lines.back() += ' ';
-          break;
-        case 'S': {
-          std::size_t end = pastSemicolon(s, i);
-          std::string_view stack = s.substr(i, end - i);
-          if (stack.ends_with(';')) stack.remove_suffix(1);
-          lines.back() += longerStackPart(stack);
-          i = end;
-          break;
-        }
-        case 'U':
-          if (i + 5 <= s.size() && s[i] == '+' && isHexDigits(s.substr(i + 1, 4))) {
-            host::appendUtf8(lines.back(), static_cast<unsigned>(std::stoul(std::string(s.substr(i + 1, 4)), nullptr, 16)));
-            i += 5;
-          } else {
-            lines.back() += code;
-          }
-          break;
-        case 'A': case 'C': case 'c': case 'F': case 'f': case 'H': case 'Q': case 'T': case 'W': case 'p':
-          i = pastSemicolon(s, i);  // a code with an argument up to ';'
-          break;
-        case 'L': case 'l': case 'O': case 'o': case 'K': case 'k':
-          break;  // underline, overline and strike-through switches
-        default:
-          lines.back() += code;  // \\, \{, \} and unknown codes show the character
-      }
-    }
-  }
-  return lines;
-}
 
 std::optional<TextBox> textBox(const host::Text& t) {
   if (!(std::isfinite(t.height) && t.height > 0) || !isFinite(t.position) || !std::isfinite(t.rotation))
     return std::nullopt;
-  std::string plain = plainTextContent(t.text);
+  std::string plain = plainText(t.text);
   if (plain.empty()) return std::nullopt;
   double widthFactor = std::isfinite(t.widthFactor) && t.widthFactor > 0 ? t.widthFactor : 1.0;
   double width = estimatedWidthInHeights(plain) * t.height * widthFactor;
@@ -238,7 +134,7 @@ std::optional<TextBox> textBox(const host::Text& t) {
 
 std::optional<TextBox> mtextBox(const host::MText& t) {
   if (!(std::isfinite(t.height) && t.height > 0) || !isFinite(t.position)) return std::nullopt;
-  std::vector<std::string> lines = mtextPlainLines(t.text);
+  std::vector<std::string> lines = plainMTextLines(t.text);
   bool wraps = std::isfinite(t.referenceWidth) && t.referenceWidth > 0;
   double width = wraps ? t.referenceWidth : 0;
   std::size_t lineCount = 0;

@@ -23,15 +23,6 @@ using TextBox = std::array<ge::Point3d, 4>;
 // characters of three or more UTF-8 bytes. An estimate, not a font metric.
 double estimatedWidthInHeights(std::string_view plainUtf8);
 
-// TEXT content as it shows: %%c, %%d, %%p and %%nnn give one character,
-// %%u and %%o (underline and overline switches) none, %%% a percent sign.
-std::string plainTextContent(std::string_view content);
-
-// MTEXT content as plain lines: \P (and a line end) breaks a line, the
-// formatting codes (\f...; \H...; {...} and friends) are dropped, a stack
-// \S a^b; keeps its longer part, \U+nnnn gives its character.
-std::vector<std::string> mtextPlainLines(std::string_view content);
-
 // Box of a TEXT: height × estimated width × width factor from its alignment
 // point by its justification (aligned and fit texts span their two alignment
 // points), rotated in the text's OCS. Nothing for an empty text or a height

@@ -5,9 +5,10 @@
 #include <cairo.h>
 
 #include <cmath>
-#include <fstream>
+#include <memory>
 #include <numbers>
 
+#include "standalone/io/replace_file.h"
 #include "standalone/render/file_canvas.h"
 #include "standalone/render/font_choice.h"
 #include "standalone/render/render_error.h"
@@ -35,10 +36,10 @@ class CairoCanvas : public FileCanvas {
         surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, widthPx, heightPx);
         break;
       case FileFormat::kSvg:
-        surface_ = cairo_svg_surface_create(partFile_.c_str(), widthPx, heightPx);
+        surface_ = cairo_svg_surface_create(part_->temporaryPath().c_str(), widthPx, heightPx);
         break;
       case FileFormat::kPdf:
-        surface_ = cairo_pdf_surface_create(partFile_.c_str(), widthPx, heightPx);
+        surface_ = cairo_pdf_surface_create(part_->temporaryPath().c_str(), widthPx, heightPx);
         break;
     }
     if (cairo_surface_status(surface_) != CAIRO_STATUS_SUCCESS) {
@@ -114,7 +115,7 @@ class CairoCanvas : public FileCanvas {
     cairo_surface_flush(surface_);
     cairo_status_t status = CAIRO_STATUS_SUCCESS;
     if (format_ == FileFormat::kPng)
-      status = cairo_surface_write_to_png(surface_, partFile_.c_str());
+      status = cairo_surface_write_to_png(surface_, part_->temporaryPath().c_str());
     else {
       cairo_surface_finish(surface_);
       status = cairo_surface_status(surface_);
@@ -124,11 +125,11 @@ class CairoCanvas : public FileCanvas {
       throw RenderError(describe(file_, cairo_status_to_string(status)));
     }
     // The picture is complete: only now does it replace the named file.
-    std::error_code ec;
-    std::filesystem::rename(partFile_, file_, ec);
-    if (ec) {
+    try {
+      part_->commit();
+    } catch (const FileWriteError& e) {
       removePart();
-      throw RenderError(describe(file_, ec.message().c_str()));
+      throw RenderError(e.what());
     }
     finished_ = true;
   }
@@ -138,21 +139,19 @@ class CairoCanvas : public FileCanvas {
   // than cairo's generic write error after all the drawing work. The picture
   // is written beside the file and renamed at the end, so a failure never
   // leaves a half-written file under the user's name.
-  void checkWritable() const {
+  void checkWritable() {
     std::error_code ec;
     auto dir = file_.has_parent_path() ? file_.parent_path() : std::filesystem::path(".");
     if (!std::filesystem::is_directory(dir, ec)) throw RenderError(describe(file_, "the folder does not exist"));
     if (std::filesystem::is_directory(file_, ec)) throw RenderError(describe(file_, "it is a folder"));
-    {
-      std::ofstream probe(partFile_, std::ios::binary | std::ios::trunc);
-      if (!probe) throw RenderError(describe(file_, "the folder is not writable"));
+    try {
+      part_ = std::make_unique<FileReplacement>(file_);
+    } catch (const FileWriteError&) {
+      throw RenderError(describe(file_, "the folder is not writable"));
     }
-    if (format_ == FileFormat::kPng) removePart();
   }
-  void removePart() const {
-    std::error_code ec;
-    std::filesystem::remove(partFile_, ec);
-  }
+  // Drops the unfinished picture.
+  void removePart() { part_.reset(); }
 
   void selectFaceFor(const std::string& utf8) { fonts_.select(cr_, utf8); }
 
@@ -176,7 +175,7 @@ class CairoCanvas : public FileCanvas {
 
   FileFormat format_;
   std::filesystem::path file_;
-  std::filesystem::path partFile_ = std::filesystem::path(file_) += ".part";
+  std::unique_ptr<FileReplacement> part_;  // the picture until it is complete
   bool finished_ = false;
   cairo_surface_t* surface_ = nullptr;
   cairo_t* cr_ = nullptr;

@@ -5,7 +5,7 @@
 #include "standalone/render/emitter.h"
 #include "standalone/render/nurbs.h"
 #include "standalone/render/projection.h"
-#include "standalone/render/text_codes.h"
+#include "standalone/text/text_codes.h"
 
 namespace standalone {
 
@@ -184,16 +184,16 @@ void emit(const host::Image& im, const Emitter& out) {
 }  // namespace
 
 bool emitAnnotation(const host::EntityData& data, const Emitter& out, const AnnotationStyle& style) {
-  if (auto* x = std::get_if<host::Text>(&data))
-    emit(*x, out);
-  else if (auto* x = std::get_if<host::MText>(&data))
-    emit(*x, out, style.measurer);
-  else if (auto* x = std::get_if<host::PointEntity>(&data))
-    emit(*x, out, style.pointMode, style.pointSize);
-  else if (auto* x = std::get_if<host::Hatch>(&data))
-    emit(*x, out);
-  else if (auto* x = std::get_if<host::Image>(&data))
-    emit(*x, out);
+  if (auto* text = std::get_if<host::Text>(&data))
+    emit(*text, out);
+  else if (auto* mText = std::get_if<host::MText>(&data))
+    emit(*mText, out, style.measurer);
+  else if (auto* point = std::get_if<host::PointEntity>(&data))
+    emit(*point, out, style.pointMode, style.pointSize);
+  else if (auto* hatch = std::get_if<host::Hatch>(&data))
+    emit(*hatch, out);
+  else if (auto* image = std::get_if<host::Image>(&data))
+    emit(*image, out);
   else
     return false;
   return true;

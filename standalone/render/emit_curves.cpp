@@ -236,24 +236,24 @@ void emitPoints(const ge::PointList& points, const Emitter& out) {
 }  // namespace
 
 bool emitCurve(const host::EntityData& data, const Emitter& out) {
-  if (auto* x = std::get_if<host::Line>(&data))
-    emit(*x, out);
-  else if (auto* x = std::get_if<host::Circle>(&data))
-    emit(*x, out);
-  else if (auto* x = std::get_if<host::Arc>(&data))
-    emit(*x, out);
-  else if (auto* x = std::get_if<host::Ellipse>(&data))
-    emit(*x, out);
-  else if (auto* x = std::get_if<host::LwPolyline>(&data))
-    emit(*x, out);
-  else if (auto* x = std::get_if<host::Polyline2d>(&data))
-    emit(*x, out);
-  else if (auto* x = std::get_if<host::Polyline3d>(&data))
-    emit(*x, out);
-  else if (auto* x = std::get_if<host::Spline>(&data))
-    emitPoints(splineDrawingPoints(*x), out);
-  else if (auto* x = std::get_if<host::Helix>(&data))
-    emitPoints(helixDrawingPoints(*x), out);
+  if (auto* line = std::get_if<host::Line>(&data))
+    emit(*line, out);
+  else if (auto* circle = std::get_if<host::Circle>(&data))
+    emit(*circle, out);
+  else if (auto* arc = std::get_if<host::Arc>(&data))
+    emit(*arc, out);
+  else if (auto* ellipse = std::get_if<host::Ellipse>(&data))
+    emit(*ellipse, out);
+  else if (auto* lwPolyline = std::get_if<host::LwPolyline>(&data))
+    emit(*lwPolyline, out);
+  else if (auto* polyline2d = std::get_if<host::Polyline2d>(&data))
+    emit(*polyline2d, out);
+  else if (auto* polyline3d = std::get_if<host::Polyline3d>(&data))
+    emit(*polyline3d, out);
+  else if (auto* spline = std::get_if<host::Spline>(&data))
+    emitPoints(splineDrawingPoints(*spline), out);
+  else if (auto* helix = std::get_if<host::Helix>(&data))
+    emitPoints(helixDrawingPoints(*helix), out);
   else
     return false;
   return true;

@@ -4,26 +4,18 @@
 #include <cmath>
 #include <numbers>
 
+#include "ge/ocs.h"
+
 namespace standalone {
 
 namespace {
-// The arbitrary-axis rule switches axis when the normal is this close to Z.
-constexpr double kArbitraryAxisLimit = 1.0 / 64.0;
 // Relative tolerance for "still a circle" after projection.
 constexpr double kCircularTolerance = 1e-9;
 // A bulge smaller than this is a straight segment.
 constexpr double kStraightBulge = 1e-12;
 }  // namespace
 
-ge::Matrix3d ocsToWorld(const ge::Vector3d& normal) {
-  ge::Vector3d n = normal.normalized();
-  if (n.length() == 0) n = ge::kZAxis;
-  ge::Vector3d ax = (std::abs(n.x) < kArbitraryAxisLimit && std::abs(n.y) < kArbitraryAxisLimit) ? ge::kYAxis.cross(n)
-                                                                                                 : ge::kZAxis.cross(n);
-  ax = ax.normalized();
-  ge::Vector3d ay = n.cross(ax).normalized();
-  return ge::Matrix3d::fromFrame({}, ax, ay, n);
-}
+ge::Matrix3d ocsToWorld(const ge::Vector3d& normal) { return ge::OcsFrame::of(normal).toWorldMatrix(); }
 
 std::optional<PathArc> projectArc(const ge::Matrix3d& m, const ge::Point3d& center, const ge::Vector3d& xAxis,
                                   const ge::Vector3d& yAxis, double radius, double startAngle, double endAngle,

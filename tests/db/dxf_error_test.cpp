@@ -8,6 +8,7 @@
 
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"
+#include "standalone/db/tag_record.h"
 #include "tests/db/dxf_snippets.h"
 
 namespace {
@@ -98,6 +99,24 @@ TEST(DxfErrors, OtherShapesOfBrokenFiles) {
                                 groups("2 SOLID|70 1|71 0|91 1|92 2|72 0|73 1|93 999999999999"))))
                 .first,
             0u);
+}
+
+// Records edited in memory read their header by the reader's rule: a handle
+// group without a handle is refused there too (it was once skipped, so an
+// edited record and the same record read from a file had different handles),
+// and groups inside 102 braces never count.
+TEST(DxfErrors, EditedRecordsReadTheirHeaderAsTheFileReaderDoes) {
+  standalone::TextEncoding enc;
+  standalone::TagRecord r = standalone::makeRecord(
+      standalone::tokenize(dxf("0 DICTIONARY|102 {ACAD_REACTORS|330 99|5 77|2 INNER|102 }|5 2A|330 C|100 AcDbDictionary|2 OUTER")),
+      enc);
+  EXPECT_EQ(r.type, "DICTIONARY");
+  EXPECT_EQ(r.handle, 0x2Au);
+  EXPECT_EQ(r.owner, 0xCu);
+  EXPECT_EQ(r.name, "OUTER");
+  EXPECT_THROW(standalone::makeRecord(standalone::tokenize(dxf("0 DICTIONARY|5 1*00|330 C")), enc), DxfError);
+  auto [line, message] = errorOf(drawing(kLine + dxf("0 LINE|5 5X|330 1F|100 AcDbEntity|8 0")));
+  EXPECT_NE(message.find("expected a hexadecimal handle for group code 5"), std::string::npos) << message;
 }
 
 class DxfSaveFailure : public ::testing::Test {

@@ -179,10 +179,10 @@ void expectSameRecord(const host::EntityData& want, host::EntityData got) {
   } else if (auto* ref = std::get_if<host::BlockReference>(&got)) {
     settle(ref->rotation, std::get<host::BlockReference>(want).rotation, 1e-14);
   } else if (auto* hatch = std::get_if<host::Hatch>(&got)) {
-    auto& arc = std::get<host::HatchArcEdge>(hatch->paths.at(1).edges.at(1));
+    auto& edge = std::get<host::HatchArcEdge>(hatch->paths.at(1).edges.at(1));
     const auto& w = std::get<host::HatchArcEdge>(std::get<host::Hatch>(want).paths[1].edges[1]);
-    settle(arc.startAngle, w.startAngle, 1e-14);
-    settle(arc.endAngle, w.endAngle, 1e-14);
+    settle(edge.startAngle, w.startAngle, 1e-14);
+    settle(edge.endAngle, w.endAngle, 1e-14);
   }
   EXPECT_TRUE(want == got) << host::dxfName(want);
 }

@@ -78,7 +78,7 @@ const ProbeCase kProbeCases[] = {
 };
 
 INSTANTIATE_TEST_SUITE_P(Prompts, OneProbe, ::testing::ValuesIn(kProbeCases),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST(PointPrompt, AbsoluteRelativeAndInvalid) {
   HostFixture f;

@@ -83,17 +83,13 @@ TEST_P(TextExtents, EstimatedBox) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, TextExtents, ::testing::ValuesIn(textCases()),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
-TEST(TextContent, WidthsAndControlCodes) {
+TEST(TextContent, WidthsCountCharactersNotBytes) {
   using standalone::kernel::estimatedWidthInHeights;
-  using standalone::kernel::plainTextContent;
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("中文"), 2.8);  // CJK characters are wider
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("é"), 0.75);    // one character, two bytes
-  EXPECT_EQ(plainTextContent("%%c50%%d"), "o50o");
-  EXPECT_EQ(plainTextContent("%%uA%%u 100%%%"), "A 100%");
-  EXPECT_EQ(plainTextContent("%%1747"), "o7");
-  EXPECT_EQ(plainTextContent("50%"), "50%");
+  EXPECT_DOUBLE_EQ(estimatedWidthInHeights("\u00B0\u2300\u00B1"), 3 * 0.75);  // the %%d, %%c, %%p symbols are narrow
 }
 
 TEST(TextExtentsEdge, EmptyOrHeightlessTextHasNone) {
@@ -103,18 +99,6 @@ TEST(TextExtentsEdge, EmptyOrHeightlessTextHasNone) {
   EXPECT_EQ(kernel.getGeomExtents(text("%%u", {0, 0, 0}, 1), e), ErrorStatus::eDegenerateGeometry);
   EXPECT_EQ(kernel.getGeomExtents(text("A", {0, 0, 0}, 0), e), ErrorStatus::eDegenerateGeometry);
   EXPECT_EQ(kernel.getGeomExtents(text("A", {0, 0, 0}, std::nan("")), e), ErrorStatus::eDegenerateGeometry);
-}
-
-TEST(MTextLines, FormattingCodesAreDropped) {
-  using standalone::kernel::mtextPlainLines;
-  using Lines = std::vector<std::string>;
-  EXPECT_EQ(mtextPlainLines("AB\\PCDEF"), (Lines{"AB", "CDEF"}));
-  EXPECT_EQ(mtextPlainLines("{\\fArial|b1|i0;Big} \\H2.5x;text\\~!"), (Lines{"Big text !"}));
-  EXPECT_EQ(mtextPlainLines("1\\S12/3;"), (Lines{"112"}));
-  EXPECT_EQ(mtextPlainLines("\\U+4E2D\\LX\\l"), (Lines{"中X"}));
-  EXPECT_EQ(mtextPlainLines("a\\\\P\\{b\\}"), (Lines{"a\\P{b}"}));
-  EXPECT_EQ(mtextPlainLines("one\ntwo"), (Lines{"one", "two"}));
-  EXPECT_EQ(mtextPlainLines("\\H2"), (Lines{""}));  // a code cut off at the end
 }
 
 host::MText mtext(std::string content, int attachment) {

@@ -241,7 +241,7 @@ std::vector<Case> cases() {
   return out;
 }
 
-auto caseName = [](const auto& info) { return info.param.name; };
+auto caseName = [](const auto& row) { return row.param.name; };
 
 INSTANTIATE_TEST_SUITE_P(Families, DenseOffset, ::testing::ValuesIn(cases()), caseName);
 

@@ -2,14 +2,15 @@
 // views, colours and text codes.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include "standalone/render/color.h"
 #include "standalone/render/nurbs.h"
 #include "standalone/render/projection.h"
 #include "standalone/render/scene.h"
-#include "standalone/render/text_codes.h"
 #include "standalone/render/text_metrics.h"
 #include "standalone/render/view.h"
 
@@ -84,22 +85,19 @@ TEST(Bulge, SemicirclesAndDirection) {
   EXPECT_FALSE(bulgeToArc({0, 0}, {1, 0}, 0));
 }
 
-TEST(Nurbs, RationalQuarterCircleLiesOnTheCircle) {
-  NurbsCurve c{2, {0, 0, 0, 1, 1, 1}, {{1, 0, 0}, {1, 1, 0}, {0, 1, 0}}, {1, std::sqrt(0.5), 1}};
-  ASSERT_TRUE(isEvaluable(c));
-  for (double t = 0; t <= 1.0; t += 0.125) {
-    ge::Point3d p = evaluate(c, t);
-    EXPECT_NEAR(std::hypot(p.x, p.y), 1, 1e-12) << t;
-  }
-  EXPECT_NEAR(evaluate(c, 0.5).x, std::sqrt(0.5), 1e-12);
-}
-
-TEST(Nurbs, CubicBezierMatchesBernsteinForm) {
+TEST(Nurbs, RationalQuarterCircleAndCubicBezierSampleOntoTheirExactCurves) {
+  ge::Nurbs quarter{2, {0, 0, 0, 1, 1, 1}, {{1, 0, 0}, {1, 1, 0}, {0, 1, 0}}, {1, std::sqrt(0.5), 1}};
+  auto arc = sampleNurbs(quarter, 8);
+  ASSERT_TRUE(arc);
+  for (const ge::Point3d& p : *arc) EXPECT_NEAR(std::hypot(p.x, p.y), 1, 1e-12);
   std::vector<ge::Point3d> p{{0, 0, 0}, {1, 3, 0}, {3, 3, 1}, {4, 0, 0}};
-  NurbsCurve c{3, {2, 2, 2, 2, 7, 7, 7, 7}, p, {}};
-  for (double u : {0.0, 0.2, 0.5, 0.9, 1.0}) {
+  auto bezier = sampleNurbs({3, {2, 2, 2, 2, 7, 7, 7, 7}, p, {}}, 5);
+  ASSERT_TRUE(bezier);
+  ASSERT_EQ(bezier->size(), 6u);
+  for (int i = 0; i <= 5; ++i) {
+    double u = i / 5.0;
     double b0 = std::pow(1 - u, 3), b1 = 3 * u * (1 - u) * (1 - u), b2 = 3 * u * u * (1 - u), b3 = u * u * u;
-    ge::Point3d q = evaluate(c, 2 + 5 * u);
+    const ge::Point3d& q = (*bezier)[static_cast<std::size_t>(i)];
     EXPECT_NEAR(q.x, b0 * p[0].x + b1 * p[1].x + b2 * p[2].x + b3 * p[3].x, 1e-12);
     EXPECT_NEAR(q.y, b0 * p[0].y + b1 * p[1].y + b2 * p[2].y + b3 * p[3].y, 1e-12);
     EXPECT_NEAR(q.z, b2, 1e-12);
@@ -107,7 +105,7 @@ TEST(Nurbs, CubicBezierMatchesBernsteinForm) {
 }
 
 TEST(Nurbs, MultiSpanSamplesAreContinuousAndEndAtTheEnds) {
-  NurbsCurve c{2, {0, 0, 0, 1, 2, 3, 3, 3}, {{0, 0, 0}, {1, 2, 0}, {2, 0, 0}, {3, 2, 0}, {4, 0, 0}}, {}};
+  ge::Nurbs c{2, {0, 0, 0, 1, 2, 3, 3, 3}, {{0, 0, 0}, {1, 2, 0}, {2, 0, 0}, {3, 2, 0}, {4, 0, 0}}, {}};
   auto pts = sampleNurbs(c, 10);
   ASSERT_TRUE(pts);
   EXPECT_EQ(pts->size(), 31u);
@@ -116,15 +114,37 @@ TEST(Nurbs, MultiSpanSamplesAreContinuousAndEndAtTheEnds) {
   for (std::size_t i = 1; i < pts->size(); ++i) EXPECT_LT((*pts)[i].distanceTo((*pts)[i - 1]), 0.5);
 }
 
-TEST(Nurbs, BadDataFallsBackToFitPointsThenControlPoints) {
+// Data the drawing once sampled although the kernel refused it (so pictures
+// and measurements disagreed): now both refuse, and the picture falls back.
+TEST(Nurbs, DataTheKernelRefusesIsDrawnThroughFitPointsThenControlPoints) {
+  const double inf = std::numeric_limits<double>::infinity();
   host::Spline s{.degree = 3, .knots = {0, 0, 0, 1, 1, 1},  // two short
                  .controlPoints = {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {3, 1, 0}}, .fitPoints = {{0, 0, 0}, {5, 5, 0}}};
   EXPECT_EQ(splineDrawingPoints(s), s.fitPoints);
   s.fitPoints.clear();
   EXPECT_EQ(splineDrawingPoints(s), s.controlPoints);
-  s.knots = {0, 0, 0, 0, 2, 1, 1, 1};  // decreasing
-  EXPECT_FALSE(isEvaluable({3, s.knots, s.controlPoints, {}}));
-  EXPECT_FALSE(isEvaluable({3, {0, 0, 0, 0, 1, 1, 1, 1}, s.controlPoints, {1, 0, 1, 1}}));
+  struct Bad {
+    const char* what;
+    ge::Nurbs curve;
+  };
+  const ge::PointList four = s.controlPoints;
+  for (const Bad& bad : {Bad{"decreasing knots", {3, {0, 0, 0, 0, 2, 1, 1, 1}, four, {}}},
+                         Bad{"zero weight", {3, {0, 0, 0, 0, 1, 1, 1, 1}, four, {1, 0, 1, 1}}},
+                         Bad{"infinite weight", {3, {0, 0, 0, 0, 1, 1, 1, 1}, four, {1, inf, 1, 1}}},
+                         Bad{"infinite control point", {3, {0, 0, 0, 0, 1, 1, 1, 1},
+                                                        {{0, 0, 0}, {inf, 1, 0}, {2, 0, 0}, {3, 1, 0}}, {}}}}) {
+    EXPECT_FALSE(sampleNurbs(bad.curve, 4)) << bad.what;
+    host::Spline drawn{.degree = bad.curve.degree, .knots = bad.curve.knots,
+                       .controlPoints = bad.curve.controlPoints, .weights = bad.curve.weights};
+    EXPECT_EQ(splineDrawingPoints(drawn), bad.curve.controlPoints) << bad.what;
+  }
+  // A degree beyond the evaluator's work arrays is refused rather than overrun.
+  ge::PointList many(30, ge::Point3d{});
+  for (std::size_t i = 0; i < many.size(); ++i) many[i] = {static_cast<double>(i), 0, 0};
+  std::vector<double> knots(many.size() + 27, 0.0);
+  std::fill(knots.begin() + 27, knots.end(), 1.0);
+  std::fill(knots.begin() + 27, knots.begin() + 30, 0.5);
+  EXPECT_FALSE(sampleNurbs({26, knots, many, {}}, 4));
 }
 
 TEST(Helix, BuiltFromAxisDataWhenTheSplineIsEmpty) {
@@ -175,25 +195,6 @@ TEST(Color, PaletteAndResolution) {
   EXPECT_EQ(resolveColor({256, std::nullopt}, kBlack, std::nullopt), kBlack);
   EXPECT_EQ(resolveColor({0, std::nullopt}, aciToRgb(5), std::nullopt), aciToRgb(5));
   EXPECT_EQ(resolveColor({1, 0x00FF00}, kBlack, std::nullopt), green);  // true colour wins
-}
-
-TEST(TextCodes, TextPercentCodes) {
-  EXPECT_EQ(plainText("45%%d %%c10 %%p0.1 100%%%"), "45\u00B0 \u230010 \u00B10.1 100%");
-  EXPECT_EQ(plainText("%%uunder%%u"), "under");
-  EXPECT_EQ(plainText("%%065"), "A");
-  EXPECT_EQ(plainText("50%"), "50%");
-}
-
-TEST(TextCodes, MTextFormattingIsStripped) {
-  auto lines = plainMTextLines("{\\fArial|b1|i0;Bold}\\Pnext \\S1^2; and \\H2.5x;big\\~end\\\\x\\{y\\}");
-  ASSERT_EQ(lines.size(), 2u);
-  EXPECT_EQ(lines[0], "Bold");
-  EXPECT_EQ(lines[1], "next 1/2 and big end\\x{y}");
-  EXPECT_EQ(plainMTextLines("\\U+4E2D\\U+6587 \\U+00B0C")[0], "\u4E2D\u6587 \u00B0C");
-  EXPECT_EQ(plainMTextLines("\\C1;red\\Lline\\l")[0], "redline");
-  // Unterminated codes do not run past the end.
-  EXPECT_EQ(plainMTextLines("abc\\H2")[0], "abc");
-  EXPECT_EQ(plainMTextLines("abc\\")[0], "abc\\");
 }
 
 TEST(TextMeasurer, AdvanceScalesAndWrapRespectsTheWidth) {

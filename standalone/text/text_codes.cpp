@@ -1,4 +1,4 @@
-#include "standalone/render/text_codes.h"
+#include "standalone/text/text_codes.h"
 
 #include <cctype>
 #include <cstdint>
@@ -10,6 +10,7 @@ namespace standalone {
 namespace {
 
 bool isHex(char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; }
+bool isDigit(char c) { return std::isdigit(static_cast<unsigned char>(c)) != 0; }
 
 // Reads "\U+XXXX" (exactly four hex digits) at raw[i], the backslash; on
 // success appends the character and moves i past the code.
@@ -27,8 +28,37 @@ bool takeUnicodeEscape(std::string_view raw, std::size_t& i, std::string& out) {
   return true;
 }
 
-// Position after the ';' that ends a code argument, or the end of the text.
-std::size_t skipArgument(std::string_view raw, std::size_t from) {
+// Reads a %% code at raw[i] (which starts with "%%"); on success appends what
+// it shows and moves i past it.
+bool takePercentCode(std::string_view raw, std::size_t& i, std::string& out) {
+  if (i + 2 >= raw.size()) return false;
+  char code = static_cast<char>(std::tolower(static_cast<unsigned char>(raw[i + 2])));
+  const char* shown = nullptr;
+  switch (code) {
+    case 'd': shown = "\u00B0"; break;
+    case 'c': shown = "\u2300"; break;
+    case 'p': shown = "\u00B1"; break;
+    case '%': shown = "%"; break;
+    case 'u':
+    case 'o': shown = ""; break;
+    default: break;
+  }
+  if (shown) {
+    out += shown;
+    i += 3;
+    return true;
+  }
+  if (i + 4 < raw.size() && isDigit(raw[i + 2]) && isDigit(raw[i + 3]) && isDigit(raw[i + 4])) {
+    host::appendUtf8(out, static_cast<std::uint32_t>((raw[i + 2] - '0') * 100 + (raw[i + 3] - '0') * 10 +
+                                                     (raw[i + 4] - '0')));
+    i += 5;
+    return true;
+  }
+  return false;
+}
+
+// Position after the ';' that ends a code's argument, or the end of the text.
+std::size_t pastArgument(std::string_view raw, std::size_t from) {
   std::size_t semi = raw.find(';', from);
   return semi == std::string_view::npos ? raw.size() : semi + 1;
 }
@@ -37,46 +67,11 @@ std::size_t skipArgument(std::string_view raw, std::size_t from) {
 
 std::string plainText(std::string_view raw) {
   std::string out;
-  for (std::size_t i = 0; i < raw.size(); ++i) {
-    if (raw[i] == '\\' && takeUnicodeEscape(raw, i, out)) {
-      --i;
-      continue;
-    }
-    if (raw[i] != '%' || i + 2 >= raw.size() || raw[i + 1] != '%') {
-      out += raw[i];
-      continue;
-    }
-    char code = static_cast<char>(std::tolower(static_cast<unsigned char>(raw[i + 2])));
-    switch (code) {
-      case 'd':
-        out += "\u00B0";
-        break;
-      case 'c':
-        out += "\u2300";
-        break;
-      case 'p':
-        out += "\u00B1";
-        break;
-      case '%':
-        out += "%";
-        break;
-      case 'u':
-      case 'o':
-        break;
-      default:
-        if (std::isdigit(static_cast<unsigned char>(code))) {
-          // %%nnn: the character with that code.
-          std::size_t j = i + 2;
-          std::uint32_t cp = 0;
-          while (j < raw.size() && j < i + 5 && std::isdigit(static_cast<unsigned char>(raw[j])))
-            cp = cp * 10 + static_cast<std::uint32_t>(raw[j++] - '0');
-          host::appendUtf8(out, cp);
-          i = j - 1;
-          continue;
-        }
-        out += raw.substr(i, 3);
-    }
-    i += 2;
+  out.reserve(raw.size());
+  for (std::size_t i = 0; i < raw.size();) {
+    if (raw[i] == '\\' && takeUnicodeEscape(raw, i, out)) continue;
+    if (raw.substr(i, 2) == "%%" && takePercentCode(raw, i, out)) continue;
+    out += raw[i++];
   }
   return out;
 }
@@ -94,6 +89,7 @@ std::vector<std::string> plainMTextLines(std::string_view raw) {
       ++i;
       continue;
     }
+    if (raw.substr(i, 2) == "%%" && takePercentCode(raw, i, lines.back())) continue;
     if (c != '\\' || i + 1 >= raw.size()) {
       lines.back() += c;
       ++i;
@@ -101,58 +97,38 @@ std::vector<std::string> plainMTextLines(std::string_view raw) {
     }
     if (takeUnicodeEscape(raw, i, lines.back())) continue;
     char code = raw[i + 1];
+    i += 2;
     switch (code) {
       case 'P':
+      case 'N':
+      case 'X':
         lines.emplace_back();
-        i += 2;
         break;
       case '~':
         lines.back() += ' ';
-        i += 2;
         break;
       case '\\':
       case '{':
       case '}':
         lines.back() += code;
-        i += 2;
         break;
-      case 'L':
-      case 'l':
-      case 'O':
-      case 'o':
-      case 'K':
-      case 'k':
-      case 'N':
-        i += 2;
+      case 'L': case 'l': case 'O': case 'o': case 'K': case 'k':
         break;
       case 'S': {
-        // Stacked text "a^b;", "a/b;" or "a#b;" reads as a fraction.
-        std::size_t end = skipArgument(raw, i + 2);
-        std::string_view body = raw.substr(i + 2, end - (i + 2));
+        std::size_t end = pastArgument(raw, i);
+        std::string_view body = raw.substr(i, end - i);
         if (!body.empty() && body.back() == ';') body.remove_suffix(1);
         for (char b : body) lines.back() += (b == '^' || b == '#') ? '/' : b;
         i = end;
         break;
       }
-      case 'A':
-      case 'C':
-      case 'c':
-      case 'F':
-      case 'f':
-      case 'H':
-      case 'Q':
-      case 'T':
-      case 'W':
-      case 'p':
-        i = skipArgument(raw, i + 2);
+      case 'A': case 'C': case 'c': case 'F': case 'f': case 'H': case 'Q': case 'T': case 'W': case 'p':
+        i = pastArgument(raw, i);
         break;
       default:
         lines.back() += code;
-        i += 2;
-        break;
     }
   }
-  for (auto& line : lines) line = plainText(line);
   return lines;
 }
 

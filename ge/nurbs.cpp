@@ -1,11 +1,11 @@
-#include "standalone/kernel/nurbs.h"
+#include "ge/nurbs.h"
 
 #include <algorithm>
 #include <array>
 #include <cassert>
 #include <cmath>
 
-namespace standalone::kernel {
+namespace ge {
 
 bool Nurbs::isValid() const {
   constexpr int kMaxSupportedDegree = 25;  // the evaluator's fixed work arrays
@@ -19,7 +19,7 @@ bool Nurbs::isValid() const {
   for (size_t i = 1; i < knots.size(); ++i)
     if (knots[i] < knots[i - 1]) return false;
   for (double w : weights)
-    if (!(w > 0)) return false;
+    if (!(w > 0) || !std::isfinite(w)) return false;
   return endParam() > startParam();
 }
 
@@ -97,7 +97,7 @@ void basisDerivs(const Nurbs& n, int span, double u, int order, std::array<std::
 }
 
 struct Homogeneous {
-  ge::Vector3d a[3];  // weighted point and its derivatives
+  Vector3d a[3];  // weighted point and its derivatives
   double w[3] = {0, 0, 0};
 };
 
@@ -111,7 +111,7 @@ Homogeneous evaluate(const Nurbs& n, double u, int order) {
   for (int j = 0; j <= n.degree; ++j) {
     int i = span - n.degree + j;
     double wi = n.weights.empty() ? 1.0 : n.weights[i];
-    ge::Vector3d pw = n.controlPoints[i].asVector() * wi;
+    Vector3d pw = n.controlPoints[i].asVector() * wi;
     for (int k = 0; k <= order; ++k) {
       h.a[k] = h.a[k] + pw * ders[k][j];
       h.w[k] += wi * ders[k][j];
@@ -122,23 +122,23 @@ Homogeneous evaluate(const Nurbs& n, double u, int order) {
 
 }  // namespace
 
-ge::Point3d nurbsPoint(const Nurbs& n, double u) {
+Point3d nurbsPoint(const Nurbs& n, double u) {
   Homogeneous h = evaluate(n, u, 0);
-  ge::Vector3d c = h.a[0] / h.w[0];
+  Vector3d c = h.a[0] / h.w[0];
   return {c.x, c.y, c.z};
 }
 
-ge::Vector3d nurbsDeriv(const Nurbs& n, double u) {
+Vector3d nurbsDeriv(const Nurbs& n, double u) {
   Homogeneous h = evaluate(n, u, std::min(1, n.degree));
-  ge::Vector3d c = h.a[0] / h.w[0];
+  Vector3d c = h.a[0] / h.w[0];
   return (h.a[1] - c * h.w[1]) / h.w[0];
 }
 
-ge::Vector3d nurbsSecondDeriv(const Nurbs& n, double u) {
+Vector3d nurbsSecondDeriv(const Nurbs& n, double u) {
   if (n.degree < 2 && n.weights.empty()) return {};
   Homogeneous h = evaluate(n, u, std::min(2, n.degree));
-  ge::Vector3d c = h.a[0] / h.w[0];
-  ge::Vector3d d1 = (h.a[1] - c * h.w[1]) / h.w[0];
+  Vector3d c = h.a[0] / h.w[0];
+  Vector3d d1 = (h.a[1] - c * h.w[1]) / h.w[0];
   return (h.a[2] - d1 * (2 * h.w[1]) - c * h.w[2]) / h.w[0];
 }
 
@@ -150,4 +150,4 @@ std::vector<double> nurbsBreakpoints(const Nurbs& n) {
   return b;
 }
 
-}  // namespace standalone::kernel
+}  // namespace ge

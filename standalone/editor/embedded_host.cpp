@@ -77,6 +77,7 @@ SessionResult EmbeddedHost::run(AnswerSource& source) {
 }
 
 void EmbeddedHost::storeView() {
+  if (view_ == openingView_) return;
   ActiveView v;
   v.center = view_.center;
   v.height = view_.height;

@@ -51,7 +51,8 @@ class EmbeddedHost {
   // Runs the commands the source gives until it ends (see runSession).
   SessionResult run(AnswerSource& source);
   // Writes the current view into the drawing's active viewport, so a saved
-  // drawing opens where ZOOM left it.
+  // drawing opens where ZOOM left it. A view nobody moved is left as the
+  // drawing recorded it (its aspect ratio is not the window's to rewrite).
   void storeView();
 
  private:
@@ -72,6 +73,7 @@ class EmbeddedHost {
   Transcript transcript_;
   CurveKernel kernel_;
   View view_;
+  View openingView_ = view_;  // the view as loaded, to tell whether ZOOM moved it
   Header header_{drawing_};
   SettingsFile settings_;
   SystemVariableTable sysvars_;

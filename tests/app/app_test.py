@@ -170,6 +170,26 @@ class Program(unittest.TestCase):
         self.assertIn("VIEWSIZE = 40 (read only)\n", r.stdout)
         self.assertIn("VIEWCTR = 7,8,0 (read only)\n", r.stdout)
 
+    def test_a_run_without_commands_saves_the_drawing_unchanged(self):
+        doc = ezdxf.new("R2010")
+        doc.modelspace().add_line((0, 0), (100, 0))
+        active = doc.viewports.get("*Active")[0]
+        active.dxf.aspect_ratio = 1.3  # not the program's window
+        active.dxf.height = 40
+        src = self.path("untouched.dxf")
+        doc.saveas(src)
+        for run in (["-c", ""], ["-c", "SETVAR VIEWSIZE"]):
+            out = self.path("untouched-out.dxf")
+            r = self.corvane(src, *run, "-o", out)
+            self.assertEqual(r.returncode, 0, r.stderr)
+            with open(src, "rb") as a, open(out, "rb") as b:
+                self.assertEqual(a.read(), b.read(), run)
+        out = self.path("zoomed.dxf")
+        self.assertEqual(self.corvane(src, "-c", "ZOOM C 0,0 10", "-o", out).returncode, 0)
+        zoomed = ezdxf.readfile(out).viewports.get("*Active")[0]
+        self.assertAlmostEqual(zoomed.dxf.height, 10)
+        self.assertAlmostEqual(zoomed.dxf.aspect_ratio, 1.6)  # a moved view takes the window's shape
+
     def test_answers_from_the_terminal(self):
         src = self.drawing()
         out = self.path("out.dxf")

@@ -274,6 +274,26 @@ std::vector<ge::Point3d> spatialIntersections(const Path& a, const Path& b, doub
   return out;
 }
 
+// Two lines at one height, on both operands: the plane is the XY plane
+// itself, so the general path's frame and paths are not needed. Batches of
+// many lines (all-pairs intersections) spend their time here.
+std::optional<std::vector<ge::Point3d>> flatLines(const host::EntityData& a, const host::EntityData& b,
+                                                  host::Intersect mode) {
+  auto* la = std::get_if<host::Line>(&a);
+  auto* lb = std::get_if<host::Line>(&b);
+  if (!la || !lb || mode != host::Intersect::kOnBothOperands) return std::nullopt;
+  double z = la->start.z;
+  if (la->end.z != z || lb->start.z != z || lb->end.z != z) return std::nullopt;
+  ge::Extents3d box;
+  for (const ge::Point3d& p : {la->start, la->end, lb->start, lb->end}) box.add(p);
+  double tol = pointTolerance(geometryScale(box));
+  Segment2 s{{la->start.x, la->start.y}, {la->end.x, la->end.y}, true};
+  Segment2 t{{lb->start.x, lb->start.y}, {lb->end.x, lb->end.y}, true};
+  std::vector<ge::Point3d> out;
+  for (Vec2 q : intersectSegments(s, t, tol)) addUnique(out, {q.x, q.y, z}, tol);
+  return out;
+}
+
 bool extendable(const host::EntityData& e) {
   return std::holds_alternative<host::Line>(e) || std::holds_alternative<host::Arc>(e);
 }
@@ -282,6 +302,10 @@ bool extendable(const host::EntityData& e) {
 
 ErrorStatus CurveKernel::intersectWith(const EntityData& a, const EntityData& b, host::Intersect mode,
                                        std::vector<ge::Point3d>& points) const {
+  if (auto flat = flatLines(a, b, mode)) {
+    points.insert(points.end(), flat->begin(), flat->end());
+    return ErrorStatus::eOk;
+  }
   auto pa = pathOf(a), pb = pathOf(b);
   if (!pa || !pb) return ErrorStatus::eNotApplicable;
   ge::Extents3d box = pathExtents(*pa);

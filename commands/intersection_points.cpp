@@ -3,16 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <unordered_map>
 
 namespace commands {
 
 namespace {
 
-// Grid cells twice the merge distance wide: a kept point nearer than the
-// merge distance always lies in one of the nine cells around a point, even
-// after the rounding of the cell arithmetic.
-constexpr double kCellSize = 2 * kMergeDistance;
+// Grid cells four merge distances wide: a kept point nearer than the merge
+// distance lies in the point's own cell or in the neighbour across an edge
+// less than a merge distance away, so most points look at one or two cells.
+constexpr double kCellSize = 4 * kMergeDistance;
 // Cell indexes are clamped so that far-off points still get a cell.
 constexpr double kLargestCell = 4.0e18;
 
@@ -23,44 +22,109 @@ std::int64_t cellOf(double v) {
   return static_cast<std::int64_t>(c);
 }
 
-std::uint64_t cellKey(std::int64_t cx, std::int64_t cy) {
-  return static_cast<std::uint64_t>(cx) * 0x9E3779B97F4A7C15ull ^ static_cast<std::uint64_t>(cy);
-}
-
 // Boxes are widened a little so that curves touching at a box edge still pair.
 double padOf(const ge::Extents3d& box) {
   double size = std::max({std::abs(box.min.x), std::abs(box.max.x), std::abs(box.min.y), std::abs(box.max.y), 1.0});
   return size * 1e-9;
 }
 
+// Kept points by grid cell: an open-addressing table from a cell to the
+// newest kept point in it, the older ones chained behind it.
+class KeptGrid {
+ public:
+  explicit KeptGrid(std::size_t expected) {
+    std::size_t capacity = 16;
+    while (capacity < 2 * expected) capacity *= 2;
+    slots_.assign(capacity, Slot{});
+  }
+  // The newest kept point of the cell, or kEnd.
+  std::uint32_t head(std::int64_t cx, std::int64_t cy) const {
+    for (std::size_t i = indexOf(cx, cy);; i = (i + 1) & (slots_.size() - 1)) {
+      const Slot& s = slots_[i];
+      if (s.head == kEnd) return kEnd;
+      if (s.cx == cx && s.cy == cy) return s.head;
+    }
+  }
+  void add(std::int64_t cx, std::int64_t cy, std::uint32_t point) {
+    if (2 * (used_ + 1) > slots_.size()) grow();
+    for (std::size_t i = indexOf(cx, cy);; i = (i + 1) & (slots_.size() - 1)) {
+      Slot& s = slots_[i];
+      if (s.head == kEnd) {
+        s = {cx, cy, point};
+        ++used_;
+        next_.push_back(kEnd);
+        return;
+      }
+      if (s.cx == cx && s.cy == cy) {
+        next_.push_back(s.head);
+        s.head = point;
+        return;
+      }
+    }
+  }
+  std::uint32_t next(std::uint32_t point) const { return next_[point]; }
+
+  static constexpr std::uint32_t kEnd = UINT32_MAX;
+
+ private:
+  struct Slot {
+    std::int64_t cx = 0, cy = 0;
+    std::uint32_t head = kEnd;
+  };
+  std::size_t indexOf(std::int64_t cx, std::int64_t cy) const {
+    std::uint64_t h = static_cast<std::uint64_t>(cx) * 0x9E3779B97F4A7C15ull ^
+                      static_cast<std::uint64_t>(cy) * 0xC2B2AE3D27D4EB4Full;
+    return static_cast<std::size_t>(h ^ (h >> 29)) & (slots_.size() - 1);
+  }
+  void grow() {
+    std::vector<Slot> old = std::move(slots_);
+    slots_.assign(old.size() * 2, Slot{});
+    for (const Slot& s : old) {
+      if (s.head == kEnd) continue;
+      std::size_t i = indexOf(s.cx, s.cy);
+      while (slots_[i].head != kEnd) i = (i + 1) & (slots_.size() - 1);
+      slots_[i] = s;
+    }
+  }
+
+  std::vector<Slot> slots_;
+  std::vector<std::uint32_t> next_;  // by kept point: the point kept before it in its cell
+  std::size_t used_ = 0;
+};
+
+// The cell of a coordinate and the neighbouring cells that can hold a point
+// nearer than the merge distance: a neighbour only across a near edge.
+struct CellSpan {
+  std::int64_t cell, low, high;
+};
+
+CellSpan spanOf(double v) {
+  double scaled = v / kCellSize;
+  std::int64_t c = cellOf(v);
+  double within = scaled - std::floor(scaled);
+  // The margin covers the rounding of the scaled coordinate.
+  constexpr double kReach = kMergeDistance / kCellSize + 1e-6;
+  return {c, within < kReach ? c - 1 : c, within > 1 - kReach ? c + 1 : c};
+}
+
 }  // namespace
 
 ge::PointList mergeIntersections(const ge::PointList& raw) {
   ge::PointList kept;
-  // Cell key -> the first kept point in it; next chains the kept points of a cell.
-  std::unordered_map<std::uint64_t, std::uint32_t> first;
-  std::vector<std::uint32_t> next;
-  constexpr std::uint32_t kEnd = UINT32_MAX;
-  first.reserve(raw.size());
+  KeptGrid grid(raw.size());
   for (const ge::Point3d& p : raw) {
-    std::int64_t cx = cellOf(p.x), cy = cellOf(p.y);
+    CellSpan x = spanOf(p.x), y = spanOf(p.y);
     bool near = false;
-    for (std::int64_t dx = -1; dx <= 1 && !near; ++dx)
-      for (std::int64_t dy = -1; dy <= 1 && !near; ++dy) {
-        auto it = first.find(cellKey(cx + dx, cy + dy));
-        if (it == first.end()) continue;
-        for (std::uint32_t k = it->second; k != kEnd; k = next[k])
+    for (std::int64_t cx = x.low; cx <= x.high && !near; ++cx)
+      for (std::int64_t cy = y.low; cy <= y.high && !near; ++cy)
+        for (std::uint32_t k = grid.head(cx, cy); k != KeptGrid::kEnd; k = grid.next(k))
           if (!(p.distanceTo(kept[k]) >= kMergeDistance)) {
             near = true;
             break;
           }
-      }
     if (near) continue;
-    auto index = static_cast<std::uint32_t>(kept.size());
+    grid.add(x.cell, y.cell, static_cast<std::uint32_t>(kept.size()));
     kept.push_back(p);
-    auto [it, added] = first.try_emplace(cellKey(cx, cy), index);
-    next.push_back(added ? kEnd : it->second);
-    if (!added) it->second = index;
   }
   return kept;
 }

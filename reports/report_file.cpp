@@ -1,5 +1,6 @@
 #include "reports/report_file.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <sys/stat.h>
@@ -62,11 +63,16 @@ void ReportFile::discard() {
 }
 
 void ReportFile::write(std::string_view text) {
-  std::string coded = toCodePage936(text);
-  for (char c : coded) {
-    if (c == '\n') buffer_ += '\r';
-    buffer_ += c;
+  // Numbers and tags are ASCII, which the code page keeps as it is.
+  bool ascii = std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  std::string coded = ascii ? std::string() : toCodePage936(text);
+  std::string_view rest = ascii ? text : std::string_view(coded);
+  for (std::size_t end = rest.find('\n'); end != std::string_view::npos; end = rest.find('\n')) {
+    buffer_.append(rest.data(), end);
+    buffer_ += "\r\n";
+    rest.remove_prefix(end + 1);
   }
+  buffer_.append(rest);
   if (buffer_.size() >= kFlushBytes) {
     if (file_ && std::fwrite(buffer_.data(), 1, buffer_.size(), file_) != buffer_.size()) failed_ = true;
     buffer_.clear();

@@ -28,10 +28,11 @@ std::vector<std::vector<std::size_t>> overlappingPairs(const std::vector<ge::Ext
 
 // PLJD's collection: every curve with every later one, in the order of the
 // selection. The selection walk meets curve 0 with each other curve once and
-// every other pair twice, and each later curve with itself; the second
-// meeting of a pair gives the same points again and a curve meets itself
-// nowhere it does not already meet another, so neither can add a point the
-// merge keeps and both are left out. Pairs whose extents do not overlap give no points.
+// every other pair twice, and each later curve with itself. The second
+// meeting of a pair gives the same points again, which the merge can never
+// keep, so it is left out; a curve met with itself is left out too, since
+// its overlap with itself is no crossing (two crossing lines give one point,
+// not their ends as well). Pairs whose extents do not overlap give no points.
 ge::PointList collectAmongCurves(const host::CurveServices& curves, const std::vector<host::EntityData>& data,
                                  const ProgressFn& progress = {});
 

@@ -8,10 +8,14 @@ namespace commands {
 
 namespace {
 
-// Grid cells four merge distances wide: a kept point nearer than the merge
+// Grid cells eight merge distances wide: a kept point nearer than the merge
 // distance lies in the point's own cell or in the neighbour across an edge
-// less than a merge distance away, so most points look at one or two cells.
-constexpr double kCellSize = 4 * kMergeDistance;
+// less than a merge distance away, so most points look at one cell; a cell
+// holds at most about seventy kept points, which are that far apart.
+constexpr double kCellSize = 8 * kMergeDistance;
+// Points whose cells are fetched ahead of the walk: the table is far larger
+// than the caches for big runs, and a miss per cell would rule the time.
+constexpr std::size_t kLookAhead = 16;
 // Cell indexes are clamped so that far-off points still get a cell.
 constexpr double kLargestCell = 4.0e18;
 
@@ -36,26 +40,29 @@ class KeptGrid {
     std::size_t capacity = 16;
     while (capacity < 2 * expected) capacity *= 2;
     slots_.assign(capacity, Slot{});
+    next_.reserve(expected);
   }
   // The newest kept point of the cell, or kEnd.
   std::uint32_t head(std::int64_t cx, std::int64_t cy) const {
-    for (std::size_t i = indexOf(cx, cy);; i = (i + 1) & (slots_.size() - 1)) {
+    std::uint64_t key = keyOf(cx, cy);
+    for (std::size_t i = indexOf(key);; i = (i + 1) & (slots_.size() - 1)) {
       const Slot& s = slots_[i];
       if (s.head == kEnd) return kEnd;
-      if (s.cx == cx && s.cy == cy) return s.head;
+      if (s.key == key) return s.head;
     }
   }
   void add(std::int64_t cx, std::int64_t cy, std::uint32_t point) {
     if (2 * (used_ + 1) > slots_.size()) grow();
-    for (std::size_t i = indexOf(cx, cy);; i = (i + 1) & (slots_.size() - 1)) {
+    std::uint64_t key = keyOf(cx, cy);
+    for (std::size_t i = indexOf(key);; i = (i + 1) & (slots_.size() - 1)) {
       Slot& s = slots_[i];
       if (s.head == kEnd) {
-        s = {cx, cy, point};
+        s = {key, point};
         ++used_;
         next_.push_back(kEnd);
         return;
       }
-      if (s.cx == cx && s.cy == cy) {
+      if (s.key == key) {
         next_.push_back(s.head);
         s.head = point;
         return;
@@ -63,25 +70,36 @@ class KeptGrid {
     }
   }
   std::uint32_t next(std::uint32_t point) const { return next_[point]; }
+  void prefetch(std::int64_t cx, std::int64_t cy) const { __builtin_prefetch(&slots_[indexOf(keyOf(cx, cy))]); }
 
   static constexpr std::uint32_t kEnd = UINT32_MAX;
 
  private:
   struct Slot {
-    std::int64_t cx = 0, cy = 0;
+    std::uint64_t key = 0;
     std::uint32_t head = kEnd;
   };
-  std::size_t indexOf(std::int64_t cx, std::int64_t cy) const {
-    std::uint64_t h = static_cast<std::uint64_t>(cx) * 0x9E3779B97F4A7C15ull ^
-                      static_cast<std::uint64_t>(cy) * 0xC2B2AE3D27D4EB4Full;
-    return static_cast<std::size_t>(h ^ (h >> 29)) & (slots_.size() - 1);
+  // Cells far apart may share a key; that only adds points to compare with.
+  static std::uint64_t keyOf(std::int64_t cx, std::int64_t cy) {
+    return (static_cast<std::uint64_t>(cx) << 32) ^ static_cast<std::uint32_t>(cy);
+  }
+  std::size_t indexOf(std::uint64_t key) const {
+    // The finaliser of MurmurHash3: neighbouring cells land far apart, so
+    // the linear probes stay short.
+    std::uint64_t h = key;
+    h ^= h >> 33;
+    h *= 0xFF51AFD7ED558CCDull;
+    h ^= h >> 33;
+    h *= 0xC4CEB9FE1A85EC53ull;
+    h ^= h >> 33;
+    return static_cast<std::size_t>(h) & (slots_.size() - 1);
   }
   void grow() {
     std::vector<Slot> old = std::move(slots_);
     slots_.assign(old.size() * 2, Slot{});
     for (const Slot& s : old) {
       if (s.head == kEnd) continue;
-      std::size_t i = indexOf(s.cx, s.cy);
+      std::size_t i = indexOf(s.key);
       while (slots_[i].head != kEnd) i = (i + 1) & (slots_.size() - 1);
       slots_[i] = s;
     }
@@ -111,8 +129,15 @@ CellSpan spanOf(double v) {
 
 ge::PointList mergeIntersections(const ge::PointList& raw) {
   ge::PointList kept;
+  kept.reserve(raw.size());
   KeptGrid grid(raw.size());
-  for (const ge::Point3d& p : raw) {
+  for (std::size_t i = 0; i < raw.size(); ++i) {
+    if (i + kLookAhead < raw.size()) {
+      CellSpan ax = spanOf(raw[i + kLookAhead].x), ay = spanOf(raw[i + kLookAhead].y);
+      for (std::int64_t cx = ax.low; cx <= ax.high; ++cx)
+        for (std::int64_t cy = ay.low; cy <= ay.high; ++cy) grid.prefetch(cx, cy);
+    }
+    const ge::Point3d& p = raw[i];
     CellSpan x = spanOf(p.x), y = spanOf(p.y);
     bool near = false;
     for (std::int64_t cx = x.low; cx <= x.high && !near; ++cx)
@@ -129,22 +154,53 @@ ge::PointList mergeIntersections(const ge::PointList& raw) {
   return kept;
 }
 
+namespace {
+
+// Up to this many curves every pair of boxes is compared directly: that is
+// quicker than sorting the pairs a sweep finds.
+constexpr std::size_t kDirectPairing = 4096;
+
+// Every pair compared, the rows coming out in order.
+std::vector<std::vector<std::size_t>> pairsByScan(const std::vector<ge::Extents3d>& boxes) {
+  const std::size_t n = boxes.size();
+  std::vector<double> minX(n), maxX(n), minY(n), maxY(n);
+  std::vector<bool> valid(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    valid[i] = boxes[i].isValid();
+    double pad = valid[i] ? padOf(boxes[i]) : 0;
+    minX[i] = boxes[i].min.x - pad, maxX[i] = boxes[i].max.x + pad;
+    minY[i] = boxes[i].min.y - pad, maxY[i] = boxes[i].max.y + pad;
+  }
+  std::vector<std::vector<std::size_t>> rows(n);
+  for (std::size_t i = 0; i < n; ++i)
+    for (std::size_t j = i + 1; j < n; ++j)
+      if (!valid[i] || !valid[j] ||
+          (minX[j] <= maxX[i] && minX[i] <= maxX[j] && minY[j] <= maxY[i] && minY[i] <= maxY[j]))
+        rows[i].push_back(j);
+  return rows;
+}
+
+}  // namespace
+
 std::vector<std::vector<std::size_t>> overlappingPairs(const std::vector<ge::Extents3d>& boxes) {
   const std::size_t n = boxes.size();
+  if (n <= kDirectPairing) return pairsByScan(boxes);
   std::vector<std::vector<std::size_t>> rows(n);
   std::vector<std::size_t> boxed, unboxed;
   for (std::size_t i = 0; i < n; ++i) (boxes[i].isValid() ? boxed : unboxed).push_back(i);
   auto pairUp = [&](std::size_t a, std::size_t b) { rows[std::min(a, b)].push_back(std::max(a, b)); };
   // Sort and sweep along x: a box meets the boxes still open when it starts.
   std::sort(boxed.begin(), boxed.end(), [&](std::size_t a, std::size_t b) { return boxes[a].min.x < boxes[b].min.x; });
+  std::vector<double> pads(n);
+  for (std::size_t i : boxed) pads[i] = padOf(boxes[i]);
   std::vector<std::size_t> open;
   for (std::size_t i : boxed) {
     const ge::Extents3d& b = boxes[i];
-    double pad = padOf(b);
-    std::erase_if(open, [&](std::size_t k) { return boxes[k].max.x + padOf(boxes[k]) < b.min.x - pad; });
+    double pad = pads[i];
+    std::erase_if(open, [&](std::size_t k) { return boxes[k].max.x + pads[k] < b.min.x - pad; });
     for (std::size_t k : open) {
       const ge::Extents3d& o = boxes[k];
-      double both = pad + padOf(o);
+      double both = pad + pads[k];
       if (o.min.y <= b.max.y + both && b.min.y <= o.max.y + both) pairUp(i, k);
     }
     open.push_back(i);

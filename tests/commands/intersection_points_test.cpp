@@ -1,5 +1,6 @@
 // The merge of intersection points against the walk that compares each
 // point with every kept one, and the extents pairing against all pairs.
+#include <cmath>
 #include <random>
 
 #include <gtest/gtest.h>
@@ -60,10 +61,14 @@ INSTANTIATE_TEST_SUITE_P(
                       Cloud{"NegativeCoordinates", 0.0005, 2.0, 30, 20, 0}),  // cells on both sides of zero
     [](const auto& info) { return std::string(info.param.name); });
 
-TEST(OverlappingPairs, AreThePairsWhoseBoxesMeetInWalkOrder) {
+class OverlappingPairs : public ::testing::TestWithParam<std::size_t> {};
+
+// Few boxes are compared pair by pair, many by a sweep; both give the same rows.
+TEST_P(OverlappingPairs, AreThePairsWhoseBoxesMeetInWalkOrder) {
   std::mt19937 rng(7);
-  std::uniform_real_distribution<double> at(0, 100), size(0, 20);
-  std::vector<ge::Extents3d> boxes(300);
+  double side = std::sqrt(static_cast<double>(GetParam())) * 6;
+  std::uniform_real_distribution<double> at(0, side), size(0, 20);
+  std::vector<ge::Extents3d> boxes(GetParam());
   for (auto& b : boxes) {
     double x = at(rng), y = at(rng);
     b.add(ge::Point3d{x, y, 0});
@@ -72,15 +77,18 @@ TEST(OverlappingPairs, AreThePairsWhoseBoxesMeetInWalkOrder) {
   boxes[10] = ge::Extents3d{};  // no extents: pairs with everything
   boxes[20] = boxes[21];        // equal boxes
   boxes[30] = ge::Extents3d{};
-  boxes[30].add(ge::Point3d{50, 50, 0});   // a single point
+  boxes[30].add(ge::Point3d{50, 50, 0});  // a single point
+  boxes[40] = ge::Extents3d{};
   auto rows = commands::overlappingPairs(boxes);
   ASSERT_EQ(rows.size(), boxes.size());
   for (std::size_t i = 0; i < boxes.size(); ++i) {
     std::vector<std::size_t> want;
     for (std::size_t j = i + 1; j < boxes.size(); ++j)
       if (!boxes[i].isValid() || !boxes[j].isValid() || boxes[i].intersectsXY(boxes[j])) want.push_back(j);
-    EXPECT_EQ(rows[i], want) << i;
+    ASSERT_EQ(rows[i], want) << i;
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Sizes, OverlappingPairs, ::testing::Values(300, 5000));
 
 }  // namespace

@@ -142,5 +142,14 @@ TEST_P(Intersect, PickedCurveNumbersItsCrossingsFromItsStart) {
   EXPECT_TRUE(s.says(out, "\nNo intersection found.", "\n没有找到交点。"));
 }
 
+TEST_P(Intersect, PickedCurveListIsReversedWhenItsFirstPointLiesNearerTheEnd) {
+  // A hook whose end comes back near its first crossing.
+  host::ObjectId hook = s.add(lwThrough({{0, 0}, {10, 0}, {10, 3}, {5, 3}, {5, 1}}));
+  s.add(host::Line{{6, -1, 0}, {6, 4, 0}});
+  s.start();
+  s.run("PLJD1\n" + pickOf(hook) + "\n1\n");
+  expectPoints(points(), {{6, 3, 0}, {6, 0, 0}});
+}
+
 }  // namespace
 }  // namespace commands_test

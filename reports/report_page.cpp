@@ -6,16 +6,16 @@ namespace reports {
 
 namespace {
 
-std::string cell(int widthPercent, std::string_view percent, std::string_view background,
-                 std::string_view content) {
-  std::string line = "    <td width=" + std::to_string(widthPercent);
-  line += percent;
-  line += " valign=top bgcolor=";
-  line += background;
-  line += "><div align=center>";
-  line += content;
-  line += "</div></td>\n";
-  return line;
+void appendCell(std::string& row, int widthPercent, std::string_view percent, std::string_view background,
+                std::string_view content) {
+  row += "    <td width=";
+  row += std::to_string(widthPercent);
+  row += percent;
+  row += " valign=top bgcolor=";
+  row += background;
+  row += "><div align=center>";
+  row += content;
+  row += "</div></td>\n";
 }
 
 }  // namespace
@@ -38,12 +38,24 @@ std::string tableStart() {
 
 std::string pageTail() { return "</table>\n<br>\n</body>\n</html>\n"; }
 
+void appendFormattedCell(std::string& row, int widthPercent, std::string_view background, std::string_view content) {
+  appendCell(row, widthPercent, "%", background, content);
+}
+
+void appendPlainCell(std::string& row, int widthPercent, std::string_view background, std::string_view content) {
+  appendCell(row, widthPercent, "%%", background, content);
+}
+
 std::string formattedCell(int widthPercent, std::string_view background, std::string_view content) {
-  return cell(widthPercent, "%", background, content);
+  std::string cell;
+  appendFormattedCell(cell, widthPercent, background, content);
+  return cell;
 }
 
 std::string plainCell(int widthPercent, std::string_view background, std::string_view content) {
-  return cell(widthPercent, "%%", background, content);
+  std::string cell;
+  appendPlainCell(cell, widthPercent, background, content);
+  return cell;
 }
 
 std::string indexText(long long index) { return std::to_string(index); }

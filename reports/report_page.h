@@ -25,6 +25,10 @@ std::string formattedCell(int widthPercent, std::string_view background, std::st
 // template's doubled percent sign stays ("width=5%%").
 std::string plainCell(int widthPercent, std::string_view background, std::string_view content);
 
+// The same, appended to a row being built.
+void appendFormattedCell(std::string& row, int widthPercent, std::string_view background, std::string_view content);
+void appendPlainCell(std::string& row, int widthPercent, std::string_view background, std::string_view content);
+
 // Number texts of the cells: indexes "%d", every measure "%.3f".
 std::string indexText(long long index);
 std::string measureText(double value);

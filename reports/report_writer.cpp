@@ -20,9 +20,12 @@ ReportWriter::ReportWriter(ReportFile file, const ReportLayout& layout) : file_(
 
 void ReportWriter::row(const std::vector<Cell>& cells, std::string_view background) {
   text_.assign(kRowStart);
-  for (const Cell& c : cells)
-    text_ += c.formatted ? formattedCell(c.widthPercent, background, c.content)
-                         : plainCell(c.widthPercent, background, c.content);
+  for (const Cell& c : cells) {
+    if (c.formatted)
+      appendFormattedCell(text_, c.widthPercent, background, c.content);
+    else
+      appendPlainCell(text_, c.widthPercent, background, c.content);
+  }
   text_ += kRowEnd;
   file_.write(text_);
 }

@@ -10,8 +10,9 @@ namespace {
 
 // Grid cells eight merge distances wide: a kept point nearer than the merge
 // distance lies in the point's own cell or in the neighbour across an edge
-// less than a merge distance away, so most points look at one cell; a cell
-// holds at most about seventy kept points, which are that far apart.
+// less than a merge distance away, so most points look at one cell; kept
+// points lie at least a merge distance apart, so a cell holds few of them
+// unless they are stacked in height.
 constexpr double kCellSize = 8 * kMergeDistance;
 // Points whose cells are fetched ahead of the walk: the table is far larger
 // than the caches for big runs, and a miss per cell would rule the time.

@@ -28,4 +28,14 @@ void spline2pline(frame::CommandContext& context);  // s2p
 void pline2spline(frame::CommandContext& context);  // p2s
 void projectCurvesToXY(frame::CommandContext& context);  // QXTY
 
+// Table reports of coordinates and measures.
+void listPolylineVertices(frame::CommandContext& context);   // PLLIST
+void listCircles(frame::CommandContext& context);            // CLIST
+void outputEllipseToExcel(frame::CommandContext& context);   // ELLLIST
+void outputArcToExcel(frame::CommandContext& context);       // ARCLIST
+
+// Batch intersections.
+void plBatchIntersect(frame::CommandContext& context);   // PLJD: the curves of a selection among themselves
+void plBatchIntersect1(frame::CommandContext& context);  // PLJD1: one picked curve with those it crosses
+
 }  // namespace commands

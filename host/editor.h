@@ -45,6 +45,33 @@ class Editor {
   // A file name: a dialog where there is a GUI, otherwise a command-line prompt.
   virtual int getFileName(std::string_view title, std::string_view defaultName, std::string_view extension,
                           bool forSaving, std::string& path) = 0;
+  // A file name chosen against a dialog filter in the host's form, caption
+  // and pattern pairs each ended by a bar ("EXCEL File(*.xls)|*.xls|"): a
+  // dialog where there is a GUI; on the command line a prompt made of the
+  // filter's captions. The name comes back as typed: no extension is added.
+  virtual int getFileNameWithFilter(std::string_view filter, bool forSaving, std::string& path) {
+    return getFileName(filterCaptions(filter), "", "", forSaving, path);
+  }
+  // The captions of a dialog filter, joined by ", ".
+  static std::string filterCaptions(std::string_view filter) {
+    std::string captions;
+    bool isCaption = true;
+    while (!filter.empty()) {
+      std::size_t bar = filter.find('|');
+      std::string_view part = filter.substr(0, bar);
+      if (isCaption && !part.empty()) captions += (captions.empty() ? "" : ", ") + std::string(part);
+      isCaption = !isCaption;
+      if (bar == std::string_view::npos) break;
+      filter.remove_prefix(bar + 1);
+    }
+    return captions;
+  }
+  // acedSetStatusBarProgressMeter, ...Pos and acedRestoreStatusBar: a meter
+  // for long work, from low to high. A host without a status bar may show it
+  // elsewhere or not at all.
+  virtual void progressStart(std::string_view label, int low, int high) { (void)label, (void)low, (void)high; }
+  virtual void progressAt(int position) { (void)position; }
+  virtual void progressEnd() {}
   // True when the user asked to stop a long operation.
   virtual bool userBreak() = 0;
   // acedUpdateDisplay: repaint the drawing now (live previews); nothing to do without a view.

@@ -19,6 +19,12 @@ class Platform {
   virtual bool openWithDesktop(std::string_view target) = 0;
   // Runs a program and waits for it; returns its exit code, or -1 when it could not start.
   virtual int runProgram(std::string_view program, const std::vector<std::string>& args) = 0;
+  // Starts a program without waiting for it (ShellExecute of a program with
+  // its arguments); false when it could not start.
+  virtual bool startProgram(std::string_view program, const std::vector<std::string>& args) {
+    (void)program, (void)args;
+    return false;
+  }
   // A fresh temporary file name.
   virtual std::string temporaryFileName(std::string_view suffix) = 0;
 };

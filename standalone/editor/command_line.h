@@ -55,6 +55,11 @@ class CommandLine : public host::Editor {
   int getFileName(std::string_view title, std::string_view defaultName, std::string_view extension, bool forSaving,
                   std::string& path) override;
   bool userBreak() override { return false; }
+  // The meter is drawn on the terminal's error stream while the user types
+  // the answers there; scripts and tests see nothing of it.
+  void progressStart(std::string_view label, int low, int high) override;
+  void progressAt(int position) override;
+  void progressEnd() override;
 
  private:
   enum class Reply { kText, kCancel };
@@ -115,6 +120,12 @@ class CommandLine : public host::Editor {
   std::vector<host::ObjectId> previous_;
   std::optional<std::string> endedAtPrompt_;
   int promptsAfterEnd_ = 0;
+  struct Meter {
+    std::string label;
+    int low = 0, high = 0;
+    int shownPercent = -1;
+  };
+  std::optional<Meter> meter_;
 };
 
 }  // namespace standalone

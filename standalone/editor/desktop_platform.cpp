@@ -69,6 +69,10 @@ int DesktopPlatform::runProgram(std::string_view program, const std::vector<std:
   return spawn(std::string(program), args, true);
 }
 
+bool DesktopPlatform::startProgram(std::string_view program, const std::vector<std::string>& args) {
+  return spawn(std::string(program), args, false) == 0;
+}
+
 std::string DesktopPlatform::temporaryFileName(std::string_view suffix) {
   const char* dir = std::getenv("TMPDIR");
   std::string pattern = std::string(dir && *dir ? dir : "/tmp") + "/corvane-XXXXXX" + std::string(suffix);

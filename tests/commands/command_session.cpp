@@ -40,6 +40,11 @@ void CommandSession::start() {
                      [](standalone::EmbeddedHost& h) { standalone::addPolylineEditCommands(h.hostCommands()); });
 }
 
+void CommandSession::startFrom(const std::filesystem::path& dxf) {
+  HostSession::start(standalone::loadDxf(dxf), root() / "corvane",
+                     [](standalone::EmbeddedHost& h) { standalone::addPolylineEditCommands(h.hostCommands()); });
+}
+
 std::vector<host::Entity> CommandSession::entities() {
   std::vector<host::Entity> out;
   const auto& db = host().drawing();

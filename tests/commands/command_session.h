@@ -23,6 +23,8 @@ class CommandSession : public test_support::HostSession {
   host::ObjectId add(host::EntityData data, const std::string& layer = "0", int color = 256);
   // Saves the drawing as DXF, loads that file into a fresh host and loads the module.
   void start();
+  // Loads a DXF file made elsewhere into a fresh host instead of the added entities.
+  void startFrom(const std::filesystem::path& dxf);
   // The entity as the running host holds it, if it is still there.
   std::optional<host::Entity> read(host::ObjectId id) { return host().drawing().read(id); }
   // Live entities of model space in drawing order.

@@ -17,6 +17,9 @@ TEST(DesktopPlatform, RunProgramWaitsAndReportsTheExitCode) {
   EXPECT_EQ(p.runProgram("sh", {"-c", "exit 3"}), 3);
   EXPECT_EQ(p.runProgram("true", {}), 0);
   EXPECT_EQ(p.runProgram("/nonexistent/program", {}), -1);
+  // Started without waiting: a program that could start is true, one that cannot is false.
+  EXPECT_TRUE(p.startProgram("true", {}));
+  EXPECT_FALSE(p.startProgram("/nonexistent/program", {"page.html"}));
   EXPECT_EQ(p.appName(), "/opt/corvane/corvane");
   EXPECT_EQ(p.modulePath(), "/opt/corvane/corvane");
 }

@@ -28,4 +28,8 @@ void spline2pline(frame::CommandContext& context);  // s2p
 void pline2spline(frame::CommandContext& context);  // p2s
 void projectCurvesToXY(frame::CommandContext& context);  // QXTY
 
+// Blends and maps.
+void plineBlends(frame::CommandContext& context);    // PLBLENDS: blend curve between the nearer ends of two curves
+void plineMapInto4(frame::CommandContext& context);  // PLMAP4: map curves into a fence of four curves
+
 }  // namespace commands

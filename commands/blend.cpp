@@ -35,7 +35,7 @@ std::vector<ge::Point3d> blendControlPoints(const CurveEnd& from, const CurveEnd
   // (n-1)/n · (P2 - 2P1 + P0)_normal / a², so P2 = P0 + 2a·t + n/(n-1)·a²·k.
   constexpr double n = 5;
   const double arm = chord / n;
-  const double bend = arm * arm;
+  const double bend = n / (n - 1) * arm * arm;
   return {from.point,
           from.point + from.outward * arm,
           from.point + from.outward * (2 * arm) + from.curvature * bend,

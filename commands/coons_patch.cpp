@@ -23,22 +23,20 @@ struct Refiner {
   double tolerance;
   MappedSample& out;
 
-  bool flatEnough(double t0, const ge::Point3d& p0, double t1, const ge::Point3d& p1, ge::Point3d& mid) {
-    mid = image((t0 + t1) / 2);
-    if (distanceToSegment(mid, p0, p1) > tolerance) return false;
-    for (double f : {0.25, 0.75})
-      if (distanceToSegment(image(t0 + (t1 - t0) * f), p0, p1) > tolerance) return false;
-    return true;
-  }
-
-  // Appends the samples after t0 up to and including t1.
-  void refine(double t0, const ge::Point3d& p0, double t1, const ge::Point3d& p1, int depth) {
-    ge::Point3d mid;
-    if (depth < kDeepestHalving && !flatEnough(t0, p0, t1, p1, mid)) {
-      double tm = (t0 + t1) / 2;
-      refine(t0, p0, tm, mid, depth + 1);
-      refine(tm, mid, t1, p1, depth + 1);
-      return;
+  // Appends the samples after t0 up to and including t1; mid is the image at
+  // the step's middle. The quarter points examined here become the middles
+  // of the two halves, so each halving costs two evaluations.
+  void refine(double t0, const ge::Point3d& p0, double t1, const ge::Point3d& p1, const ge::Point3d& mid,
+              int depth) {
+    const double h = t1 - t0;
+    if (depth < kDeepestHalving) {
+      ge::Point3d q1 = image(t0 + h / 4), q3 = image(t0 + 3 * h / 4);
+      if (distanceToSegment(mid, p0, p1) > tolerance || distanceToSegment(q1, p0, p1) > tolerance ||
+          distanceToSegment(q3, p0, p1) > tolerance) {
+        refine(t0, p0, t0 + h / 2, mid, q1, depth + 1);
+        refine(t0 + h / 2, mid, t1, p1, q3, depth + 1);
+        return;
+      }
     }
     out.params.push_back(t1);
     out.points.push_back(p1);
@@ -91,7 +89,7 @@ MappedSample sampleMapped(const std::function<ge::Point3d(double)>& image, const
   for (size_t i = 1; i < breaks.size(); ++i) {
     if (breaks[i] <= t0) continue;
     ge::Point3d p1 = image(breaks[i]);
-    refiner.refine(t0, p0, breaks[i], p1, 0);
+    refiner.refine(t0, p0, breaks[i], p1, image((t0 + breaks[i]) / 2), 0);
     t0 = breaks[i], p0 = p1;
   }
   return out;

@@ -43,8 +43,7 @@ FenceOrientation orientFence(const std::array<CurveEnds, 4>& sides);
 
 // Parameters t of the image C(t) between the breaks (ascending, the curve's
 // corners among them), refined by halving until the chord of each step is
-// within `tolerance` of the image at its quarter points. `image` is called
-// once per parameter returned and three times per step examined.
+// within `tolerance` of the image at its middle and quarter points.
 struct MappedSample {
   std::vector<double> params;
   std::vector<ge::Point3d> points;

@@ -4,6 +4,7 @@
 usage: python3 bench/batch/batch_bench.py PATH/TO/corvane [DRAWINGS] [LINES_PER_DRAWING]
 (defaults 200 drawings of 200 polylines each; needs ezdxf)"""
 import os
+import resource
 import subprocess
 import sys
 import tempfile
@@ -37,12 +38,17 @@ def main():
         print("batch of %d drawings, %d polylines each, divided into 16 points" % (count, lines))
         for jobs in (1, 2):
             out = os.path.join(tmp, "out%d" % jobs)
+            before = resource.getrusage(resource.RUSAGE_CHILDREN)
             start = time.perf_counter()
             r = subprocess.run([corvane, "batch", "-s", script, "-o", out, "-j", str(jobs), inputs],
                                capture_output=True, text=True, env=env)
             took = time.perf_counter() - start
-            print("  %d process%s at once: %.2f s (%.1f ms per drawing), exit %d" %
-                  (jobs, "" if jobs == 1 else "es", took, 1000 * took / count, r.returncode))
+            after = resource.getrusage(resource.RUSAGE_CHILDREN)
+            cpu = (after.ru_utime - before.ru_utime) + (after.ru_stime - before.ru_stime)
+            # The processor time tells a busy machine from a slow batch.
+            print("  %d process%s at once: %.2f s wall (%.1f ms per drawing), %.2f s processor, load %.1f, exit %d" %
+                  (jobs, "" if jobs == 1 else "es", took, 1000 * took / count, cpu, os.getloadavg()[0],
+                   r.returncode))
 
 
 main()

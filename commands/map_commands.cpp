@@ -1,6 +1,7 @@
 // PLMAP4: curves are mapped from the rectangle of their extents into the
 // region fenced by four picked curves, by the Coons patch of the fence.
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "commands/commands.h"
@@ -9,6 +10,7 @@
 #include "frame/output.h"
 #include "frame/prompts.h"
 #include "frame/selection.h"
+#include "ge/extents.h"
 #include "geom/curve_builders.h"
 #include "geom/sampling.h"
 

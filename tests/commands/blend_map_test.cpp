@@ -1,5 +1,6 @@
 // PLBLENDS and PLMAP4 end to end: the blend's joints measured on the spline
 // the host evaluates, and the mapped curves against a Coons patch computed here.
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 

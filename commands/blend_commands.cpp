@@ -38,12 +38,14 @@ bool touching(const ge::Point3d& a, const ge::Point3d& b) {
 }
 
 // Asks for a curve until an open curve other than `other` is picked; nothing
-// when the pick is cancelled or misses.
+// when the pick is cancelled or answered with Enter.
 std::optional<host::Entity> pickOpenCurve(host::Host& host, const frame::Text& prompt, host::ObjectId other) {
   for (;;) {
     host::ObjectId id;
     ge::Point3d picked;
-    if (frame::entSel(host, prompt, id, picked) != host::RTNORM) return std::nullopt;
+    int rc = frame::entSel(host, prompt, id, picked);
+    if (rc == host::RTERROR) continue;  // a pick where nothing lies asks again
+    if (rc != host::RTNORM) return std::nullopt;
     std::optional<host::Entity> e = host.drawing.read(id);
     if (!e || !host::isCurve(e->data))
       frame::print(host, kNotACurve);

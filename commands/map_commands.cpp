@@ -46,12 +46,14 @@ struct FenceCurve {
   double length = 0;
 };
 
-// Asks for an open curve with a length until one is picked; nothing on a cancel or a miss.
+// Asks for an open curve with a length until one is picked; nothing on a cancel or Enter.
 std::optional<FenceCurve> pickSide(host::Host& host, const frame::Text& prompt) {
   for (;;) {
     host::ObjectId id;
     ge::Point3d picked;
-    if (frame::entSel(host, prompt, id, picked) != host::RTNORM) return std::nullopt;
+    int rc = frame::entSel(host, prompt, id, picked);
+    if (rc == host::RTERROR) continue;  // a pick where nothing lies asks again
+    if (rc != host::RTNORM) return std::nullopt;
     std::optional<host::Entity> e = host.drawing.read(id);
     if (e && host::isCurve(e->data) && !host.curves.isClosed(e->data)) {
       double length = geom::curveLength(host.curves, e->data);

@@ -112,12 +112,14 @@ TEST_P(Blend, RefusesClosedCurvesOtherObjectsTheSameCurveAndTouchingEnds) {
   host::ObjectId c = s.add(host::Line{{40, 0, 0}, {50, 0, 0}});
   s.start();
   const size_t before = s.entities().size();
-  std::string out = s.run("PLBLENDS\n" + pickOf(circle) + "\n" + pickOf(label) + "\n" + pickOf(a) + "\n" + pickOf(a) +
-                          "\n" + pickOf(b) + "\n\n");
+  std::string out = s.run("PLBLENDS\n" + pickOf(circle) + "\n" + pickOf(label) + "\n500,500\n" + pickOf(a) + "\n" +
+                          pickOf(a) + "\n" + pickOf(b) + "\n\n");
   EXPECT_TRUE(s.says(out, "\nThe curve picked is closed and has no ends to blend.", "\n所选曲线是闭合的，没有可连接的端点。"));
   EXPECT_TRUE(s.says(out, "\nThe object picked is not a line, arc, polyline, spline or elliptical arc.",
                      "\n所选对象不是直线、圆弧、多段线、样条曲线或椭圆弧。"));
   EXPECT_TRUE(s.says(out, "\nPlease pick a different curve.", "\n请选择另一条曲线。"));
+  EXPECT_EQ(countOf(out, s.pick("\nSelect the first curve to blend:", "\n请选择要连接的第一条曲线:")), 4u)
+      << "the closed curve, the text and the miss ask again";
   EXPECT_TRUE(s.says(out, "\nThe nearer ends already touch; no blend curve is needed.",
                      "\n两条曲线相近的端点已经重合，无需连接曲线。"));
   EXPECT_TRUE(s.says(out, "\nContinuity [Tangent/Smooth] <Tangent>:", "\n连续性 [相切(T)/平滑(S)] <相切>:"));

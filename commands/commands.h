@@ -37,5 +37,8 @@ void outputArcToExcel(frame::CommandContext& context);       // ARCLIST
 // Batch intersections.
 void plBatchIntersect(frame::CommandContext& context);   // PLJD: the curves of a selection among themselves
 void plBatchIntersect1(frame::CommandContext& context);  // PLJD1: one picked curve with those it crosses
+// Blends and maps.
+void plineBlends(frame::CommandContext& context);    // PLBLENDS: blend curve between the nearer ends of two curves
+void plineMapInto4(frame::CommandContext& context);  // PLMAP4: map curves into a fence of four curves
 
 }  // namespace commands

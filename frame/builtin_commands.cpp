@@ -1,19 +1,27 @@
 #include "frame/builtin_commands.h"
 
+#include "frame/about_text.h"
 #include "frame/output.h"
 
 namespace frame {
 
 namespace {
-constexpr Text kAboutLine{"\nCorvane %s: two-dimensional drafting commands for curves and polylines.\n",
-                          "\n【Corvane】 %s：二维曲线与多段线绘图命令集。\n"};
 constexpr Text kNotAvailable{"\nThe command %s is not available in this build yet.\n",
                              "\n命令 %s 在此版本中尚不可用。\n"};
+constexpr Text kPageMissing{"\nThe demonstration page %s is not installed.\n", "\n演示页面 %s 未安装。\n"};
 }  // namespace
 
-std::string defaultDemoPage(int n) { return "https://corvane.example/demo/" + std::to_string(n); }
+std::string localDemoPage(Settings& settings, const host::Platform& platform, int n) {
+  return pluginFolder(settings, platform) + "demo" + kPathSeparator + "demo" + std::to_string(n) + ".html";
+}
 
-std::string introductionPage(int n) { return "https://corvane.example/intro/" + std::to_string(n); }
+std::optional<std::string> demoPage(Settings& settings, const host::Platform& platform, int n) {
+  std::string stored = settings.readText("Demo" + std::to_string(n));
+  if (!stored.empty()) return stored;
+  std::string local = localDemoPage(settings, platform, n);
+  if (platform.fileExists(local)) return local;
+  return std::nullopt;
+}
 
 void openPage(host::Host& host, std::string_view address) {
   // The host notes every address it is asked to open, and why it did not when
@@ -21,15 +29,13 @@ void openPage(host::Host& host, std::string_view address) {
   host.platform.openWithDesktop(address);
 }
 
-void aboutCommand(CommandContext& context) {
-  print(context.host, kAboutLine, versionLabel());
-  openPage(context.host, kAboutPage);
-}
+void aboutCommand(CommandContext& context) { context.host.editor.print(aboutText(context.settings.location())); }
 
 void openDemoPage(CommandContext& context, int n) {
-  std::string address = context.settings.readText("Demo" + std::to_string(n));
-  if (address.empty()) address = defaultDemoPage(n);
-  openPage(context.host, address);
+  if (std::optional<std::string> page = demoPage(context.settings, context.host.platform, n))
+    openPage(context.host, *page);
+  else
+    print(context.host, kPageMissing, localDemoPage(context.settings, context.host.platform, n));
 }
 
 void notAvailableCommand(CommandContext& context) { print(context.host, kNotAvailable, context.localName); }

@@ -3,24 +3,28 @@
 // demonstration commands, and the message of commands not built yet. Pages
 // open with the desktop's opener without waiting; the program makes no
 // network requests of its own.
+#include <optional>
 #include <string>
 
 #include "frame/command_context.h"
 
 namespace frame {
 
-// Address of the about page.
-inline constexpr std::string_view kAboutPage = "https://corvane.example/about";
+// Number of demonstration pages (ZORL_DEMO1 .. ZORL_DEMO11).
+inline constexpr int kDemoPages = 11;
 
-// Address of demonstration page n (1 to 11) when the stored value "Demo<n>" is empty.
-std::string defaultDemoPage(int n);
-// Address of introduction page n (1 to 3), opened on some loads.
-std::string introductionPage(int n);
+// The local demonstration page n (1 to 11) shipped in the plug-in folder:
+// "<folder>demo/demo<n>.html".
+std::string localDemoPage(Settings& settings, const host::Platform& platform, int n);
 
-// Prints the product line with its version label and opens the about page.
+// What demonstration page n opens: the stored value "Demo<n>" when there is
+// one, else the local page when it exists; nothing when neither.
+std::optional<std::string> demoPage(Settings& settings, const host::Platform& platform, int n);
+
+// Prints the about text (version, libraries and licences, settings file).
 void aboutCommand(CommandContext& context);
 
-// Opens demonstration page n: the stored value "Demo<n>", else the default page.
+// Opens demonstration page n, or says that it is not installed.
 void openDemoPage(CommandContext& context, int n);
 
 template <int N>

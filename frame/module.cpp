@@ -12,7 +12,7 @@ namespace {
 constexpr Text kGreeting{"\nCorvane %s loaded successfully.", "\n【Corvane】 %s 已成功加载。"};
 // Load reasons of the demand-load entries: on proxy detection, at start-up, on command invocation.
 constexpr int kLoadReasons = 7;
-// Loads whose count modulo this is 0 show the about page; the introduction pages follow them.
+// Loads whose count modulo this is 0 show the about text; the introduction pages follow them.
 constexpr std::uint32_t kIntroductionCycle = 32;
 constexpr std::uint32_t kIntroductionPages = 3;
 }  // namespace
@@ -80,7 +80,10 @@ void Module::countLoad() {
     CommandContext context{host_, settings_, about->globalName, about->localName};
     aboutCommand(context);
   }
-  if (k <= kIntroductionPages) openPage(host_, introductionPage(static_cast<int>(k)));
+  // The introduction pages are the first demonstration pages; a missing one is passed over quietly.
+  if (k <= kIntroductionPages)
+    if (std::optional<std::string> page = demoPage(settings_, host_.platform, static_cast<int>(k)))
+      openPage(host_, *page);
 }
 
 void Module::writeDemandLoadEntries() {

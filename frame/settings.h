@@ -58,6 +58,9 @@ class Settings {
     return writeBytes(kSettingsKey, name, data);
   }
 
+  // Where the store keeps the values (the settings file's path); empty when not known.
+  std::string location() const { return store_.location(); }
+
   // Read, add 1, write back; returns the value read (a missing value reads as 0).
   std::uint32_t incrementCounter(std::string_view name);
 

@@ -53,6 +53,11 @@ class CurveServices {
   // Closest point on the curve itself (no extension).
   virtual ErrorStatus getClosestPointTo(const EntityData& c, const ge::Point3d& p, ge::Point3d& onCurve) const = 0;
   virtual ErrorStatus getFirstDeriv(const EntityData& c, double param, ge::Vector3d& d) const = 0;
+  // AcDbCurve::getSecondDeriv: the second derivative with respect to the parameter.
+  virtual ErrorStatus getSecondDeriv(const EntityData& c, double param, ge::Vector3d& d) const {
+    (void)c, (void)param, (void)d;
+    return ErrorStatus::eNotImplementedYet;
+  }
   // Area enclosed; an open curve is closed by a straight line from its end to its start.
   virtual ErrorStatus getArea(const EntityData& c, double& area) const = 0;
   // Geometric extents of any entity kind with geometry.

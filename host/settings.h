@@ -21,6 +21,9 @@ class SettingsStore {
   virtual bool writeText(std::string_view key, std::string_view name, std::string_view value) = 0;
   // Fails when the key is missing (does not create it).
   virtual bool writeBytes(std::string_view key, std::string_view name, const std::vector<std::uint8_t>& value) = 0;
+  // Where the values are kept, for the user to read: a file path, or the
+  // registry root on a host that keeps them there; empty when not known.
+  virtual std::string location() const { return {}; }
 };
 
 }  // namespace host

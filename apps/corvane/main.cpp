@@ -2,6 +2,7 @@
 // the terminal; lists commands, the menu and the stored settings.
 #include <filesystem>
 #include <iostream>
+#include <unistd.h>
 
 #include "options.h"
 #include "program.h"
@@ -21,6 +22,8 @@ int main(int argc, char** argv) {
     if (std::holds_alternative<CommandsListing>(request)) return listCommands(std::cout, std::cerr);
     if (std::holds_alternative<MenuListing>(request)) return showMenu(std::cout, std::cerr);
     if (const auto* s = std::get_if<SettingsRequest>(&request)) return settingsCommand(*s, std::cout, std::cerr);
+    if (const auto* b = std::get_if<BatchRequest>(&request))
+      return runBatch(*b, std::cout, std::cerr, ::isatty(STDERR_FILENO) != 0);
     return runDrawing(std::get<RunRequest>(request), std::cout, std::cerr);
   } catch (const UsageError& e) {
     std::cerr << "corvane: " << e.what() << " (corvane --help shows the usage)\n";

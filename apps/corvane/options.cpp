@@ -4,7 +4,9 @@ namespace corvane_app {
 
 std::string usageText() {
   return "Usage:\n"
-         "  corvane DRAWING.dxf [-s SCRIPT | -c TEXT] [-o OUT.dxf] [--svg FILE] [--png FILE]\n"
+         "  corvane DRAWING.dxf [-s SCRIPT | -c TEXT] [-o OUT.dxf] [--svg FILE] [--png FILE] [--no-pages]\n"
+         "  corvane batch -s SCRIPT -o FOLDER [-j N] DRAWING.dxf|FOLDER...\n"
+         "                                   run SCRIPT over many drawings, N at once (default: one per core)\n"
          "  corvane commands                 list the registered commands (global name, local name)\n"
          "  corvane menu                     show the menu the plug-in loads\n"
          "  corvane settings list            list the stored settings\n"
@@ -20,7 +22,9 @@ std::string usageText() {
          "^C cancels the current prompt; an empty answer at \"Command:\" does nothing.\n"
          "Host commands: ZOOM, ERASE, MENULOAD, SETVAR (and PEDIT when built in); the\n"
          "plug-in's commands by their local names or by \"_\" and their global names.\n"
-         "Without -o nothing is written. Settings live in $CORVANE_SETTINGS, else\n"
+         "Without -o nothing is written; --no-pages opens no pages on the desktop.\n"
+         "A batch writes FOLDER/NAME.dxf and FOLDER/NAME.log for each drawing and\n"
+         "FOLDER/summary.txt naming every drawing that failed and why. Settings live in $CORVANE_SETTINGS, else\n"
          "$XDG_CONFIG_HOME/corvane/settings.reg, else ~/.config/corvane/settings.reg.\n";
 }
 
@@ -35,6 +39,36 @@ SettingsRequest parseSettings(const std::vector<std::string>& args) {
   throw UsageError("settings needs list, get NAME or set NAME VALUE");
 }
 
+BatchRequest parseBatch(const std::vector<std::string>& args) {
+  BatchRequest batch;
+  std::optional<std::string> script, output, jobs;
+  for (std::size_t i = 1; i < args.size(); ++i) {
+    const std::string& a = args[i];
+    auto value = [&](std::optional<std::string>& slot) {
+      if (i + 1 >= args.size()) throw UsageError(a + " needs a value");
+      if (slot) throw UsageError(a + " given twice");
+      slot = args[++i];
+    };
+    if (a == "-s") value(script);
+    else if (a == "-o") value(output);
+    else if (a == "-j") value(jobs);
+    else if (a.starts_with("-")) throw UsageError("unknown batch option " + a);
+    else batch.inputs.push_back(a);
+  }
+  if (!script) throw UsageError("batch needs a script (-s SCRIPT)");
+  if (!output) throw UsageError("batch needs an output folder (-o FOLDER)");
+  if (batch.inputs.empty()) throw UsageError("batch needs drawings or folders of drawings");
+  if (jobs) {
+    if (jobs->empty() || jobs->size() > 4 || jobs->find_first_not_of("0123456789") != std::string::npos ||
+        std::stoi(*jobs) < 1)
+      throw UsageError("-j needs a whole number of processes from 1 to 9999");
+    batch.jobs = std::stoi(*jobs);
+  }
+  batch.script = *script;
+  batch.outputFolder = *output;
+  return batch;
+}
+
 }  // namespace
 
 Request parseArguments(const std::vector<std::string>& args) {
@@ -44,6 +78,7 @@ Request parseArguments(const std::vector<std::string>& args) {
   if (first == "commands" && args.size() == 1) return CommandsListing{};
   if (first == "menu" && args.size() == 1) return MenuListing{};
   if (first == "settings") return parseSettings(args);
+  if (first == "batch") return parseBatch(args);
   RunRequest run;
   for (std::size_t i = 0; i < args.size(); ++i) {
     const std::string& a = args[i];
@@ -57,6 +92,7 @@ Request parseArguments(const std::vector<std::string>& args) {
     else if (a == "-o") value(run.output);
     else if (a == "--svg") value(run.svg);
     else if (a == "--png") value(run.png);
+    else if (a == "--no-pages") run.openPages = false;
     else if (a == "--help" || a == "-h") return HelpRequest{};
     else if (a.starts_with("-") && a != "-") throw UsageError("unknown option " + a);
     else if (run.drawing.empty()) run.drawing = a;

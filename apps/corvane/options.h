@@ -6,6 +6,8 @@
 #include <variant>
 #include <vector>
 
+#include "batch.h"
+
 namespace corvane_app {
 
 // A command line that does not fit the usage.
@@ -29,9 +31,10 @@ struct RunRequest {
   std::optional<std::string> output;       // -o
   std::optional<std::string> svg;
   std::optional<std::string> png;
+  bool openPages = true;  // --no-pages: nothing is handed to the desktop's opener
 };
 
-using Request = std::variant<HelpRequest, CommandsListing, MenuListing, SettingsRequest, RunRequest>;
+using Request = std::variant<HelpRequest, CommandsListing, MenuListing, SettingsRequest, RunRequest, BatchRequest>;
 
 // What the arguments (without the program name) ask for; throws UsageError.
 Request parseArguments(const std::vector<std::string>& args);

@@ -114,7 +114,7 @@ int runDrawing(const RunRequest& request, std::ostream& out, std::ostream& err) 
     reader = standalone::ScriptReader::fromStream("stdin", std::cin, !::isatty(STDIN_FILENO));
   }
   standalone::DrawingDatabase drawing = standalone::loadDxf(request.drawing);
-  standalone::EmbeddedHost h(std::move(drawing), out, hostOptions(standalone::defaultSettingsPath(), true));
+  standalone::EmbeddedHost h(std::move(drawing), out, hostOptions(standalone::defaultSettingsPath(), request.openPages));
   standalone::SessionResult result;
   {
     LoadedPlugin plugin(h);

@@ -4,6 +4,8 @@
 //                                   through the embedded host, and shapely's
 //                                   simplify (GEOS) on the same points
 //   commands_bench pldf [curves]    PLDF on many 100-point polylines: time and peak memory
+//   commands_bench plmap4 [curves]  PLMAP4 of 50-point polylines into a fence of four
+//                                   400-vertex wavy polylines, results as polylines
 // Run each mode in its own process so its peak memory is its own.
 #include <sys/resource.h>
 
@@ -17,9 +19,11 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "commands/thinning.h"
 #include "frame/module.h"
+#include "geom/curve_kind.h"
 #include "standalone/editor/answer_source.h"
 #include "standalone/editor/embedded_host.h"
 #include "standalone/hostcmds/polyline_edit.h"
@@ -165,6 +169,53 @@ void benchDivide(std::size_t curves) {
               peakMegabytes(), baseline, before);
 }
 
+void benchMap(std::size_t curves) {
+  standalone::DrawingDatabase db = standalone::DrawingDatabase::createEmpty();
+  auto append = [&db](host::LwPolyline lw) {
+    host::Entity e;
+    e.data = std::move(lw);
+    db.append(e);
+    return e.id;
+  };
+  // The fence's sides wave across their straight course and meet exactly at the corners.
+  constexpr int kSide = 400;
+  auto side = [](ge::Point2d a, ge::Point2d b, double amplitude, double waves) {
+    host::LwPolyline lw;
+    ge::Point2d normal{-(b.y - a.y), b.x - a.x};
+    double len = std::hypot(normal.x, normal.y);
+    for (int i = 0; i <= kSide; ++i) {
+      double f = double(i) / kSide, w = amplitude * std::sin(f * waves * 2 * 3.141592653589793);
+      lw.vertices.push_back({a.x + (b.x - a.x) * f + normal.x / len * w, a.y + (b.y - a.y) * f + normal.y / len * w});
+    }
+    return lw;
+  };
+  std::string fence;
+  for (auto [a, b, amp, waves] : {std::tuple{ge::Point2d{0, 0}, ge::Point2d{100, 0}, 3.0, 3.0},
+                                  {ge::Point2d{100, 0}, ge::Point2d{100, 60}, 2.0, 2.0},
+                                  {ge::Point2d{0, 60}, ge::Point2d{100, 60}, 5.0, 1.5},
+                                  {ge::Point2d{0, 0}, ge::Point2d{0, 60}, 2.0, 2.5}})
+    fence += handleOf(append(side(a, b, amp, waves))) + "\n";
+  for (std::size_t c = 0; c < curves; ++c) {
+    host::LwPolyline lw;
+    for (int i = 0; i < 50; ++i) lw.vertices.push_back({200 + i * 0.8, c * 0.5 + std::sin(i * 0.5 + c)});
+    append(std::move(lw));
+  }
+  Session session(std::move(db));
+  geom::setCurveKindIsSpline(false);
+  double t = seconds([&] { session.run("PLMAP4\nW 190,-5 250," + std::to_string(curves * 0.5 + 5) + "\n\n" + fence); });
+  std::size_t vertices = 0, made = 0;
+  const auto& drawing = session.host->drawing();
+  for (host::ObjectId id : drawing.entitiesOf(drawing.modelSpace()))
+    if (auto e = drawing.read(id); e && std::holds_alternative<host::LwPolyline>(e->data)) {
+      vertices += std::get<host::LwPolyline>(e->data).vertices.size();
+      ++made;
+    }
+  made -= 4 + curves;
+  std::printf("PLMAP4 of %zu curves of 50 points into a fence of four %d-vertex polylines: %.3f s, "
+              "%zu results, %.1f vertices each on average\n",
+              curves, kSide + 1, t, made, made ? double(vertices - (4 * (kSide + 1) + 50 * curves)) / made : 0.0);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -172,8 +223,9 @@ int main(int argc, char** argv) {
   std::size_t size = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 0;
   if (mode == "plyh") benchThinning(size ? size : 1000000);
   else if (mode == "pldf") benchDivide(size ? size : 10000);
+  else if (mode == "plmap4") benchMap(size ? size : 100);
   else {
-    std::fprintf(stderr, "usage: commands_bench plyh|pldf [size]\n");
+    std::fprintf(stderr, "usage: commands_bench plyh|pldf|plmap4 [size]\n");
     return 2;
   }
   return 0;

@@ -67,6 +67,7 @@ class SettingsFile : public host::SettingsStore {
   explicit SettingsFile(std::string path, std::function<void(const std::string&)> warn = {});
 
   const std::string& path() const { return path_; }
+  std::string location() const override { return path_; }
 
   std::optional<std::uint32_t> readInt(std::string_view key, std::string_view name) const override;
   std::optional<std::string> readText(std::string_view key, std::string_view name) const override;

@@ -6,6 +6,7 @@
 
 #include "standalone/kernel/insert_extents.h"
 #include "standalone/kernel/path_query.h"
+#include "standalone/kernel/piece_eval.h"
 #include "standalone/kernel/text_extents.h"
 #include "standalone/kernel/tolerance.h"
 
@@ -168,6 +169,14 @@ ErrorStatus CurveKernel::getFirstDeriv(const EntityData& c, double param, ge::Ve
   if (!path) return ErrorStatus::eNotApplicable;
   if (!paramInRange(*path, param)) return ErrorStatus::eInvalidInput;
   d = derivAtParam(*path, param);
+  return ErrorStatus::eOk;
+}
+
+ErrorStatus CurveKernel::getSecondDeriv(const EntityData& c, double param, ge::Vector3d& d) const {
+  auto path = pathFor(c);
+  if (!path) return ErrorStatus::eNotApplicable;
+  if (!paramInRange(*path, param)) return ErrorStatus::eInvalidInput;
+  d = pieceSecondDeriv(path->pieces[pieceIndexAt(*path, param)], param);
   return ErrorStatus::eOk;
 }
 

@@ -38,6 +38,7 @@ class CurveKernel final : public host::CurveServices {
   ErrorStatus getDistAtPoint(const EntityData& c, const ge::Point3d& p, double& dist) const override;
   ErrorStatus getClosestPointTo(const EntityData& c, const ge::Point3d& p, ge::Point3d& onCurve) const override;
   ErrorStatus getFirstDeriv(const EntityData& c, double param, ge::Vector3d& d) const override;
+  ErrorStatus getSecondDeriv(const EntityData& c, double param, ge::Vector3d& d) const override;
   ErrorStatus getArea(const EntityData& c, double& area) const override;
   ErrorStatus getGeomExtents(const EntityData& e, ge::Extents3d& ext) const override;
   // Defined in insert_extents.cpp and insert_nearest.cpp.

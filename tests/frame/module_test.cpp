@@ -29,6 +29,7 @@ class ModuleTest : public testing::TestWithParam<bool> {
 
   frame_test::FakeHost fake;
   Module module{fake.host};
+  frame::Settings settings{fake.settings};
 };
 
 TEST_P(ModuleTest, DemandLoadEntriesListEveryCommandOnce) {
@@ -60,14 +61,16 @@ class LoadCounter : public testing::TestWithParam<LoadCase> {};
 TEST_P(LoadCounter, CyclesThroughPagesAndResets) {
   const LoadCase& c = GetParam();
   frame_test::FakeHost fake;
+  frame::Settings settings(fake.settings);
+  for (int n = 1; n <= frame::kDemoPages; ++n) fake.platform.files.insert(frame::localDemoPage(settings, fake.platform, n));
   fake.settings.writeInt(kSettingsKey, "pagetimes", c.before);
   Module module(fake.host);
   module.acrxEntryPoint(AppMsg::kInitAppMsg);
   EXPECT_EQ(fake.settings.readInt(kSettingsKey, "pagetimes"), c.after);
   std::vector<std::string> expected;
-  if (c.about) expected.emplace_back(frame::kAboutPage);
-  if (c.introPage) expected.push_back(frame::introductionPage(c.introPage));
-  EXPECT_EQ(fake.platform.opened, expected);
+  if (c.introPage) expected.push_back(frame::localDemoPage(settings, fake.platform, c.introPage));
+  EXPECT_EQ(fake.platform.opened, expected) << "the introduction pages are the demonstration pages";
+  EXPECT_EQ(fake.editor.transcript.find("Libraries used") != std::string::npos, c.about) << fake.editor.transcript;
   EXPECT_EQ(fake.settings.readInt(kSettingsKey, "cmdtimes"), std::nullopt) << "the about shown at load is no command";
 }
 
@@ -96,8 +99,14 @@ TEST_P(ModuleTest, CommandsRunThroughThePrologue) {
   EXPECT_EQ(stored("cmdtimes"), 2u);
   std::string notAvailable = chinese() ? "\n命令 CHBJ 在此版本中尚不可用。\n"
                                        : "\nThe command CHBJ is not available in this build yet.\n";
+  std::string missing = frame::localDemoPage(settings, fake.platform, 3);
+  notAvailable += chinese() ? "\n演示页面 " + missing + " 未安装。\n"
+                            : "\nThe demonstration page " + missing + " is not installed.\n";
   EXPECT_EQ(fake.editor.transcript, notAvailable);
-  EXPECT_EQ(fake.platform.opened.back(), frame::defaultDemoPage(3));
+  EXPECT_TRUE(fake.platform.opened.empty());
+  fake.platform.files.insert(missing);
+  fake.commandStack.run("ZORL_DEMO3");
+  EXPECT_EQ(fake.platform.opened.back(), missing);
 
   fake.settings.writeText(kSettingsKey, "Demo3", "https://corvane.example/another");
   fake.commandStack.run("ZORL_DEMO3");

@@ -74,6 +74,9 @@ class CommandLine : public host::Editor {
   };
 
   Answer ask(std::string_view prompt, bool wholeLine);
+  // The answer from the source at that level (0 the outermost); promptShown:
+  // the source above already showed the prompt before pausing.
+  Answer askFrom(std::size_t level, std::string_view prompt, bool wholeLine, bool promptShown = false);
   void complain(std::string_view text);
   InitGet takeInitGet();
   // Enter at a prompt: RTNONE, or RTKWORD with "" under RSG_OTHER and RSG_NONULL,

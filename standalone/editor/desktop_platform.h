@@ -21,6 +21,7 @@ class DesktopPlatform : public host::Platform {
   // xdg-open without waiting when DISPLAY or WAYLAND_DISPLAY is set; otherwise only a notice.
   bool openWithDesktop(std::string_view target) override;
   int runProgram(std::string_view program, const std::vector<std::string>& args) override;
+  int runProgramWithin(std::string_view program, const std::vector<std::string>& args, int timeoutMs) override;
   // A new, empty file in the temporary folder whose name ends with suffix.
   std::string temporaryFileName(std::string_view suffix) override;
 

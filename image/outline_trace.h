@@ -23,7 +23,7 @@ bool isDark(Rgb c);
 struct TraceOptions {
   int speckleArea = 2;      // dark or light specks of at most this many pixels are dropped
   double cornerLimit = 1.0;  // potrace's alphamax: 0 keeps every corner sharp, 4/3 rounds them all
-  double flatness = 0.1;     // largest distance of a flattened piece from its curve, pixels
+  double flatness = 0.2;     // largest distance of a flattened piece from its curve, pixels
 };
 
 // The outlines of the picture's dark areas; nothing when the tracer fails.

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <climits>
 #include <fstream>
-#include <iterator>
+#include <algorithm>
 #include <memory>
 
 #include <stb_image.h>
@@ -77,7 +77,16 @@ LoadResult loadPicture(const std::string& path) {
   errno = 0;
   std::ifstream in(path, std::ios::binary);
   if (!in) return LoadError{LoadFailure::kCannotOpen, errno ? errno : ENOENT, path};
-  std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  // One read of the whole file: a character-wise copy costs more than decoding.
+  std::string bytes;
+  in.seekg(0, std::ios::end);
+  std::streamoff size = in.tellg();
+  in.seekg(0, std::ios::beg);
+  if (size > 0) {
+    bytes.resize(static_cast<std::size_t>(size));
+    in.read(bytes.data(), size);
+    bytes.resize(static_cast<std::size_t>(std::max<std::streamoff>(in.gcount(), 0)));
+  }
   if (in.bad()) return LoadError{LoadFailure::kCannotOpen, errno ? errno : EIO, path};
   return decodePicture(bytes);
 }

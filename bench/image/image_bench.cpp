@@ -4,6 +4,7 @@
 //   a hole net of a 4,000 x 3,000 picture at 1,000 rows: the grid alone, and
 //   txwk end to end in the corvane program (time and peak memory).
 // usage: image_bench TRACER CORVANE
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -56,7 +57,8 @@ struct Run {
   int exitCode = -1;
 };
 
-// Runs a program (argument vector, no shell), its wall time and peak resident memory.
+// Runs a program (argument vector, no shell, its output thrown away), its
+// wall time and peak resident memory.
 Run runProgram(const std::vector<std::string>& argv) {
   std::vector<char*> args;
   for (const std::string& a : argv) args.push_back(const_cast<char*>(a.c_str()));
@@ -64,7 +66,12 @@ Run runProgram(const std::vector<std::string>& argv) {
   Run run;
   auto t0 = std::chrono::steady_clock::now();
   pid_t pid = 0;
-  if (posix_spawnp(&pid, args[0], nullptr, nullptr, args.data(), environ) != 0) return run;
+  posix_spawn_file_actions_t quiet;
+  posix_spawn_file_actions_init(&quiet);
+  posix_spawn_file_actions_addopen(&quiet, 1, "/dev/null", O_WRONLY, 0);
+  int started = posix_spawnp(&pid, args[0], &quiet, nullptr, args.data(), environ);
+  posix_spawn_file_actions_destroy(&quiet);
+  if (started != 0) return run;
   int status = 0;
   rusage usage{};
   if (wait4(pid, &status, 0, &usage) < 0) return run;

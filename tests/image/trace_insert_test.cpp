@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "command_session.h"
+#include "image/outline_dlg.h"
 #include "image/picture.h"
 
 namespace commands_test {
@@ -86,6 +87,26 @@ TEST_P(TraceInsert, ACancelledInsertionLeavesNothingAndAMissingTracerIsReported)
   EXPECT_EQ(leftoverDxfFiles(), 0) << "also deleted when the insertion point was cancelled";
   s.run("R2V\nYes\n^C\n");
   EXPECT_TRUE(s.entities().empty());
+}
+
+TEST_P(TraceInsert, TheVectorizeDialogHandsItsProcessedPictureToTheTracer) {
+  installTracer();
+  s.start();
+  // The dialog's Do Vectorize with the tracer box set, as a desktop dialog calls it.
+  s.host().hostCommands().addHostCommand("DIALOGTRACE", [this](standalone::HostCommandContext&) {
+    image::COutlineDlg dialog(s.host().host(), s.module().settings());
+    dialog.loadImage(bmp());
+    dialog.onProcess();
+    dialog.onTracerBox(true);
+    dialog.onDoVectorize();
+  });
+  s.run("DIALOGTRACE\n3,4\n");
+  auto refs = s.entitiesOf<host::BlockReference>();
+  ASSERT_EQ(refs.size(), 1u);
+  EXPECT_LT(std::get<host::BlockReference>(refs[0].data).position.distanceTo({3, 4, 0}), 1e-9);
+  EXPECT_EQ(std::distance(fs::directory_iterator(temp()), fs::directory_iterator()), 0)
+      << "neither the picture's BMP nor the DXF is left behind";
+  EXPECT_EQ(s.module().settings().readInt(image::kSettingTracerBox), 1u);
 }
 
 TEST_P(TraceInsert, TypedInsertOfADxfFileMakesOneBlockWithTheFilesBasePoint) {

@@ -18,6 +18,8 @@
 // With the box "Trace with the external tracer" set (stored as
 // VectorizeGjCtrl), Do Vectorize hands the picture to the tracer program
 // instead: the processed picture when "Process" was used, else the loaded one.
+// What the tracer gives is inserted as one block reference and left as it is
+// (no post-processing): the outlines stay together and can be exploded.
 #include <optional>
 #include <string>
 

@@ -49,6 +49,18 @@ class Editor {
   virtual bool userBreak() = 0;
   // acedUpdateDisplay: repaint the drawing now (live previews); nothing to do without a view.
   virtual void updateDisplay() {}
+  // acedSetStatusBarProgressMeter, acedSetStatusBarProgressMeterPos and
+  // acedRestoreStatusBar: a progress meter for long work, from low to high.
+  // A host may show it only where someone watches (not in scripts).
+  virtual int setProgressMeter(std::string_view label, int low, int high) {
+    (void)label, (void)low, (void)high;
+    return 0;
+  }
+  virtual int setProgressMeterPos(int position) {
+    (void)position;
+    return 0;
+  }
+  virtual void restoreStatusBar() {}
 };
 
 }  // namespace host

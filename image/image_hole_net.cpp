@@ -25,6 +25,10 @@ constexpr frame::Text kEntityPrompt{
     "\n请选择一个代表网孔的物体（多段线、圆、椭圆或图块）:"};
 constexpr frame::Text kPreviewFirst{"\nPlease make preview first.", "\n建议先预览调整！"};
 
+constexpr frame::Text kDrawingProgress{"Drawing holes", "绘制网孔"};
+// Nets with more holes than this show a progress meter while they are drawn.
+constexpr std::size_t kProgressFromHoles = 20'000;
+
 constexpr int kSliderMin = 0, kSliderMax = 100;
 
 // Paints a filled ellipse (here a circle) of radius r centred at (cx, cy).
@@ -144,25 +148,28 @@ int ImageHoleNet::drawHoles(const HoleGrid& grid) {
       host_.curves.getBlockReferenceExtents(*ref, host::blockContentsOf(host_.drawing), modelExtents);
     else
       host_.curves.getGeomExtents(model->data, modelExtents);
+    if (!copyTransform(modelExtents, {}, 1.0)) return 0;  // an entity without size
   }
-  int drawn = 0;
+  const bool meter = grid.holes.size() > kProgressFromHoles;
+  if (meter) host_.editor.setProgressMeter(kDrawingProgress.chosen(), 0, static_cast<int>(grid.holes.size()));
+  int drawn = 0, done = 0;
   for (const Hole& hole : grid.holes) {
+    if (meter && ++done % 1024 == 0) host_.editor.setProgressMeterPos(done);
     double extent = hole.size * s * factor;
     if (!(extent > 0)) continue;
     ge::Point3d at{origin_.x + hole.x * s, origin_.y - hole.y * s, origin_.z};
     host::Entity e;
     if (model) {
-      std::optional<ge::Matrix3d> placing = copyTransform(modelExtents, at, extent);
-      if (!placing) return drawn;
       e.props = model->props;
       e.data = model->data;
-      if (host_.curves.transformBy(e.data, *placing) != host::ErrorStatus::eOk) continue;
+      if (host_.curves.transformBy(e.data, *copyTransform(modelExtents, at, extent)) != host::ErrorStatus::eOk) continue;
     } else {
       e.props = host_.drawing.defaultProps();
       e.data = *holeEntity(shape_, at, extent);
     }
     if (host_.drawing.append(e) == host::ErrorStatus::eOk) ++drawn;
   }
+  if (meter) host_.editor.restoreStatusBar();
   return drawn;
 }
 

@@ -55,6 +55,11 @@ class CommandLine : public host::Editor {
   int getFileName(std::string_view title, std::string_view defaultName, std::string_view extension, bool forSaving,
                   std::string& path) override;
   bool userBreak() override { return false; }
+  // Shown on the terminal's error stream, and only when the user types the
+  // answers at a terminal: scripts, pipes and tests stay quiet.
+  int setProgressMeter(std::string_view label, int low, int high) override;
+  int setProgressMeterPos(int position) override;
+  void restoreStatusBar() override;
 
  private:
   enum class Reply { kText, kCancel };
@@ -117,6 +122,13 @@ class CommandLine : public host::Editor {
   ge::Point3d lastPoint_;
   std::vector<host::ObjectId> previous_;
   std::optional<std::string> endedAtPrompt_;
+  struct Progress {
+    std::string label;
+    int low = 0, high = 0;
+    int shownPercent = -1;
+    bool active = false;
+  } progress_;
+  bool watchedAtTerminal() const;
   int promptsAfterEnd_ = 0;
 };
 

@@ -107,12 +107,12 @@ void plBatchIntersect(frame::CommandContext& context) {
   if (!frame::selectCurves(host, kSelectCurves, ids)) return;
   MarkMode mode = askMarkMode(host);
   std::vector<host::EntityData> curves = curveRecords(host, ids);
-  host.editor.progressStart(kCollecting.chosen(), 0, static_cast<int>(curves.size()));
+  host.editor.setProgressMeter(kCollecting.chosen(), 0, static_cast<int>(curves.size()));
   ge::PointList raw = collectAmongCurves(host.curves, curves, [&host](std::size_t done, std::size_t) {
-    host.editor.progressAt(static_cast<int>(done));
+    host.editor.setProgressMeterPos(static_cast<int>(done));
     return true;
   });
-  host.editor.progressEnd();
+  host.editor.restoreStatusBar();
   ge::PointList kept = mergeIntersections(raw);
   raw = {};
   if (kept.empty()) {

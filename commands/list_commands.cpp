@@ -56,13 +56,13 @@ void runList(frame::CommandContext& context, const ListCommand& command,
   ItemWriter writeItem = prepare(host);
 
   long long listed = 0;
-  host.editor.progressStart(kListing.chosen(), 0, static_cast<int>(ids->size()));
+  host.editor.setProgressMeter(kListing.chosen(), 0, static_cast<int>(ids->size()));
   for (std::size_t i = 0; i < ids->size(); ++i) {
     std::optional<host::Entity> e = host.drawing.read((*ids)[i]);
     if (e && writeItem(*e, listed + 1, *report, markHeight)) ++listed;
-    host.editor.progressAt(static_cast<int>(i + 1));
+    host.editor.setProgressMeterPos(static_cast<int>(i + 1));
   }
-  host.editor.progressEnd();
+  host.editor.restoreStatusBar();
   if (markHeight) reports::showMarks(host);
   std::string path = report->path();
   if (!report->finish()) {

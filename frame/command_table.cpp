@@ -7,6 +7,8 @@
 
 #include "commands/commands.h"
 #include "formula/formula_command.h"
+#include "image/hole_net_command.h"
+#include "image/vectorize_command.h"
 
 namespace frame {
 
@@ -53,8 +55,8 @@ constexpr std::array<CommandEntry, 53> kTable{{
     {"ZORL_linkLineAuto", "linkLineAuto", "linkLineAuto"},
     {"ZORL_INOFFSET", "INOFFSET", "makeInnerOffsets"},
     {"ZORL_makeOutline", "makeOutline", "makeOutline"},
-    {"ZORL_VECTORIZE", "R2V", "bitmapVectorize"},
-    {"ZORL_ImageHoleNet", "txwk", "imageHoleNet"},
+    {"ZORL_VECTORIZE", "R2V", "bitmapVectorize", &image::bitmapVectorize},
+    {"ZORL_ImageHoleNet", "txwk", "imageHoleNet", &image::imageHoleNet},
     {"ZORL_ABOUT", "ABOUT_CORVANE", "aboutCorvane", &aboutCommand},
     {"ZORL_FORMULA", "FORMULA", "formulaCurves", kFormula},
     {"ZORL_DEMO1", "ZORL_DEMO1", "openDemoPage1", &demoCommand<1>},

@@ -66,16 +66,22 @@ class Editor {
     }
     return captions;
   }
-  // acedSetStatusBarProgressMeter, ...Pos and acedRestoreStatusBar: a meter
-  // for long work, from low to high. A host without a status bar may show it
-  // elsewhere or not at all.
-  virtual void progressStart(std::string_view label, int low, int high) { (void)label, (void)low, (void)high; }
-  virtual void progressAt(int position) { (void)position; }
-  virtual void progressEnd() {}
   // True when the user asked to stop a long operation.
   virtual bool userBreak() = 0;
   // acedUpdateDisplay: repaint the drawing now (live previews); nothing to do without a view.
   virtual void updateDisplay() {}
+  // acedSetStatusBarProgressMeter, acedSetStatusBarProgressMeterPos and
+  // acedRestoreStatusBar: a progress meter for long work, from low to high.
+  // A host may show it only where someone watches (not in scripts).
+  virtual int setProgressMeter(std::string_view label, int low, int high) {
+    (void)label, (void)low, (void)high;
+    return 0;
+  }
+  virtual int setProgressMeterPos(int position) {
+    (void)position;
+    return 0;
+  }
+  virtual void restoreStatusBar() {}
 };
 
 }  // namespace host

@@ -25,6 +25,14 @@ class Platform {
     (void)program, (void)args;
     return false;
   }
+  // Runs a program and waits for it at most timeoutMs milliseconds: its exit
+  // code, -1 when it could not start, kStillRunning when the wait ended first
+  // (the program is left to finish on its own, as WaitForSingleObject leaves it).
+  virtual int runProgramWithin(std::string_view program, const std::vector<std::string>& args, int timeoutMs) {
+    (void)timeoutMs;
+    return runProgram(program, args);
+  }
+  static constexpr int kStillRunning = -2;
   // A fresh temporary file name.
   virtual std::string temporaryFileName(std::string_view suffix) = 0;
 };

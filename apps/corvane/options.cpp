@@ -20,7 +20,7 @@ std::string usageText() {
          "their capital letters; at \"Select objects:\" ALL, L, P, W and C with two corners,\n"
          "points, handles as #1F or (handent \"1F\"), and an empty answer to finish;\n"
          "^C cancels the current prompt; an empty answer at \"Command:\" does nothing.\n"
-         "Host commands: ZOOM, ERASE, MENULOAD, SETVAR (and PEDIT when built in); the\n"
+         "Host commands: ZOOM, ERASE, MENULOAD, SETVAR (and PEDIT, INSERT when built in); the\n"
          "plug-in's commands by their local names or by \"_\" and their global names.\n"
          "Without -o nothing is written; --no-pages opens no pages on the desktop.\n"
          "A batch writes FOLDER/NAME.dxf and FOLDER/NAME.log for each drawing and\n"

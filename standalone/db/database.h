@@ -55,6 +55,9 @@ class DrawingDatabase final : public host::Drawing {
   const host::Entity* peek(host::ObjectId id) const;
   // The contents for the DXF writer.
   const DrawingContents& contents() const { return c_; }
+  // A new, empty block definition with its base point (WCS); nothing when the
+  // name is empty or a block of that name exists. Entities go in by append().
+  std::optional<host::ObjectId> addBlock(const std::string& name, const ge::Point3d& basePoint);
   // Reserves a fresh handle (for records created outside the entity API).
   std::uint64_t newHandle() { return c_.nextHandle++; }
 

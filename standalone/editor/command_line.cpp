@@ -51,14 +51,24 @@ bool CommandLine::popSource() {
 
 CommandLine::Answer CommandLine::ask(std::string_view prompt, bool wholeLine) {
   if (sources_.empty()) return {Reply::kCancel, {}};  // nobody to answer (the plug-in loading)
+  return askFrom(sources_.size() - 1, prompt, wholeLine);
+}
+
+CommandLine::Answer CommandLine::askFrom(std::size_t level, std::string_view prompt, bool wholeLine,
+                                         bool promptShown) {
   if (endedAtPrompt_) {
     if (++promptsAfterEnd_ > kPromptsAfterEndLimit)
       throw ScriptError("the input has ended but the command keeps prompting");
     return {Reply::kCancel, {}};
   }
-  Source& s = sources_.back();
-  if (!s.quiet) transcript_.prompt(prompt);
+  Source& s = sources_[level];
+  // A pause answers from the source below, which sees the prompt even when
+  // the tokens are quiet: the user gives that one input (the PAUSE of
+  // acedCommand, the token "\\").
+  bool paused = level + 1 < sources_.size();
+  if ((!s.quiet || paused) && !promptShown) transcript_.prompt(prompt);
   std::optional<std::string> text = wholeLine ? s.source->nextLine() : s.source->nextWord();
+  if (text && *text == "\\" && s.endCancels && level > 0) return askFrom(level - 1, prompt, wholeLine, !s.quiet);
   if (!text) {
     if (!s.quiet) transcript_.endLine();
     s.ranOut = true;
@@ -70,7 +80,7 @@ CommandLine::Answer CommandLine::ask(std::string_view prompt, bool wholeLine) {
     }
     return {Reply::kCancel, {}};
   }
-  if (s.quiet) {
+  if (s.quiet && !paused) {
   } else if (s.source->echoesAnswers()) {
     transcript_.answer(*text);
   } else {

@@ -55,11 +55,11 @@ class CommandLine : public host::Editor {
   int getFileName(std::string_view title, std::string_view defaultName, std::string_view extension, bool forSaving,
                   std::string& path) override;
   bool userBreak() override { return false; }
-  // The meter is drawn on the terminal's error stream while the user types
-  // the answers there; scripts and tests see nothing of it.
-  void progressStart(std::string_view label, int low, int high) override;
-  void progressAt(int position) override;
-  void progressEnd() override;
+  // Shown on the terminal's error stream, and only when the user types the
+  // answers at a terminal: scripts, pipes and tests stay quiet.
+  int setProgressMeter(std::string_view label, int low, int high) override;
+  int setProgressMeterPos(int position) override;
+  void restoreStatusBar() override;
 
  private:
   enum class Reply { kText, kCancel };
@@ -79,6 +79,9 @@ class CommandLine : public host::Editor {
   };
 
   Answer ask(std::string_view prompt, bool wholeLine);
+  // The answer from the source at that level (0 the outermost); promptShown:
+  // the source above already showed the prompt before pausing.
+  Answer askFrom(std::size_t level, std::string_view prompt, bool wholeLine, bool promptShown = false);
   void complain(std::string_view text);
   InitGet takeInitGet();
   // Enter at a prompt: RTNONE, or RTKWORD with "" under RSG_OTHER and RSG_NONULL,
@@ -119,13 +122,14 @@ class CommandLine : public host::Editor {
   ge::Point3d lastPoint_;
   std::vector<host::ObjectId> previous_;
   std::optional<std::string> endedAtPrompt_;
-  int promptsAfterEnd_ = 0;
-  struct Meter {
+  struct Progress {
     std::string label;
     int low = 0, high = 0;
     int shownPercent = -1;
-  };
-  std::optional<Meter> meter_;
+    bool active = false;
+  } progress_;
+  bool watchedAtTerminal() const;
+  int promptsAfterEnd_ = 0;
 };
 
 }  // namespace standalone

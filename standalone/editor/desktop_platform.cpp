@@ -1,5 +1,7 @@
 #include "standalone/editor/desktop_platform.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <spawn.h>
@@ -13,27 +15,43 @@ namespace standalone {
 
 namespace {
 
-// Starts a program; waits for it when wait is true. Returns its exit code,
-// 0 when not waited for, -1 when it could not start.
-int spawn(const std::string& program, const std::vector<std::string>& args, bool wait) {
+// Nobody waits for a program left running, so a detached thread reaps it when it ends.
+void reapLater(pid_t pid) {
+  std::thread([pid] {
+    int ignored = 0;
+    waitpid(pid, &ignored, 0);
+  }).detach();
+}
+
+int exitCodeOf(int status) { return WIFEXITED(status) ? WEXITSTATUS(status) : -1; }
+
+// Starts a program; waits for it at most timeoutMs (forever when negative,
+// not at all when 0). Returns its exit code, 0 when not waited for, -1 when
+// it could not start, host::Platform::kStillRunning when the wait ran out.
+int spawn(const std::string& program, const std::vector<std::string>& args, int timeoutMs) {
   std::vector<char*> argv;
   argv.push_back(const_cast<char*>(program.c_str()));
   for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);
   pid_t pid = 0;
   if (posix_spawnp(&pid, program.c_str(), nullptr, nullptr, argv.data(), environ) != 0) return -1;
-  if (!wait) {
-    // Nobody waits for the opener, so a detached thread reaps it when it ends.
-    std::thread([pid] {
-      int ignored = 0;
-      waitpid(pid, &ignored, 0);
-    }).detach();
+  if (timeoutMs == 0) {
+    reapLater(pid);
     return 0;
   }
   int status = 0;
-  if (waitpid(pid, &status, 0) < 0) return -1;
-  if (WIFEXITED(status)) return WEXITSTATUS(status);
-  return -1;
+  if (timeoutMs < 0) return waitpid(pid, &status, 0) < 0 ? -1 : exitCodeOf(status);
+  auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+  for (;;) {
+    pid_t done = waitpid(pid, &status, WNOHANG);
+    if (done == pid) return exitCodeOf(status);
+    if (done < 0) return -1;
+    if (std::chrono::steady_clock::now() >= deadline) {
+      reapLater(pid);
+      return host::Platform::kStillRunning;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
 }
 
 }  // namespace
@@ -62,11 +80,16 @@ bool DesktopPlatform::openWithDesktop(std::string_view target) {
     return false;
   }
   if (note_) note_("Opening " + std::string(target));
-  return spawn("xdg-open", {std::string(target)}, false) == 0;
+  return spawn("xdg-open", {std::string(target)}, 0) == 0;
 }
 
 int DesktopPlatform::runProgram(std::string_view program, const std::vector<std::string>& args) {
-  return spawn(std::string(program), args, true);
+  return spawn(std::string(program), args, -1);
+}
+
+int DesktopPlatform::runProgramWithin(std::string_view program, const std::vector<std::string>& args,
+                                      int timeoutMs) {
+  return spawn(std::string(program), args, std::max(1, timeoutMs));
 }
 
 bool DesktopPlatform::startProgram(std::string_view program, const std::vector<std::string>& args) {

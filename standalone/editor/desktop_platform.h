@@ -22,6 +22,7 @@ class DesktopPlatform : public host::Platform {
   bool openWithDesktop(std::string_view target) override;
   int runProgram(std::string_view program, const std::vector<std::string>& args) override;
   bool startProgram(std::string_view program, const std::vector<std::string>& args) override;
+  int runProgramWithin(std::string_view program, const std::vector<std::string>& args, int timeoutMs) override;
   // A new, empty file in the temporary folder whose name ends with suffix.
   std::string temporaryFileName(std::string_view suffix) override;
 

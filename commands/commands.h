@@ -28,4 +28,14 @@ void spline2pline(frame::CommandContext& context);  // s2p
 void pline2spline(frame::CommandContext& context);  // p2s
 void projectCurvesToXY(frame::CommandContext& context);  // QXTY
 
+// Influence deformation.
+void plAffect(frame::CommandContext& context);       // PLAFFECT: influence curves push, turn, scale or bend
+void plAffectMoveX(frame::CommandContext& context);  // plAffectMoveX: shift along a vertical curve
+void plAffClick(frame::CommandContext& context);     // plAffClick: PLAFFECT at picked points
+
+// Linked connector lines.
+void linkLine00(frame::CommandContext& context);    // linkLine00: horizontal end tangents
+void linkLine90(frame::CommandContext& context);    // linkLine90: vertical end tangents
+void linkLineAuto(frame::CommandContext& context);  // linkLineAuto: tangents from the shapes, which keep it attached
+
 }  // namespace commands

@@ -9,6 +9,7 @@
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"
 #include "standalone/editor/answer_source.h"
+#include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
 
 namespace commands_test {
@@ -37,7 +38,10 @@ void CommandSession::start() {
   std::filesystem::path in = root() / "in.dxf";
   standalone::saveDxf(draft_, in);
   HostSession::start(standalone::loadDxf(in), root() / "corvane",
-                     [](standalone::EmbeddedHost& h) { standalone::addPolylineEditCommands(h.hostCommands()); });
+                     [](standalone::EmbeddedHost& h) {
+                       standalone::addPolylineEditCommands(h.hostCommands());
+                       standalone::addEditCommands(h.hostCommands());
+                     });
 }
 
 std::vector<host::Entity> CommandSession::entities() {

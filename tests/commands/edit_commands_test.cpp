@@ -164,9 +164,52 @@ TEST(Stretch, MovesOnlyWhatLiesInsideTheCrossingWindow) {
   EXPECT_EQ(std::get<host::Line>(s.read(crossing)->data).start, (ge::Point3d{0, 5, 0}));
   EXPECT_EQ(std::get<host::Circle>(s.read(circle)->data).center, (ge::Point3d{15, 5, 0})) << "centre inside: moved";
   // The arc keeps its included angle (a half circle) between (15, 0) and (0, 0).
-  const auto& a = std::get<host::Arc>(s.read(arc)->data);
+  const host::Arc a = std::get<host::Arc>(s.read(arc)->data);
   EXPECT_LT(a.center.distanceTo({7.5, 0, 0}), 1e-9);
   EXPECT_NEAR(a.radius, 7.5, 1e-9);
+}
+
+}  // namespace
+}  // namespace commands_test
+
+namespace commands_test {
+namespace {
+
+TEST(PolylineEdit, JoinTakesThePiecesThatMeetItsEndsAndClosesWhenTheyMeet) {
+  CommandSession s(Language::kEnglish);
+  host::ObjectId target = s.add(lwThrough({{0, 0}, {10, 0}}));
+  host::ObjectId down = s.add(host::Line{{10, 5, 0}, {10, 0, 0}});           // runs the other way
+  host::ObjectId arch = s.add(host::Arc{{5, 5, 0}, 5, 0, std::numbers::pi});  // (10, 5) over to (0, 5)
+  host::ObjectId side = s.add(host::Line{{0, 5, 0}, {0, 0, 0}});
+  host::ObjectId apart = s.add(host::Line{{20, 20, 0}, {30, 30, 0}});
+  s.start();
+  std::string out = s.run("PEDIT\n" + pickOf(target) + "\nJ\n" + selectionOf({side, arch, down, apart}) + "\n");
+  EXPECT_NE(out.find("3 segments added to polyline"), std::string::npos) << out;
+  const host::LwPolyline joined = std::get<host::LwPolyline>(s.read(target)->data);
+  EXPECT_TRUE(joined.closed);
+  // The closed outline from wherever the joining left its start: the
+  // straight sides and the half circle counter-clockwise from (10, 5) to (0, 5).
+  ASSERT_EQ(joined.vertices.size(), 4u);
+  const ge::Point2d ring[] = {{10, 0}, {10, 5}, {0, 5}, {0, 0}};
+  const double bulges[] = {0, 1, 0, 0};
+  std::size_t k = 0;
+  while (k < 4 && !(joined.vertices[k].x == 10 && joined.vertices[k].y == 0)) ++k;
+  ASSERT_LT(k, 4u);
+  for (std::size_t i = 0; i < 4; ++i) {
+    const host::LwVertex& v = joined.vertices[(k + i) % 4];
+    EXPECT_LT(std::hypot(v.x - ring[i].x, v.y - ring[i].y), 1e-9) << i;
+    EXPECT_NEAR(v.bulge, bulges[i], 1e-12) << i;
+  }
+  EXPECT_FALSE(s.read(down) || s.read(arch) || s.read(side)) << "joined pieces are erased";
+  EXPECT_TRUE(s.read(apart));
+}
+
+TEST(PolylineEdit, EditVertexMovesTheMarkedVertexAndInsertsAfterIt) {
+  CommandSession s(Language::kEnglish);
+  host::ObjectId target = s.add(lwThrough({{0, 0}, {10, 0}, {10, 10}}));
+  s.start();
+  s.run("PEDIT\n" + pickOf(target) + "\nE\nN\nM\n12,1\nI\n11,6\nP\nP\nM\n-1,-1\nX\n\n");
+  expectPoints(verticesOf(*s.read(target)), {{-1, -1, 0}, {12, 1, 0}, {11, 6, 0}, {10, 10, 0}});
 }
 
 }  // namespace

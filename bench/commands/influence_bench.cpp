@@ -89,6 +89,7 @@ int main(int argc, char** argv) {
   std::printf("PLAFFECT %s: %d influence curves on %d polylines of %d vertices: %.2f s, peak memory %.0f MB "
               "(%.0f MB before the command)\n",
               mode.c_str(), kInfluenceCurves, polylines, kVertices, t, peakMegabytes(), before);
+  if (std::getenv("INFLUENCE_BENCH_TRANSCRIPT")) std::printf("%s\n", transcript.str().c_str());
   module.reset();
   host.reset();
   std::system(("rm -rf " + dir).c_str());

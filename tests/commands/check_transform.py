@@ -57,6 +57,16 @@ def compare(want, got):
         return "kind %s became %s" % (t, got.dxftype())
     if t in ("LINE", "ARC", "CIRCLE", "LWPOLYLINE", "ELLIPSE", "SPLINE", "POLYLINE"):
         return None if same_path(want, got, 2e-3) else "%s path differs" % t
+    if t == "HATCH":
+        pw, pg = list(path.from_hatch(want)), list(path.from_hatch(got))
+        if len(pw) != len(pg):
+            return "HATCH has %d paths, ezdxf %d" % (len(pg), len(pw))
+        for a, b in zip(pw, pg):
+            fa, fb = list(a.flattening(1e-3)), list(b.flattening(1e-3))
+            if not all(distance_to_polyline(p, fb) < 2e-3 for p in fa) or \
+                    not all(distance_to_polyline(p, fa) < 2e-3 for p in fb):
+                return "HATCH boundary differs"
+        return None
     if t == "INSERT":
         mw, mg = want.matrix44(), got.matrix44()
         for p in (Vec3(0, 0, 0), Vec3(1, 0, 0), Vec3(0, 1, 0), Vec3(0, 0, 1)):

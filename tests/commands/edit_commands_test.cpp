@@ -35,6 +35,19 @@ void addSamples(CommandSession& s) {
   text.rotation = 0.4;
   s.add(text);
   s.add(host::PointEntity{{-2, -2, 0}});
+  // A solid hatch with a polyline path and an edge path of a line, an arc and an elliptic arc.
+  host::Hatch hatch;
+  host::HatchPath outer;
+  outer.flags = 2 | 1;
+  outer.polyline = {{20, 0, 0.4}, {26, 0}, {26, 4}, {20, 5}};
+  host::HatchPath inner;
+  inner.flags = 0;
+  inner.edges = {host::HatchLineEdge{{21, 1}, {24, 1}},
+                 host::HatchArcEdge{{24, 2}, 1, -std::numbers::pi / 2, std::numbers::pi / 2, true},
+                 host::HatchEllipseEdge{{22.5, 3}, {1.5, 0}, 0.5, 0, std::numbers::pi, true},
+                 host::HatchLineEdge{{21, 3}, {21, 1}}};
+  hatch.paths = {outer, inner};
+  s.add(hatch);
 }
 
 struct Edit {
@@ -60,7 +73,7 @@ TEST_P(EditCommands, AgreeWithEzdxfsTransform) {
   std::ifstream in(report);
   std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   EXPECT_EQ(status, 0) << text << "\ntranscript:\n" << out;
-  EXPECT_NE(text.find("checked 8"), std::string::npos) << text;
+  EXPECT_NE(text.find("checked 9"), std::string::npos) << text;
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -37,8 +37,19 @@ void outputArcToExcel(frame::CommandContext& context);       // ARCLIST
 // Batch intersections.
 void plBatchIntersect(frame::CommandContext& context);   // PLJD: the curves of a selection among themselves
 void plBatchIntersect1(frame::CommandContext& context);  // PLJD1: one picked curve with those it crosses
+
 // Blends and maps.
 void plineBlends(frame::CommandContext& context);    // PLBLENDS: blend curve between the nearer ends of two curves
 void plineMapInto4(frame::CommandContext& context);  // PLMAP4: map curves into a fence of four curves
+
+// Influence deformation.
+void plAffect(frame::CommandContext& context);       // PLAFFECT: influence curves push, turn, scale or bend
+void plAffectMoveX(frame::CommandContext& context);  // plAffectMoveX: shift along a vertical curve
+void plAffClick(frame::CommandContext& context);     // plAffClick: PLAFFECT at picked points
+
+// Linked connector lines.
+void linkLine00(frame::CommandContext& context);    // linkLine00: horizontal end tangents
+void linkLine90(frame::CommandContext& context);    // linkLine90: vertical end tangents
+void linkLineAuto(frame::CommandContext& context);  // linkLineAuto: tangents from the shapes, which keep it attached
 
 }  // namespace commands

@@ -1,5 +1,6 @@
 #include "frame/module.h"
 
+#include "commands/link_lines.h"
 #include "frame/builtin_commands.h"
 #include "frame/errors.h"
 #include "frame/language.h"
@@ -38,7 +39,7 @@ void Module::initialise() {
   setChinese(settings_.readInt("ChineseVersion") != 0);
   registerCommands();
   print(host_, kGreeting, versionLabel());
-  // The connector-line reactor class is set up here once link lines are built.
+  commands::initLinkLineClass(host_);
   countLoad();
   writeDemandLoadEntries();
 }
@@ -99,7 +100,7 @@ void Module::writeDemandLoadEntries() {
 
 void Module::unload() {
   host_.commandStack.removeGroup(kCommandGroup);
-  // The connector-line reactor class is deleted here once link lines are built.
+  commands::removeLinkLineClass(host_);
 }
 
 }  // namespace frame

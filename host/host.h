@@ -1,5 +1,6 @@
 #pragma once
 // Everything the plug-in may ask of its CAD host, handed to it at load.
+#include "host/classes.h"
 #include "host/commands.h"
 #include "host/curves.h"
 #include "host/drawing.h"
@@ -20,6 +21,8 @@ struct Host {
   DemandLoadStore& demandLoad;
   SettingsStore& settings;
   Platform& platform;
+  // The run-time class registry; none on a host without plug-in classes.
+  ClassRegistry* classes = nullptr;
 };
 
 }  // namespace host

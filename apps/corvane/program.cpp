@@ -15,6 +15,7 @@
 #include "standalone/editor/settings_file.h"
 #include "frame/module.h"
 #include "standalone/hostcmds/insert_block.h"
+#include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
 #include "standalone/render/render.h"
 
@@ -38,6 +39,7 @@ class LoadedPlugin {
   explicit LoadedPlugin(standalone::EmbeddedHost& h) {
     standalone::addPolylineEditCommands(h.hostCommands());
     standalone::addInsertCommand(h.hostCommands());
+    standalone::addEditCommands(h.hostCommands());
     // A host loads only modules built against its own interface release.
     if (frame::acrxGetApiVersion() != h.hostCommands().releaseNumber())
       throw standalone::InputError("the plug-in was built for another host release");

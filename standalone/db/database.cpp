@@ -229,6 +229,12 @@ std::optional<host::Entity> DrawingDatabase::read(ObjectId id) const {
 }
 
 ErrorStatus DrawingDatabase::write(const host::Entity& entity) {
+  ErrorStatus es = writeRecord(entity);
+  if (es == ErrorStatus::eOk && modified_) modified_(entity.id);
+  return es;
+}
+
+ErrorStatus DrawingDatabase::writeRecord(const host::Entity& entity) {
   if (entity.id.isNull()) return ErrorStatus::eNullObjectId;
   auto it = c_.index.find(entity.id.value);
   if (it == c_.index.end() || it->second.kind != Slot::Kind::kEntity) return ErrorStatus::eInvalidInput;

@@ -2,6 +2,7 @@
 // The embedded host's drawing: entity records by handle, block definitions,
 // symbol tables, header variables and non-graphical objects, with everything a
 // DXF file held that we do not interpret kept for writing it back.
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -60,6 +61,11 @@ class DrawingDatabase final : public host::Drawing {
   std::optional<host::ObjectId> addBlock(const std::string& name, const ge::Point3d& basePoint);
   // Reserves a fresh handle (for records created outside the entity API).
   std::uint64_t newHandle() { return c_.nextHandle++; }
+  // Called after every entity written back (the host's `modified` notification).
+  void setModifiedObserver(std::function<void(host::ObjectId)> observer) { modified_ = std::move(observer); }
+  // Lists a class of objects made here in the CLASSES section (R2000 and
+  // later) unless the drawing lists it already.
+  void declareClass(const std::string& dxfName, const std::string& cppName, const std::string& appName);
 
   // host::Drawing
   std::optional<host::Entity> read(host::ObjectId id) const override;
@@ -100,7 +106,10 @@ class DrawingDatabase final : public host::Drawing {
   HeaderVariable* findHeader(std::string_view name);
   const HeaderVariable* findHeader(std::string_view name) const;
 
+  host::ErrorStatus writeRecord(const host::Entity& entity);
+
   DrawingContents c_;
+  std::function<void(host::ObjectId)> modified_;
 };
 
 }  // namespace standalone

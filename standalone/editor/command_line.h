@@ -38,6 +38,9 @@ class CommandLine : public host::Editor {
   Transcript& transcript() { return transcript_; }
   // The last point entered (LASTPOINT), for "@" answers.
   const ge::Point3d& lastPoint() const { return lastPoint_; }
+  // The crossing windows and crossing polygons answered in the last
+  // selection, as polygons in the XY plane (STRETCH moves what lies inside them).
+  const std::vector<std::vector<ge::Point2d>>& lastCrossings() const { return crossings_; }
 
   void print(std::string_view text) override;
   void initGet(int bits, std::string_view keywords) override;
@@ -121,6 +124,7 @@ class CommandLine : public host::Editor {
   std::string lastInput_;
   ge::Point3d lastPoint_;
   std::vector<host::ObjectId> previous_;
+  std::vector<std::vector<ge::Point2d>> crossings_;
   std::optional<std::string> endedAtPrompt_;
   struct Progress {
     std::string label;

@@ -81,6 +81,7 @@ std::vector<host::ObjectId> CommandLine::selectionAnswer(const std::string& text
       cancelled = true;
       return {};
     }
+    if (word.front() == 'C') crossings_.push_back({{a->x, a->y}, {b->x, a->y}, {b->x, b->y}, {a->x, b->y}});
     return finder_.inWindow(*a, *b, word.front() == 'C');
   }
   bool windowPolygon = word == "WP" || word == "WPOLYGON", crossingPolygon = word == "CP" || word == "CPOLYGON";
@@ -102,6 +103,7 @@ std::vector<host::ObjectId> CommandLine::selectionAnswer(const std::string& text
         askOutline(polygon ? "First polygon point: " : "First fence point: ", polygon, askText, toPoint, complainAbout);
     cancelled = outline.cancelled;
     if (cancelled) return {};
+    if (crossingPolygon) crossings_.push_back(outlineOf(outline.points));
     return polygon ? finder_.inPolygon(outline.points, crossingPolygon) : finder_.alongFence(outline.points);
   }
   if (parseHandleAnswer(text)) {
@@ -174,6 +176,7 @@ void CommandLine::finishSelection(std::vector<host::ObjectId>& selection) {
 int CommandLine::ssget(std::string_view mode, const ge::Point3d* p1, const ge::Point3d* p2,
                        const host::ResBufList* filterList, std::vector<host::ObjectId>& selection) {
   selection.clear();
+  crossings_.clear();
   EntityFilter filter;
   if (filterList) {
     std::optional<EntityFilter> parsed = EntityFilter::parse(*filterList);
@@ -194,7 +197,10 @@ int CommandLine::ssget(std::string_view mode, const ge::Point3d* p1, const ge::P
     else if (m == "L") {
       if (std::optional<host::ObjectId> id = finder_.last()) candidates.push_back(*id);
     } else if (m == "P") candidates = previous_;
-    else if ((m == "W" || m == "C") && p1 && p2) candidates = finder_.inWindow(*p1, *p2, m == "C");
+    else if ((m == "W" || m == "C") && p1 && p2) {
+      candidates = finder_.inWindow(*p1, *p2, m == "C");
+      if (m == "C") crossings_.push_back({{p1->x, p1->y}, {p2->x, p1->y}, {p2->x, p2->y}, {p1->x, p2->y}});
+    }
     else return host::RTERROR;  // a mode this host does not offer
     for (host::ObjectId id : candidates) {
       std::optional<host::Entity> e = drawing_.read(id);

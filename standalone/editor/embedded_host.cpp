@@ -58,7 +58,11 @@ EmbeddedHost::EmbeddedHost(DrawingDatabase drawing, std::ostream& out, EmbeddedH
       demandLoad_(settings_),
       platform_(options.modulePath, [this](const std::string& note) { showNote(note); },
                 options.openPages),
-      host_{editor_, drawing_, kernel_, sysvars_, registry_, runner_, demandLoad_, settings_, platform_} {
+      classes_(drawing_,
+               [this](const host::ClassDescription& c) { drawing_.declareClass(c.dxfName, c.name, c.appName); }),
+      host_{editor_, drawing_, kernel_, sysvars_, registry_, runner_, demandLoad_, settings_, platform_, &classes_} {
+  // Whoever writes an entity back, its persistent reactors hear of it.
+  drawing_.setModifiedObserver([this](host::ObjectId id) { classes_.notifyModified(host_, id); });
   // The plug-in asks the curve services for the extents of block references too.
   kernel_.setBlockContents(host::blockContentsOf(drawing_));
   addBasicHostCommands(runner_);

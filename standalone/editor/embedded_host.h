@@ -17,6 +17,7 @@
 #include "standalone/editor/session.h"
 #include "standalone/editor/settings_file.h"
 #include "standalone/editor/system_variables.h"
+#include "standalone/editor/class_registry.h"
 #include "standalone/editor/transcript.h"
 #include "standalone/kernel/curve_kernel.h"
 
@@ -44,6 +45,7 @@ class EmbeddedHost {
   CommandRegistry& commands() { return registry_; }
   HostCommandRunner& hostCommands() { return runner_; }
   SystemVariableTable& sysvars() { return sysvars_; }
+  ClassRegistry& classes() { return classes_; }
   SettingsFile& settings() { return settings_; }
   MenuSet& menus() { return menus_; }
   View& view() { return view_; }
@@ -83,6 +85,7 @@ class EmbeddedHost {
   HostCommandRunner runner_;
   DemandLoadFile demandLoad_;
   DesktopPlatform platform_;
+  ClassRegistry classes_;
   host::Host host_;
 };
 

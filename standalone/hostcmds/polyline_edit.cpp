@@ -202,6 +202,8 @@ class PolylineEdit {
       return editEach([this](host::Entity& e) { return c_.curves.reverseCurve(e.data) == host::ErrorStatus::eOk; });
     if (option == "Ltype") return linetypeGeneration();
     if (option == "Undo") return undo();
+    if (option == "Join") return join();
+    if (option == "Edit") return editVertex();
     c_.editor.print("The " + option + " option is not available in this build yet.\n");
   }
 
@@ -213,6 +215,66 @@ class PolylineEdit {
     int type = pl->curveType == host::PolyCurveType::kQuadraticSpline ? 5 : 6;
     c_.curves.fitPolyline2d(*pl, type, readShort(c_.sysvars, "SPLINESEGS", 8));
     return true;
+  }
+
+  // Join on one lightweight polyline: the selected pieces that meet its ends.
+  void join() {
+    std::optional<host::Entity> e = c_.drawing.read(ids_.front());
+    auto* lw = e && !multiple_ ? std::get_if<host::LwPolyline>(&e->data) : nullptr;
+    if (!lw) {
+      c_.editor.print("Join is available for one lightweight polyline only in this build.\n");
+      return;
+    }
+    std::vector<host::ObjectId> selected;
+    if (c_.editor.ssget("", nullptr, nullptr, nullptr, selected) != host::RTNORM) return;
+    std::erase(selected, e->id);
+    std::vector<host::EntityData> pieces;
+    for (host::ObjectId id : selected) pieces.push_back(c_.drawing.read(id).value_or(host::Entity{}).data);
+    remember();
+    std::vector<bool> used;
+    int added = joinToPolyline(*lw, pieces, used);
+    if (added > 0) {
+      c_.drawing.write(*e);
+      for (std::size_t i = 0; i < selected.size(); ++i)
+        if (used[i]) c_.drawing.erase(selected[i]);
+    }
+    c_.editor.print(std::to_string(added) + (added == 1 ? " segment" : " segments") + " added to polyline\n");
+  }
+
+  // Edit vertex on one polyline: a marked vertex moved along with Next and
+  // Previous, moved itself, or followed by a new one.
+  void editVertex() {
+    if (multiple_) return;
+    std::size_t at = 0;
+    while (true) {
+      c_.editor.initGet(0, "Next Previous Break Insert Move Regen Straighten Tangent Width eXit");
+      std::string option;
+      int rc = c_.editor.getKword(
+          "Enter a vertex editing option\n"
+          "[Next/Previous/Break/Insert/Move/Regen/Straighten/Tangent/Width/eXit] <N>: ",
+          option);
+      if (rc == host::RTNONE) option = "Next";
+      else if (rc != host::RTNORM) return;
+      std::optional<host::Entity> e = c_.drawing.read(ids_.front());
+      if (!e || option == "eXit") return;
+      std::size_t n = vertexCount(e->data);
+      if (option == "Next") {
+        at = std::min(at + 1, n - 1);
+      } else if (option == "Previous") {
+        at = at > 0 ? at - 1 : 0;
+      } else if (option == "Move" || option == "Insert") {
+        bool moving = option == "Move";
+        ge::Point3d p;
+        if (c_.editor.getPoint(nullptr,
+                               moving ? "Specify new location for marked vertex: " : "Specify location for new vertex: ",
+                               p) != host::RTNORM)
+          continue;
+        remember();
+        if (moving ? moveVertex(e->data, at, p) : insertVertexAfter(e->data, at, p)) c_.drawing.write(*e);
+      } else {
+        c_.editor.print("The " + option + " option is not available in this build yet.\n");
+      }
+    }
   }
 
   void width() {

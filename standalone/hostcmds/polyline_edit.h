@@ -1,8 +1,11 @@
 #pragma once
 // The host's polyline edit command PEDIT over the embedded drawing: one
 // polyline or Multiple over a selection set, with Close, Open, Width, Fit, Spline,
-// Decurve, Reverse, Ltype gen and Undo on lightweight, 2D and 3D polylines;
+// Decurve, Reverse, Ltype gen and Undo on lightweight, 2D and 3D polylines,
+// Join on a lightweight polyline, Edit vertex (Next, Previous, Move, Insert);
 // Multiple offers to turn selected lines, arcs and splines into polylines.
+#include <vector>
+
 #include "standalone/editor/host_commands.h"
 
 namespace standalone {
@@ -17,5 +20,18 @@ bool setUniformWidth(host::EntityData& polyline, double width);
 bool setPolylineClosed(host::EntityData& polyline, bool closed);
 // Removes spline or curve fitting: a 2D polyline keeps its frame vertices only.
 bool decurvePolyline(host::EntityData& polyline);
+
+// Join: the pieces (lines and arcs in the XY plane, open lightweight
+// polylines of the target's plane) whose ends meet the open target's ends
+// are added end to end, turned round where needed, until none meets; used
+// marks the pieces taken. A target whose ends come to meet is closed. The
+// number of segments added.
+int joinToPolyline(host::LwPolyline& target, const std::vector<host::EntityData>& pieces, std::vector<bool>& used);
+// Edit vertex: moves a vertex (x and y; a 3D polyline's z too), or inserts
+// one after it, splitting that segment into two straight ones. False for an
+// index beyond the vertices or another kind.
+bool moveVertex(host::EntityData& polyline, std::size_t index, const ge::Point3d& to);
+bool insertVertexAfter(host::EntityData& polyline, std::size_t index, const ge::Point3d& at);
+std::size_t vertexCount(const host::EntityData& polyline);
 
 }  // namespace standalone

@@ -35,6 +35,8 @@ PlaneFrame frameOf(const ge::Point3d& origin, const ge::Vector3d& normal) {
 
 bool isStraight(const Path& p, double tol) {
   ge::Point3d a = pointAtParam(p, p.startParam()), b = pointAtParam(p, p.endParam());
+  // A closed path (or one without length) has no direction to be straight along.
+  if (a.distanceTo(b) <= tol) return false;
   ge::Vector3d d = (b - a).normalized();
   for (const auto& piece : p.pieces) {
     auto* l = std::get_if<LinePiece>(&piece.geometry);

@@ -8,6 +8,7 @@
 
 #include "standalone/kernel/curve_kernel.h"
 #include "standalone/kernel/ocs.h"
+#include "standalone/kernel/transform_placed.h"
 
 namespace standalone {
 
@@ -264,8 +265,9 @@ struct Reverser {
 }  // namespace
 
 ErrorStatus CurveKernel::transformBy(EntityData& e, const ge::Matrix3d& m) const {
+  if (!isFinite(m)) return ErrorStatus::eInvalidInput;
   EntityData copy = e;
-  if (!std::visit(Transformer{m}, copy)) return ErrorStatus::eInvalidInput;
+  if (!std::visit(Transformer{m}, copy) && !transformPlaced(copy, m)) return ErrorStatus::eInvalidInput;
   e = std::move(copy);
   return ErrorStatus::eOk;
 }

@@ -10,6 +10,7 @@
 #include "standalone/db/dxf_writer.h"
 #include "standalone/editor/answer_source.h"
 #include "standalone/hostcmds/insert_block.h"
+#include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
 
 namespace commands_test {
@@ -41,12 +42,16 @@ void CommandSession::start() {
                      [](standalone::EmbeddedHost& h) {
                        standalone::addPolylineEditCommands(h.hostCommands());
                        standalone::addInsertCommand(h.hostCommands());
+                       standalone::addEditCommands(h.hostCommands());
                      });
 }
 
 void CommandSession::startFrom(const std::filesystem::path& dxf) {
-  HostSession::start(standalone::loadDxf(dxf), root() / "corvane",
-                     [](standalone::EmbeddedHost& h) { standalone::addPolylineEditCommands(h.hostCommands()); });
+  HostSession::start(standalone::loadDxf(dxf), root() / "corvane", [](standalone::EmbeddedHost& h) {
+    standalone::addPolylineEditCommands(h.hostCommands());
+    standalone::addInsertCommand(h.hostCommands());
+    standalone::addEditCommands(h.hostCommands());
+  });
 }
 
 std::vector<host::Entity> CommandSession::entities() {

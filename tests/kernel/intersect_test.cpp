@@ -45,6 +45,18 @@ TEST(Intersect, LinesCrossOnlyWithinBothUnlessExtended) {
   expectPoints(meet(a, Line{{4, 4, 0}, {9, 0, 0}}), {{4, 4, 0}});
 }
 
+// A closed polyline first: its start is its end, which once passed it as a
+// straight path and lost every crossing.
+TEST(Intersect, AClosedStraightSidedPolylineMeetsALineInEitherOrder) {
+  LwPolyline square;
+  for (auto [x, y] : {std::pair{0.0, 0.0}, {10.0, 0.0}, {10.0, 10.0}, {0.0, 10.0}}) square.vertices.push_back({x, y});
+  square.closed = true;
+  Line across{{-5, 4.5, 0}, {15, 4.5, 0}};
+  expectPoints(meet(square, across), {{0, 4.5, 0}, {10, 4.5, 0}});
+  expectPoints(meet(across, square), {{0, 4.5, 0}, {10, 4.5, 0}});
+  expectPoints(meet(square, Line{{9.5, 4.5, 0}, {10.5, 4.5, 0}}), {{10, 4.5, 0}});
+}
+
 class CircleLine : public ::testing::TestWithParam<std::tuple<double, double>> {};
 
 TEST_P(CircleLine, ChordPointsAtTheClosedFormDistance) {

@@ -6,6 +6,7 @@
 #include <numbers>
 
 #include "standalone/kernel/curve_kernel.h"
+#include "standalone/kernel/insert_extents.h"
 
 namespace {
 
@@ -129,6 +130,39 @@ TEST(Transform, NonUniformScaleOfACircleIsRefusedAndLeavesItAlone) {
   EntityData l = Line{{0, 0, 0}, {1, 1, 0}};
   ASSERT_EQ(kernel.transformBy(l, m), ErrorStatus::eOk);
   EXPECT_EQ(std::get<Line>(l).end, (Point3d{2, 1, 0}));
+}
+
+// A block reference carried by a similarity is placed where the old
+// placement followed by the map puts its block: mirrors give a negative X
+// scale, and maps that are not similarities or not finite are refused.
+TEST(Transform, BlockReferencesFollowEveryMoveTurnScaleAndMirror) {
+  BlockReference ref;
+  ref.blockName = "B";
+  ref.position = {3, 4, 0};
+  ref.scale = {2, 1.5, 1};
+  ref.rotation = 0.7;
+  const ge::Matrix3d maps[] = {ge::Matrix3d::translation({5, -2, 1}),
+                               ge::Matrix3d::rotation(2.1, ge::kZAxis, {1, 1, 0}),
+                               ge::Matrix3d::scaling(0.4, {-3, 2, 0}),
+                               ge::Matrix3d::mirroring({0, 0, 0}, {1, 0, 0}),
+                               ge::Matrix3d::mirroring({2, 1, 0}, ge::Vector3d{1, -2, 0}.normalized()),
+                               ge::Matrix3d::mirroring({0, 0, 2}, ge::kZAxis)};
+  const Point3d base{1, 2, 0};
+  for (std::size_t i = 0; i < std::size(maps); ++i) {
+    EntityData moved = ref;
+    ASSERT_EQ(kernel.transformBy(moved, maps[i]), ErrorStatus::eOk) << i;
+    ge::Matrix3d want = maps[i] * standalone::kernel::blockTransform(ref, base);
+    ge::Matrix3d got = standalone::kernel::blockTransform(std::get<BlockReference>(moved), base);
+    for (Point3d p : {Point3d{0, 0, 0}, Point3d{1, 0, 0}, Point3d{0, 1, 0}, Point3d{0, 0, 1}})
+      EXPECT_LT(got.apply(p).distanceTo(want.apply(p)), 1e-9) << i;
+  }
+  ge::Matrix3d shear;
+  shear(0, 1) = 0.5;
+  EntityData sheared = ref;
+  EXPECT_EQ(kernel.transformBy(sheared, shear), ErrorStatus::eInvalidInput);
+  EXPECT_EQ(std::get<BlockReference>(sheared), ref);
+  EntityData line = Line{{0, 0, 0}, {1, 0, 0}};
+  EXPECT_EQ(kernel.transformBy(line, ge::Matrix3d::scaling(std::sqrt(-1.0))), ErrorStatus::eInvalidInput);
 }
 
 TEST(Reverse, PolylineBulgesAndWidthsMoveWithTheirSegments) {

@@ -1,0 +1,229 @@
+// The host's edit commands MOVE, COPY, ROTATE, SCALE, MIRROR and STRETCH run
+// from scripts, their output checked against ezdxf's own transforms of the
+// same entities (check_transform.py).
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "command_session.h"
+#include "standalone/db/dxf_writer.h"
+#include "standalone/kernel/text_extents.h"
+
+namespace commands_test {
+namespace {
+
+// One entity of every kind the commands carry, none of them symmetric.
+void addSamples(CommandSession& s) {
+  s.add(host::Line{{1, 2, 0}, {7, 3, 0}});
+  s.add(host::Arc{{4, -3, 0}, 2, 0.3, 2.1});
+  s.add(host::Circle{{-5, 4, 0}, 1.5});
+  host::LwPolyline lw = lwThrough({{0, 0}, {4, 0}, {4, 3}, {1, 5}});
+  lw.vertices[1].bulge = 0.6;
+  lw.vertices[2].bulge = -0.3;
+  s.add(lw);
+  host::Ellipse ellipse;
+  ellipse.center = {10, 10, 0};
+  ellipse.majorAxis = {3, 1, 0};
+  ellipse.ratio = 0.4;
+  ellipse.startParam = 0.5;
+  ellipse.endParam = 4.0;
+  s.add(ellipse);
+  s.add(poly3dThrough({{0, 0, 0}, {2, 1, 1}, {3, 4, 2}}));
+  host::Text text{{3, 8, 0}, {}, 1.5, "Corvane"};
+  text.rotation = 0.4;
+  s.add(text);
+  s.add(host::PointEntity{{-2, -2, 0}});
+  // A solid hatch with a polyline path and an edge path of a line, an arc and an elliptic arc.
+  host::Hatch hatch;
+  host::HatchPath outer;
+  outer.flags = 2 | 1;
+  outer.polyline = {{20, 0, 0.4}, {26, 0}, {26, 4}, {20, 5}};
+  host::HatchPath inner;
+  inner.flags = 0;
+  inner.edges = {host::HatchLineEdge{{21, 1}, {24, 1}},
+                 host::HatchArcEdge{{24, 2}, 1, -std::numbers::pi / 2, std::numbers::pi / 2, true},
+                 host::HatchEllipseEdge{{22.5, 3}, {1.5, 0}, 0.5, 0, std::numbers::pi, true},
+                 host::HatchLineEdge{{21, 3}, {21, 1}}};
+  hatch.paths = {outer, inner};
+  s.add(hatch);
+}
+
+struct Edit {
+  const char* name;
+  std::string script;
+  const char* mode;  // same: edited in place; appended: new entities after the old
+  std::string op;    // the transform for check_transform.py
+};
+
+class EditCommands : public ::testing::TestWithParam<Edit> {};
+
+TEST_P(EditCommands, AgreeWithEzdxfsTransform) {
+  const Edit& edit = GetParam();
+  CommandSession s(Language::kEnglish);
+  addSamples(s);
+  s.start();
+  std::string out = s.run(edit.script);
+  std::filesystem::path result = s.root() / "edited.dxf", report = s.root() / "report.txt";
+  standalone::saveDxf(s.host().drawing(), result);
+  std::string cmd = std::string(CORVANE_PYTHON) + " " + CORVANE_CHECK_TRANSFORM + " " + (s.root() / "in.dxf").string() +
+                    " " + result.string() + " " + edit.mode + " " + edit.op + " > " + report.string() + " 2>&1";
+  int status = std::system(cmd.c_str());
+  std::ifstream in(report);
+  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  EXPECT_EQ(status, 0) << text << "\ntranscript:\n" << out;
+  EXPECT_NE(text.find("checked 9"), std::string::npos) << text;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Scripts, EditCommands,
+    ::testing::Values(Edit{"MoveByTwoPoints", "MOVE\nALL\n\n1,2\n6,5\n", "same", "translate 5 3"},
+                      Edit{"MoveByDisplacement", "MOVE\nALL\n\nD\n-4,2.5\n", "same", "translate -4 2.5"},
+                      Edit{"MoveFirstPointAsDisplacement", "MOVE\nALL\n\n5,3\n\n", "same", "translate 5 3"},
+                      Edit{"Copy", "COPY\nALL\n\n0,0\n5,3\n\n", "appended", "translate 5 3"},
+                      Edit{"Rotate", "ROTATE\nALL\n\n2,1\n30\n", "same", "rotate 2 1 30"},
+                      Edit{"RotateByReference", "ROTATE\nALL\n\n2,1\nR\n10\n55\n", "same", "rotate 2 1 45"},
+                      Edit{"RotateACopy", "ROTATE\nALL\n\n0,0\nC\n-90\n", "appended", "rotate 0 0 -90"},
+                      Edit{"Scale", "SCALE\nALL\n\n2,1\n2.5\n", "same", "scale 2 1 2.5"},
+                      Edit{"ScaleByReference", "SCALE\nALL\n\n0,0\nR\n4\n6\n", "same", "scale 0 0 1.5"},
+                      Edit{"MirrorKeepingSources", "SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n0,0\n10,5\n\n", "appended",
+                           "mirror 0 0 10 5"},
+                      Edit{"MirrorErasingSources", "SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n0,0\n0,5\nY\n", "appended",
+                           "mirror 0 0 0 5"}),
+    [](const testing::TestParamInfo<Edit>& info) { return std::string(info.param.name); });
+
+// The box corners of a text as a set, for comparing footprints.
+bool sameCorners(const standalone::kernel::TextBox& a, const standalone::kernel::TextBox& b) {
+  for (const ge::Point3d& p : a) {
+    bool found = false;
+    for (const ge::Point3d& q : b) found |= p.distanceTo(q) < 1e-9;
+    if (!found) return false;
+  }
+  return true;
+}
+
+TEST(Mirror, MirrtextZeroKeepsTextsReadableInTheMirroredFootprint) {
+  struct Case {
+    const char* line;  // the mirror line's two points
+    ge::Matrix3d m;
+    int wantAttachment;  // of the MTEXT, attached top left before
+  };
+  const Case cases[] = {
+      {"0,0\n0,5\n", ge::Matrix3d::mirroring({0, 0, 0}, {1, 0, 0}), 3},  // vertical line: left and right swap
+      {"0,0\n5,0\n", ge::Matrix3d::mirroring({0, 0, 0}, {0, 1, 0}), 7},  // horizontal line: top and bottom swap
+  };
+  for (const Case& c : cases) {
+    CommandSession s(Language::kEnglish);
+    host::Text text{{2, 3, 0}, {}, 2, "Readable"};
+    host::Text centred{{0, 0, 0}, {6, -4, 0}, 1, "mid"};
+    centred.horizontalJustify = 1;
+    host::MText note;
+    note.position = {3, 6, 0};
+    note.text = "note";
+    s.add(text);
+    s.add(centred);
+    s.add(note);
+    s.start();
+    s.run(std::string("MIRROR\nALL\n\n") + c.line + "Y\n");
+    auto texts = s.entitiesOf<host::Text>();
+    ASSERT_EQ(texts.size(), 2u) << c.line;
+    for (std::size_t i = 0; i < 2; ++i) {
+      const host::Text& before = i == 0 ? text : centred;
+      const auto& after = std::get<host::Text>(texts[i].data);
+      EXPECT_NEAR(after.rotation, 0, 1e-12) << c.line << "reads left to right as before";
+      EXPECT_EQ(after.mirrorFlags, 0);
+      EXPECT_EQ(after.horizontalJustify, before.horizontalJustify);
+      auto was = standalone::kernel::textBox(before), is = standalone::kernel::textBox(after);
+      ASSERT_TRUE(was && is);
+      for (ge::Point3d& p : *was) p = c.m.apply(p);
+      EXPECT_TRUE(sameCorners(*was, *is)) << c.line << ": the footprint is the mirrored one";
+    }
+    auto notes = s.entitiesOf<host::MText>();
+    ASSERT_EQ(notes.size(), 1u);
+    const auto& mirrored = std::get<host::MText>(notes[0].data);
+    EXPECT_EQ(mirrored.attachment, c.wantAttachment);
+    EXPECT_EQ(mirrored.xDirection, ge::kXAxis);
+    EXPECT_LT(mirrored.position.distanceTo(c.m.apply(note.position)), 1e-12);
+  }
+}
+
+TEST(Mirror, MirrtextOneMirrorsTheGlyphs) {
+  CommandSession s(Language::kEnglish);
+  s.add(host::Text{{2, 3, 0}, {}, 2, "Backward"});
+  s.start();
+  s.run("SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n0,0\n0,5\n\n");
+  auto texts = s.entitiesOf<host::Text>();
+  ASSERT_EQ(texts.size(), 2u);
+  const auto& copy = std::get<host::Text>(texts[1].data);
+  EXPECT_EQ(copy.mirrorFlags, 2) << "backward";
+  EXPECT_LT(copy.position.distanceTo({-2, 3, 0}), 1e-12);
+  EXPECT_NEAR(std::cos(copy.rotation), 1, 1e-12) << "a backward text at angle 0 runs leftwards";
+}
+
+TEST(Stretch, MovesOnlyWhatLiesInsideTheCrossingWindow) {
+  CommandSession s(Language::kEnglish);
+  host::ObjectId square = s.add(lwThrough({{0, 0}, {10, 0}, {10, 10}, {0, 10}}, true));
+  host::ObjectId outside = s.add(host::Line{{0, 20}, {10, 20}});
+  host::ObjectId crossing = s.add(host::Line{{0, 5, 0}, {9, 5, 0}});
+  host::ObjectId circle = s.add(host::Circle{{10, 5, 0}, 1});
+  host::ObjectId arc = s.add(host::Arc{{5, 0, 0}, 5, 0, std::numbers::pi});  // from (10, 0) to (0, 0)
+  s.start();
+  std::string out = s.run("STRETCH\nC\n8,-1\n12,11\n\n0,0\n5,0\n");
+  EXPECT_NE(out.find("Select objects to stretch by crossing-window or crossing-polygon..."), std::string::npos);
+  expectPoints(verticesOf(*s.read(square)), {{0, 0, 0}, {15, 0, 0}, {15, 10, 0}, {0, 10, 0}});
+  EXPECT_EQ(std::get<host::Line>(s.read(outside)->data).end, (ge::Point3d{10, 20, 0}));
+  EXPECT_EQ(std::get<host::Line>(s.read(crossing)->data).end, (ge::Point3d{14, 5, 0}));
+  EXPECT_EQ(std::get<host::Line>(s.read(crossing)->data).start, (ge::Point3d{0, 5, 0}));
+  EXPECT_EQ(std::get<host::Circle>(s.read(circle)->data).center, (ge::Point3d{15, 5, 0})) << "centre inside: moved";
+  // The arc keeps its included angle (a half circle) between (15, 0) and (0, 0).
+  const host::Arc a = std::get<host::Arc>(s.read(arc)->data);
+  EXPECT_LT(a.center.distanceTo({7.5, 0, 0}), 1e-9);
+  EXPECT_NEAR(a.radius, 7.5, 1e-9);
+}
+
+}  // namespace
+}  // namespace commands_test
+
+namespace commands_test {
+namespace {
+
+TEST(PolylineEdit, JoinTakesThePiecesThatMeetItsEndsAndClosesWhenTheyMeet) {
+  CommandSession s(Language::kEnglish);
+  host::ObjectId target = s.add(lwThrough({{0, 0}, {10, 0}}));
+  host::ObjectId down = s.add(host::Line{{10, 5, 0}, {10, 0, 0}});           // runs the other way
+  host::ObjectId arch = s.add(host::Arc{{5, 5, 0}, 5, 0, std::numbers::pi});  // (10, 5) over to (0, 5)
+  host::ObjectId side = s.add(host::Line{{0, 5, 0}, {0, 0, 0}});
+  host::ObjectId apart = s.add(host::Line{{20, 20, 0}, {30, 30, 0}});
+  s.start();
+  std::string out = s.run("PEDIT\n" + pickOf(target) + "\nJ\n" + selectionOf({side, arch, down, apart}) + "\n");
+  EXPECT_NE(out.find("3 segments added to polyline"), std::string::npos) << out;
+  const host::LwPolyline joined = std::get<host::LwPolyline>(s.read(target)->data);
+  EXPECT_TRUE(joined.closed);
+  // The closed outline from wherever the joining left its start: the
+  // straight sides and the half circle counter-clockwise from (10, 5) to (0, 5).
+  ASSERT_EQ(joined.vertices.size(), 4u);
+  const ge::Point2d ring[] = {{10, 0}, {10, 5}, {0, 5}, {0, 0}};
+  const double bulges[] = {0, 1, 0, 0};
+  std::size_t k = 0;
+  while (k < 4 && !(joined.vertices[k].x == 10 && joined.vertices[k].y == 0)) ++k;
+  ASSERT_LT(k, 4u);
+  for (std::size_t i = 0; i < 4; ++i) {
+    const host::LwVertex& v = joined.vertices[(k + i) % 4];
+    EXPECT_LT(std::hypot(v.x - ring[i].x, v.y - ring[i].y), 1e-9) << i;
+    EXPECT_NEAR(v.bulge, bulges[i], 1e-12) << i;
+  }
+  EXPECT_FALSE(s.read(down) || s.read(arch) || s.read(side)) << "joined pieces are erased";
+  EXPECT_TRUE(s.read(apart));
+}
+
+TEST(PolylineEdit, EditVertexMovesTheMarkedVertexAndInsertsAfterIt) {
+  CommandSession s(Language::kEnglish);
+  host::ObjectId target = s.add(lwThrough({{0, 0}, {10, 0}, {10, 10}}));
+  s.start();
+  s.run("PEDIT\n" + pickOf(target) + "\nE\nN\nM\n12,1\nI\n11,6\nP\nP\nM\n-1,-1\nX\n\n");
+  expectPoints(verticesOf(*s.read(target)), {{-1, -1, 0}, {12, 1, 0}, {11, 6, 0}, {10, 10, 0}});
+}
+
+}  // namespace
+}  // namespace commands_test

@@ -21,6 +21,7 @@
 #include <string>
 #include <tuple>
 
+#include "bench/support/plugin_session.h"
 #include "commands/thinning.h"
 #include "frame/module.h"
 #include "geom/curve_kind.h"
@@ -54,36 +55,10 @@ ge::PointList wigglyLine(std::size_t n) {
   return pts;
 }
 
-// An embedded host over the drawing with the plug-in loaded, its transcript kept in memory.
-struct Session {
-  std::string dir;
-  std::ostringstream out;
-  std::unique_ptr<standalone::EmbeddedHost> host;
-  std::unique_ptr<frame::Module> module;
-
-  explicit Session(standalone::DrawingDatabase db) {
-    char pattern[] = "/tmp/corvane-bench-XXXXXX";
-    dir = mkdtemp(pattern);
-    std::ofstream(dir + "/settings.reg") << "Windows Registry Editor Version 5.00\n\n"
-                                            "[HKEY_CURRENT_USER\\Software\\Brightvale\\Corvane]\n"
-                                            "\"pagetimes\"=dword:0000000a\n";
-    standalone::EmbeddedHostOptions options;
-    options.settingsPath = dir + "/settings.reg";
-    options.modulePath = dir + "/corvane";
-    host = std::make_unique<standalone::EmbeddedHost>(std::move(db), out, options);
-    standalone::addPolylineEditCommands(host->hostCommands());
-    module = std::make_unique<frame::Module>(host->host());
-    module->acrxEntryPoint(frame::AppMsg::kInitAppMsg);
-  }
-  ~Session() {
-    module.reset();
-    host.reset();
-    std::system(("rm -rf " + dir).c_str());
-  }
-  void run(const std::string& script) {
-    auto source = standalone::ScriptReader::fromText("bench.scr", script);
-    host->run(source);
-  }
+// The plug-in's session with the host's PEDIT, which some commands drive.
+struct Session : bench_support::PluginSession {
+  explicit Session(standalone::DrawingDatabase db)
+      : PluginSession(std::move(db), [](standalone::EmbeddedHost& h) { standalone::addPolylineEditCommands(h.hostCommands()); }) {}
 };
 
 std::string handleOf(host::ObjectId id) {

@@ -21,6 +21,7 @@
 #include <sstream>
 #include <string>
 
+#include "bench/support/plugin_session.h"
 #include "commands/intersection_points.h"
 #include "frame/module.h"
 #include "standalone/editor/answer_source.h"
@@ -59,37 +60,7 @@ struct Lcg {
   }
 };
 
-// An embedded host over the drawing with the plug-in loaded, its transcript kept in memory.
-struct Session {
-  std::string dir;
-  std::ostringstream out;
-  std::unique_ptr<standalone::EmbeddedHost> host;
-  std::unique_ptr<frame::Module> module;
-
-  explicit Session(standalone::DrawingDatabase db) {
-    char pattern[] = "/tmp/corvane-bench-XXXXXX";
-    dir = mkdtemp(pattern);
-    std::ofstream(dir + "/settings.reg") << "Windows Registry Editor Version 5.00\n\n"
-                                            "[HKEY_CURRENT_USER\\Software\\Brightvale\\Corvane]\n"
-                                            "\"pagetimes\"=dword:0000000a\n";
-    standalone::EmbeddedHostOptions options;
-    options.settingsPath = dir + "/settings.reg";
-    options.modulePath = dir + "/corvane";
-    host = std::make_unique<standalone::EmbeddedHost>(std::move(db), out, options);
-    module = std::make_unique<frame::Module>(host->host());
-    module->acrxEntryPoint(frame::AppMsg::kInitAppMsg);
-  }
-  ~Session() {
-    module.reset();
-    host.reset();
-    std::error_code ignored;
-    std::filesystem::remove_all(dir, ignored);
-  }
-  void run(const std::string& script) {
-    auto source = standalone::ScriptReader::fromText("bench.scr", script);
-    host->run(source);
-  }
-};
+using Session = bench_support::PluginSession;
 
 void benchIntersections(std::size_t n) {
   Lcg rng;

@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+#include "commands/text_lines.h"
 #include "ge/point.h"
 
 namespace commands {
@@ -40,5 +41,6 @@ struct CoordinateFile {
 };
 
 CoordinateFile readCoordinateLines(const std::vector<std::string>& lines);
+CoordinateFile readCoordinateLines(const TextLines& lines);
 
 }  // namespace commands

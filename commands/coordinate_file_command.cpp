@@ -49,7 +49,7 @@ void drawPolylineByTxtFile(frame::CommandContext& context) {
   if (host.editor.getFileName(kDialogTitle, "", extension, false, path) != host::RTNORM) return;
 
   std::optional<std::string> bytes = readWholeFile(path);
-  std::optional<std::vector<std::string>> lines;
+  std::optional<TextLines> lines;
   if (bytes) lines = decodeTextLines(*bytes);
   if (!lines) {
     frame::print(host, kReadError, path);

@@ -3,6 +3,8 @@
 #include <iconv.h>
 
 #include <cerrno>
+#include <cstdint>
+#include <cstring>
 #include <memory>
 
 namespace commands {
@@ -16,8 +18,14 @@ constexpr std::string_view kUtf16BeBom = "\xFE\xFF";
 bool isValidUtf8(std::string_view s) {
   std::size_t i = 0;
   while (i < s.size()) {
+    // Eight plain ASCII bytes at a time: the common case.
+    std::uint64_t eight = 0;
+    if (s.size() - i >= 8 && (std::memcpy(&eight, s.data() + i, 8), (eight & 0x8080808080808080ull) == 0)) {
+      i += 8;
+      continue;
+    }
     auto c = static_cast<unsigned char>(s[i]);
-    if (c < 0x80) {  // the common case, taken without the checks below
+    if (c < 0x80) {
       ++i;
       continue;
     }
@@ -107,19 +115,18 @@ std::optional<std::string> gbkToUtf8(std::string_view bytes) {
 
 bool hasNul(std::string_view s) { return s.find('\0') != std::string_view::npos; }
 
-std::vector<std::string> splitLines(std::string_view text) {
-  std::vector<std::string> lines;
+std::vector<TextLines::Span> splitLines(std::string_view text) {
+  std::vector<TextLines::Span> spans;
   std::size_t begin = 0;
   while (begin < text.size()) {
     std::size_t end = text.find('\n', begin);
     std::size_t stop = end == std::string_view::npos ? text.size() : end;
-    std::string_view line = text.substr(begin, stop - begin);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    lines.emplace_back(line);
+    std::size_t lineEnd = stop > begin && text[stop - 1] == '\r' ? stop - 1 : stop;
+    spans.push_back({begin, lineEnd});
     if (end == std::string_view::npos) break;
     begin = end + 1;
   }
-  return lines;
+  return spans;
 }
 
 }  // namespace
@@ -137,7 +144,13 @@ std::optional<TextEncoding> detectEncoding(std::string_view bytes) {
   return std::nullopt;
 }
 
-std::optional<std::vector<std::string>> decodeTextLines(std::string_view bytes) {
+std::vector<std::string> TextLines::all() const {
+  std::vector<std::string> out;
+  for (std::size_t i = 0; i < size(); ++i) out.emplace_back(line(i));
+  return out;
+}
+
+std::optional<TextLines> decodeTextLines(std::string_view bytes) {
   std::optional<TextEncoding> encoding = detectEncoding(bytes);
   if (!encoding) return std::nullopt;
   std::optional<std::string> text;
@@ -148,7 +161,10 @@ std::optional<std::vector<std::string>> decodeTextLines(std::string_view bytes) 
     case TextEncoding::kGbk: text = gbkToUtf8(bytes); break;
   }
   if (!text) return std::nullopt;
-  return splitLines(*text);
+  TextLines lines;
+  lines.text = std::move(*text);
+  lines.spans = splitLines(lines.text);
+  return lines;
 }
 
 }  // namespace commands

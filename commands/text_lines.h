@@ -16,9 +16,25 @@ enum class TextEncoding { kUtf8, kUtf16LittleEndian, kUtf16BigEndian, kGbk };
 // NUL outside UTF-16, or bytes that are neither UTF-8 nor GBK).
 std::optional<TextEncoding> detectEncoding(std::string_view bytes);
 
+// A file's text as UTF-8 and where each of its lines lies in it (kept as
+// offsets, so that a million lines are not a million strings).
+struct TextLines {
+  struct Span {
+    std::size_t begin = 0, end = 0;
+  };
+  std::string text;
+  std::vector<Span> spans;
+
+  std::size_t size() const { return spans.size(); }
+  std::string_view line(std::size_t i) const {
+    return std::string_view(text).substr(spans[i].begin, spans[i].end - spans[i].begin);
+  }
+  std::vector<std::string> all() const;
+};
+
 // The file's lines as UTF-8 without their line ends, as a text reader gives
 // them: split at line feeds, a carriage return before the feed dropped, and no
 // line after a final line feed. Nothing when the bytes are not text.
-std::optional<std::vector<std::string>> decodeTextLines(std::string_view bytes);
+std::optional<TextLines> decodeTextLines(std::string_view bytes);
 
 }  // namespace commands

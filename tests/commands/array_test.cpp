@@ -1,5 +1,7 @@
 // PLARR and PLRNDArray end to end.
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <fstream>
 #include <iterator>
 
@@ -128,6 +130,11 @@ TEST_P(RandomArray, HalfWaveStepsFollowTheCosineAndRestartEveryGroup) {
     EXPECT_NEAR(xs[k], x, 1e-9) << k;
   }
   EXPECT_DOUBLE_EQ(xs[10] - xs[9], 1.0) << "cos(0) at k = 10";
+  auto dump = s.readBackWithEzdxf();
+  char last[96];
+  std::snprintf(last, sizeof last, "LINE points %.6f,0.000000,0.000000;%.6f,1.000000,0.000000", xs[11], xs[11]);
+  EXPECT_EQ(std::count_if(dump.begin(), dump.end(), [](auto& l) { return l.starts_with("LINE"); }), 12);
+  EXPECT_EQ(dump[11], last);
 }
 
 TEST_P(RandomArray, GrowthModesStandStillAtEveryGroupEndAndModesAreClamped) {

@@ -87,6 +87,9 @@ TEST_P(Interpolate, CopiesBlendTwoSquaresDrawnDifferentlyAndEaseLikeTheArray) {
   expectPoints(verticesOf({host::kNullId, host::kNullId, {}, copies[0]}),
                {{50, 0, 0}, {60, 0, 0}, {60, 10, 0}, {50, 10, 0}});
   EXPECT_TRUE(copies[0].closed);
+  auto dump = s.readBackWithEzdxf();
+  EXPECT_EQ(dump[2], "LWPOLYLINE closed=1 width=0 points 50.000000,0.000000,0.000000;60.000000,0.000000,0.000000;"
+                     "60.000000,10.000000,0.000000;50.000000,10.000000,0.000000");
   s.run("PLINT\n" + pickOf(a) + "\n" + pickOf(b) + "\n3\n\n100\n");
   copies = made({a, b});
   ASSERT_EQ(copies.size(), 4u);

@@ -62,9 +62,9 @@ TEST(DemandLoadOnHost, EntriesNameTheModuleAndEveryCommand) {
 
 TEST_P(Lifecycle, TypedCommandsRunThroughTheFrameAndAreCounted) {
   session.load();
-  std::string out = session.run("CHBJ\nplint\n_ZORL_PLMAP4\nZORL_DEMO2\n");
+  std::string out = session.run("CHBJ\nplblends\n_ZORL_PLMAP4\nZORL_DEMO2\n");
   EXPECT_FALSE(session.lastResult().failure) << *session.lastResult().failure;
-  for (const char* name : {"CHBJ", "PLINT", "PLMAP4"}) {
+  for (const char* name : {"CHBJ", "PLBLENDS", "PLMAP4"}) {
     std::string expected = chinese() ? "命令 " + std::string(name) + " 在此版本中尚不可用。"
                                      : "The command " + std::string(name) + " is not available in this build yet.";
     EXPECT_EQ(countOf(out, expected), 1u) << out;

@@ -50,7 +50,7 @@ void drawPolylineByTxtFile(frame::CommandContext& context) {
 
   std::optional<std::string> bytes = readWholeFile(path);
   std::optional<TextLines> lines;
-  if (bytes) lines = decodeTextLines(*bytes);
+  if (bytes) lines = decodeTextLines(std::move(*bytes));
   if (!lines) {
     frame::print(host, kReadError, path);
     return;

@@ -2,6 +2,7 @@
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -117,6 +118,7 @@ bool hasNul(std::string_view s) { return s.find('\0') != std::string_view::npos;
 
 std::vector<TextLines::Span> splitLines(std::string_view text) {
   std::vector<TextLines::Span> spans;
+  spans.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
   std::size_t begin = 0;
   while (begin < text.size()) {
     std::size_t end = text.find('\n', begin);
@@ -150,14 +152,17 @@ std::vector<std::string> TextLines::all() const {
   return out;
 }
 
-std::optional<TextLines> decodeTextLines(std::string_view bytes) {
+std::optional<TextLines> decodeTextLines(std::string bytes) {
   std::optional<TextEncoding> encoding = detectEncoding(bytes);
   if (!encoding) return std::nullopt;
   std::optional<std::string> text;
   switch (*encoding) {
-    case TextEncoding::kUtf8: text = std::string(bytes.starts_with(kUtf8Bom) ? bytes.substr(3) : bytes); break;
-    case TextEncoding::kUtf16LittleEndian: text = utf16ToUtf8(bytes.substr(2), false); break;
-    case TextEncoding::kUtf16BigEndian: text = utf16ToUtf8(bytes.substr(2), true); break;
+    case TextEncoding::kUtf8:
+      if (bytes.starts_with(kUtf8Bom)) bytes.erase(0, kUtf8Bom.size());
+      text = std::move(bytes);
+      break;
+    case TextEncoding::kUtf16LittleEndian: text = utf16ToUtf8(std::string_view(bytes).substr(2), false); break;
+    case TextEncoding::kUtf16BigEndian: text = utf16ToUtf8(std::string_view(bytes).substr(2), true); break;
     case TextEncoding::kGbk: text = gbkToUtf8(bytes); break;
   }
   if (!text) return std::nullopt;

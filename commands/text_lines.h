@@ -34,7 +34,8 @@ struct TextLines {
 
 // The file's lines as UTF-8 without their line ends, as a text reader gives
 // them: split at line feeds, a carriage return before the feed dropped, and no
-// line after a final line feed. Nothing when the bytes are not text.
-std::optional<TextLines> decodeTextLines(std::string_view bytes);
+// line after a final line feed. Nothing when the bytes are not text. UTF-8
+// bytes become the text as they are, without a copy when they are moved in.
+std::optional<TextLines> decodeTextLines(std::string bytes);
 
 }  // namespace commands

@@ -30,7 +30,7 @@ bool validUtf8(std::string_view s) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::string_view bytes(reinterpret_cast<const char*>(data), size);
-  auto lines = commands::decodeTextLines(bytes);
+  auto lines = commands::decodeTextLines(std::string(bytes));
   if (!lines) return 0;
   for (std::size_t i = 0; i < lines->size(); ++i) {
     std::string_view line = lines->line(i);

@@ -130,6 +130,10 @@ void plineInterpolate(frame::CommandContext& context) {
 
   MatchPolyline ma = matchOf(*a), mb = matchOf(*b);
   matchPolylines(ma, mb);
+  if (ma.vertices.size() != mb.vertices.size()) {  // a single vertex has no segment to split
+    frame::print(host, kNotLwPolyline);
+    return;
+  }
   std::optional<ge::Point3d> centreA = centreOf(host.curves, *a), centreB = centreOf(host.curves, *b);
   int made = 0;
   for (int k = 1; k <= count; ++k) {

@@ -76,26 +76,30 @@ INSTANTIATE_TEST_SUITE_P(Languages, Interpolate, ::testing::Values(Language::kEn
 TEST_P(Interpolate, CopiesBlendTwoSquaresDrawnDifferentlyAndEaseLikeTheArray) {
   host::ObjectId a = s.add(lwThrough({{0, 0}, {10, 0}, {10, 10}, {0, 10}}, true));
   host::ObjectId b = s.add(lwThrough({{110, 10}, {110, 0}, {100, 0}, {100, 10}}, true));
+  host::ObjectId dot = s.add(lwThrough({{5, 5}}));
   s.start();
   std::string out = s.run("PLINT\n" + pickOf(a) + "\n" + pickOf(b) + "\n1\n\n\n");
   EXPECT_TRUE(s.says(out, "\nPlease input the number of interpolated polylines[1--1000](9):",
                      "\n请输入间插多段线数量[1--1000](9):"));
   EXPECT_TRUE(s.says(out, "\nPlease select the path curve, Enter for none: ", "\n请选择间插路径曲线，回车则不用路径： "));
   EXPECT_TRUE(s.says(out, "\nAdded < 1> interpolated polylines.", "\n生成了< 1 >根间插多段线。"));
-  auto copies = made({a, b});
+  auto copies = made({a, b, dot});
   ASSERT_EQ(copies.size(), 1u);
   expectPoints(verticesOf({host::kNullId, host::kNullId, {}, copies[0]}),
                {{50, 0, 0}, {60, 0, 0}, {60, 10, 0}, {50, 10, 0}});
   EXPECT_TRUE(copies[0].closed);
   auto dump = s.readBackWithEzdxf();
-  EXPECT_EQ(dump[2], "LWPOLYLINE closed=1 width=0 points 50.000000,0.000000,0.000000;60.000000,0.000000,0.000000;"
+  EXPECT_EQ(dump[3], "LWPOLYLINE closed=1 width=0 points 50.000000,0.000000,0.000000;60.000000,0.000000,0.000000;"
                      "60.000000,10.000000,0.000000;50.000000,10.000000,0.000000");
   s.run("PLINT\n" + pickOf(a) + "\n" + pickOf(b) + "\n3\n\n100\n");
-  copies = made({a, b});
+  copies = made({a, b, dot});
   ASSERT_EQ(copies.size(), 4u);
   EXPECT_NEAR(copies[1].vertices[0].x, 100 * std::pow(0.25, 3), 1e-9) << "acceleration 100: t = s^3";
   out = s.run("PLINT\n\n");
   EXPECT_TRUE(s.says(out, "\nSelected nothing.", "\n未选中。"));
+  out = s.run("PLINT\n" + pickOf(a) + "\n" + pickOf(dot) + "\n1\n\n\n");
+  EXPECT_TRUE(s.says(out, "\nPolyline unexpected error.", "\n多段线意外错误。")) << "one vertex cannot be matched";
+  EXPECT_EQ(made({a, b, dot}).size(), 4u);
 }
 
 TEST_P(Interpolate, DifferentVertexCountsAndBulgesBlendAndAPathCarriesTheCopies) {

@@ -58,7 +58,8 @@ def lwpolyline_points(e):
             if bulge < 0:  # bulge_to_arc always runs counter-clockwise
                 seg.reverse()
         pts.extend(seg if not pts else seg[1:])
-    return pts
+    # The vertices are in the polyline's own coordinates (its normal may be -Z: a mirrored polyline).
+    return list(e.ocs().points_to_wcs(Vec3(p.x, p.y, e.dxf.elevation) for p in pts))
 
 
 def points_of(e, chord_error):
@@ -111,7 +112,8 @@ def nearest_on(source, pts):
 def corners_of(e):
     if e.dxftype() != "LWPOLYLINE":
         return np.empty((0, 2))
-    return np.array([(x, y) for x, y, *_ in e.get_points("xy")])
+    ocs = [Vec3(x, y, e.dxf.elevation) for x, y, *_ in e.get_points("xy")]
+    return np.array([(p.x, p.y) for p in e.ocs().points_to_wcs(ocs)])
 
 
 def main():

@@ -125,6 +125,13 @@ host::LwPolyline bulged(bool closed, bool clockwise) {
   return lw;
 }
 
+// The same vertices seen from below: counter-clockwise about its normal -Z,
+// clockwise in the world.
+host::LwPolyline mirrored(host::LwPolyline lw) {
+  lw.normal = {0, 0, -1};
+  return lw;
+}
+
 host::Spline splineThrough(const ge::PointList& pts, bool reversed) {
   standalone::CurveKernel kernel;
   ge::PointList fit = pts;
@@ -158,6 +165,7 @@ std::vector<OffsetCase> offsetCases() {
       {"OpenBulgedPolylineReversed", bulged(false, true), false, true},
       {"ClosedBulgedPolyline", bulged(true, false), true, true},
       {"ClosedBulgedPolylineClockwise", bulged(true, true), true, true},
+      {"ClosedBulgedPolylineMirrored", mirrored(bulged(true, false)), true, true},
   };
 }
 

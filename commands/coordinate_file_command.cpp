@@ -62,8 +62,10 @@ void drawPolylineByTxtFile(frame::CommandContext& context) {
   CoordinateFile file = readCoordinateLines(*lines);
   for (const CoordinateError& e : file.errors) frame::print(host, kErrorLine, e.lineNumber, e.line);
   int made = 0;
-  for (const ge::PointList& block : file.blocks)
-    if (geom::buildPolyline(host, host::kNullId, block, false)) ++made;
+  for (std::size_t i = 0; i < file.blocks.size(); ++i) {
+    if (geom::buildPolyline(host, host::kNullId, file.blocks[i], false)) ++made;
+    host.editor.progress(context.localName, i + 1, file.blocks.size());
+  }
   frame::print(host, kAdded, made);
 }
 

@@ -80,6 +80,7 @@ void plineInterArray(frame::CommandContext& context) {
       cell.data = lwOf(blendCell(va, vb, u, w), a->closed, a->normal);
       geom::appendToCurrentSpace(host.drawing, cell);
     }
+    host.editor.progress(context.localName, static_cast<std::size_t>(j) + 1, static_cast<std::size_t>(columns));
   }
 }
 

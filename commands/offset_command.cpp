@@ -80,7 +80,10 @@ void plBatchOffset(frame::CommandContext& context) {
   int count = frame::askInt(host, kCountPrompt, 1, 1, kMostCopiesPerSide);
   std::optional<Spacings> spacings = askSpacings(host, count);
   if (!spacings) return;
-  for (host::ObjectId id : *ids) offsetCopies(host, id, *side, count, *spacings);
+  for (std::size_t i = 0; i < ids->size(); ++i) {
+    offsetCopies(host, (*ids)[i], *side, count, *spacings);
+    host.editor.progress(context.localName, i + 1, ids->size());
+  }
 }
 
 }  // namespace commands

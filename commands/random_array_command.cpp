@@ -74,6 +74,7 @@ void randomArray(frame::CommandContext& context) {
       if (host.curves.transformBy(copy.data, move) != host::ErrorStatus::eOk) continue;
       geom::appendToCurrentSpace(host.drawing, copy);
     }
+    host.editor.progress(context.localName, k, points.size() - 1);
   }
 }
 

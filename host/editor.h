@@ -1,6 +1,7 @@
 #pragma once
 // The host's command line: prompts with their result codes, selections,
 // message boxes and file names. Texts are UTF-8 and already in the chosen language.
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -49,6 +50,9 @@ class Editor {
   virtual bool userBreak() = 0;
   // acedUpdateDisplay: repaint the drawing now (live previews); nothing to do without a view.
   virtual void updateDisplay() {}
+  // How far a long operation has got (done of total); shown where a person
+  // watches, quiet under scripts. what names the operation (a command name).
+  virtual void progress(std::string_view what, std::size_t done, std::size_t total) { (void)what, (void)done, (void)total; }
 };
 
 }  // namespace host

@@ -1,6 +1,10 @@
 #include "standalone/editor/command_line.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <type_traits>
 
 #include "host/codes.h"
@@ -105,6 +109,20 @@ void CommandLine::complain(std::string_view text) {
 }
 
 void CommandLine::print(std::string_view text) { transcript_.print(text); }
+
+void CommandLine::progress(std::string_view what, std::size_t done, std::size_t total) {
+  // Scripts echo their answers; the terminal does not, and only there is someone watching.
+  if (sources_.empty() || sources_.back().source->echoesAnswers() || !isatty(STDERR_FILENO) || total == 0) return;
+  int percent = static_cast<int>(100 * std::min(done, total) / total);
+  if (percent == shownPercent_ && done < total) return;
+  shownPercent_ = percent;
+  std::fprintf(stderr, "\r%.*s %d%%", static_cast<int>(what.size()), what.data(), percent);
+  if (done >= total) {
+    std::fputs("\n", stderr);
+    shownPercent_ = -1;
+  }
+  std::fflush(stderr);
+}
 
 void CommandLine::initGet(int bits, std::string_view keywords) { pending_ = {bits, KeywordList(keywords)}; }
 

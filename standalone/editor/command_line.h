@@ -55,6 +55,8 @@ class CommandLine : public host::Editor {
   int getFileName(std::string_view title, std::string_view defaultName, std::string_view extension, bool forSaving,
                   std::string& path) override;
   bool userBreak() override { return false; }
+  // On the terminal's standard error, only while a person types the answers.
+  void progress(std::string_view what, std::size_t done, std::size_t total) override;
 
  private:
   enum class Reply { kText, kCancel };
@@ -62,6 +64,7 @@ class CommandLine : public host::Editor {
     Reply kind = Reply::kText;
     std::string text;
   };
+  int shownPercent_ = -1;  // of the progress line last drawn
   struct Source {
     AnswerSource* source;
     bool endCancels;

@@ -6,6 +6,7 @@
 #include "frame/builtin_commands.h"
 
 #include "commands/commands.h"
+#include "commands/offset_array_commands.h"
 #include "formula/formula_command.h"
 #include "image/hole_net_command.h"
 #include "image/vectorize_command.h"
@@ -36,10 +37,10 @@ constexpr std::array<CommandEntry, 53> kTable{{
     {"ZORL_PLGXK", "PLGXK", "plBatchChangeW", &commands::plBatchChangeW},
     {"ZORL_PLCLOSE", "PLCLOSE", "plBatchClose", &commands::plBatchClose},
     {"ZORL_PLOPEN", "PLOPEN", "plBatchOpen", &commands::plBatchOpen},
-    {"ZORL_PLOFFSET", "PLOFFSET", "plBatchOffset"},
-    {"ZORL_PLRNDArray", "PLRNDArray", "randomArray"},
-    {"ZORL_PLINT", "PLINT", "plineInterpolate"},
-    {"ZORL_PLARRAY", "PLARR", "plineInterArray"},
+    {"ZORL_PLOFFSET", "PLOFFSET", "plBatchOffset", &commands::plBatchOffset},
+    {"ZORL_PLRNDArray", "PLRNDArray", "randomArray", &commands::randomArray},
+    {"ZORL_PLINT", "PLINT", "plineInterpolate", &commands::plineInterpolate},
+    {"ZORL_PLARRAY", "PLARR", "plineInterArray", &commands::plineInterArray},
     {"ZORL_PLBLENDS", "PLBLENDS", "plineBlends", &commands::plineBlends},
     {"ZORL_PLMAP4", "PLMAP4", "plineMapInto4", &commands::plineMapInto4},
     {"ZORL_PLINTERSECT", "PLJD", "plBatchIntersect", &commands::plBatchIntersect},
@@ -47,7 +48,7 @@ constexpr std::array<CommandEntry, 53> kTable{{
     {"ZORL_PLAFFECT", "PLAFFECT", "plAffect", &commands::plAffect},
     {"ZORL_plAffectMoveX", "plAffectMoveX", "plAffectMoveX", &commands::plAffectMoveX},
     {"ZORL_plAffClick", "plAffClick", "plAffClick", &commands::plAffClick},
-    {"ZORL_TXTZB2PL", "ZB2PL", "drawPolylineByTxtFile"},
+    {"ZORL_TXTZB2PL", "ZB2PL", "drawPolylineByTxtFile", &commands::drawPolylineByTxtFile},
     {"ZORL_PL2OLD", "PL2OLD", "lwPL2pline2D", &commands::lwPL2pline2D},
     {"ZORL_OLDPL2LW", "OLDPL2LW", "oldPL2lw", &commands::oldPL2lw},
     {"ZORL_linkLine00", "linkLine00", "linkLine00", &commands::linkLine00},

@@ -1,6 +1,7 @@
 #pragma once
 // The host's command line: prompts with their result codes, selections,
 // message boxes and file names. Texts are UTF-8 and already in the chosen language.
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>

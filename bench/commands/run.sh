@@ -5,3 +5,6 @@ set -e
 bin="${1:-build}/bench/commands/commands_bench"
 "$bin" plyh
 "$bin" pldf
+"${1:-build}/bench/commands/offset_array_bench" ploffset
+"${1:-build}/bench/commands/offset_array_bench" zb2pl
+"${1:-build}/bench/commands/offset_array_bench" plarr

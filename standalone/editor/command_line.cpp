@@ -1,6 +1,10 @@
 #include "standalone/editor/command_line.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <type_traits>
 
 #include "host/codes.h"

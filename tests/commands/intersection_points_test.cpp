@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Cloud{"FarFromTheOrigin", 1e7, 1.0, 50, 10, 0},        // coarse doubles
                       Cloud{"ApartInZOnly", 0.001, 0.3, 20, 10, 3e-4},       // near in plan, apart in height
                       Cloud{"NegativeCoordinates", 0.0005, 2.0, 30, 20, 0}),  // cells on both sides of zero
-    [](const auto& info) { return std::string(info.param.name); });
+    [](const auto& row) { return std::string(row.param.name); });
 
 class OverlappingPairs : public ::testing::TestWithParam<std::size_t> {};
 

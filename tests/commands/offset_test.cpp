@@ -196,7 +196,7 @@ class OffsetMeasure : public ::testing::TestWithParam<OffsetCase> {
 };
 
 INSTANTIATE_TEST_SUITE_P(Kinds, OffsetMeasure, ::testing::ValuesIn(offsetCases()),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST_P(OffsetMeasure, EveryCopyLiesAtItsDistanceAndInnerIsInside) {
   CommandSession s(Language::kEnglish);

@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
                            "mirror 0 0 10 5"},
                       Edit{"MirrorErasingSources", "SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n0,0\n0,5\nY\n", "appended",
                            "mirror 0 0 0 5"}),
-    [](const testing::TestParamInfo<Edit>& info) { return std::string(info.param.name); });
+    [](const testing::TestParamInfo<Edit>& row) { return std::string(row.param.name); });
 
 // The box corners of a text as a set, for comparing footprints.
 bool sameCorners(const standalone::kernel::TextBox& a, const standalone::kernel::TextBox& b) {

@@ -126,7 +126,9 @@ TEST_P(Intersect, PickedCurveNumbersItsCrossingsFromItsStart) {
   s.add(host::Line{{7, -1, 0}, {7, 1, 0}});
   s.add(host::Circle{{4.5, 0, 0}, 1});
   s.add(host::Line{{50, -1, 0}, {50, 1, 0}});  // far away
-  host::ObjectId text = s.add(host::Text{.text = "label"});
+  host::Text note;
+  note.text = "label";
+  host::ObjectId text = s.add(note);
   host::ObjectId far = s.add(host::Line{{50, 20, 0}, {60, 20, 0}});
   s.start();
   std::string out = s.run("PLJD1\n" + pickOf(picked) + "\n1\n");

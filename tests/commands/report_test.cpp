@@ -120,7 +120,9 @@ TEST_P(Reports, PolylineListFollowsTheLowerLeftRuleAndWritesGreenSummaries) {
   host::ObjectId line = s.add(host::Line{{5, 5, 1}, {1, 1, 1}});
   host::ObjectId square = s.add(lwThrough({{0, 0}, {2, 0}, {2, 2}, {0, 2}}, true));
   host::ObjectId arc = s.add(host::Arc{{0, 0, 0}, 2, 0, kPi});
-  host::ObjectId text = s.add(host::Text{.text = "not listed"});
+  host::Text note;
+  note.text = "not listed";
+  host::ObjectId text = s.add(note);
   s.start();
   std::string out = s.run("PLLIST\n" + selectionOf({down, ellipse, spline, line, square, arc, text}) +
                           path("p.xls") + "\n\n4\n\n");

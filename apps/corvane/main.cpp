@@ -8,10 +8,15 @@
 #include "program.h"
 #include "standalone/db/dxf_tags.h"
 #include "standalone/editor/errors.h"
+#include "standalone/render/render.h"
 #include "standalone/render/render_error.h"
 
 int main(int argc, char** argv) {
   using namespace corvane_app;
+  // Destroyed last, once every picture is written.
+  struct FontCachesReleased {
+    ~FontCachesReleased() { standalone::releaseFontCaches(); }
+  } fontCaches;
   std::vector<std::string> args(argv + 1, argv + argc);
   try {
     Request request = parseArguments(args);

@@ -3,6 +3,7 @@
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 #include <cairo.h>
+#include <fontconfig/fontconfig.h>
 
 #include <cmath>
 #include <memory>
@@ -11,6 +12,7 @@
 #include "standalone/io/replace_file.h"
 #include "standalone/render/file_canvas.h"
 #include "standalone/render/font_choice.h"
+#include "standalone/render/render.h"
 #include "standalone/render/render_error.h"
 
 namespace standalone {
@@ -238,6 +240,11 @@ void CairoCanvas::text(const TextRun& run) {
 std::unique_ptr<FileCanvas> openFileCanvas(FileFormat format, const std::filesystem::path& file, int widthPx,
                                            int heightPx) {
   return std::make_unique<CairoCanvas>(format, file, widthPx, heightPx);
+}
+
+void releaseFontCaches() {
+  cairo_debug_reset_static_data();
+  FcFini();
 }
 
 }  // namespace standalone

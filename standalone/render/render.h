@@ -29,6 +29,11 @@ struct RenderOptions {
 // picture back to drawing coordinates (ViewTransform::toDrawing).
 ViewTransform planView(const host::Drawing& drawing, const RenderOptions& options);
 
+// Frees cairo's and fontconfig's process-wide font caches. Call once, when
+// no picture is drawn any more (at program exit), so that leak checkers see
+// only the memory the program itself holds.
+void releaseFontCaches();
+
 // Draws model space into a PNG / SVG / PDF file. Throws RenderError when the
 // file cannot be written; the named file is then left as it was.
 void renderDrawingToPng(const host::Drawing& drawing, const std::filesystem::path& file, const RenderOptions& options);

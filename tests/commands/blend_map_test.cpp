@@ -251,7 +251,7 @@ TEST_P(Map4, SplinesByTheCurveKindFlagAndClearMessagesForAnOpenFenceOrAFlatSelec
   // The flag at its initial value, spline: the mapped wave is a fitted spline through its corners.
   s.run("PLMAP4\n" + selectionOf({wave, fence[0]}) + fenceAnswers());
   ASSERT_EQ(s.entities().size(), before + 1) << "the fence in the selection is not mapped";
-  const auto& spline = std::get<host::Spline>(s.entities().back().data);
+  const host::Spline spline = std::get<host::Spline>(s.entities().back().data);
   EXPECT_LT(spline.fitPoints.front().distanceTo({0, 0, 0}), 1e-9);
   EXPECT_LT(spline.fitPoints.back().distanceTo(expectedPatch(1, 1)), 1e-9);
 }

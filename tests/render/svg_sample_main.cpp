@@ -20,12 +20,14 @@ int main(int argc, char** argv) {
   standalone::RenderOptions o;
   o.widthPx = 640;
   o.heightPx = 400;
+  int status = 0;
   try {
     standalone::renderDrawingToSvg(d, argv[1], o);
     standalone::renderDrawingToPdf(d, argv[2], o);
   } catch (const standalone::RenderError& e) {
     std::fprintf(stderr, "%s\n", e.what());
-    return 1;
+    status = 1;
   }
-  return 0;
+  standalone::releaseFontCaches();
+  return status;
 }

@@ -8,6 +8,8 @@
 #include <cstring>
 #include <memory>
 
+#include "host/utf8.h"
+
 namespace commands {
 
 namespace {
@@ -47,24 +49,6 @@ bool isValidUtf8(std::string_view s) {
   return true;
 }
 
-void appendUtf8(std::string& out, unsigned cp) {
-  if (cp < 0x80) {
-    out += static_cast<char>(cp);
-  } else if (cp < 0x800) {
-    out += static_cast<char>(0xC0 | (cp >> 6));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else if (cp < 0x10000) {
-    out += static_cast<char>(0xE0 | (cp >> 12));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  } else {
-    out += static_cast<char>(0xF0 | (cp >> 18));
-    out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
-    out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
-    out += static_cast<char>(0x80 | (cp & 0x3F));
-  }
-}
-
 // UTF-16 after its byte-order mark; an odd last byte or a lone surrogate is
 // not text. A NUL unit is not text either: no editor writes one into a text file.
 std::optional<std::string> utf16ToUtf8(std::string_view bytes, bool bigEndian) {
@@ -87,7 +71,7 @@ std::optional<std::string> utf16ToUtf8(std::string_view bytes, bool bigEndian) {
     } else if (u >= 0xDC00 && u <= 0xDFFF) {
       return std::nullopt;
     }
-    appendUtf8(out, u);
+    host::appendUtf8(out, u);
   }
   return out;
 }

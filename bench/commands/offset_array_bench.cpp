@@ -21,6 +21,7 @@
 #include <sstream>
 #include <string>
 
+#include "bench/support/plugin_session.h"
 #include "bench/support/timing.h"
 #include "commands/coordinate_file.h"
 #include "commands/text_lines.h"
@@ -54,36 +55,11 @@ double peakMegabytes() {
   return u.ru_maxrss / 1024.0;
 }
 
-// An embedded host over the drawing with the plug-in loaded, its transcript kept in memory.
-struct Session {
-  std::string dir;
-  std::ostringstream out;
-  std::unique_ptr<standalone::EmbeddedHost> host;
-  std::unique_ptr<frame::Module> module;
-
-  explicit Session(standalone::DrawingDatabase db) {
-    char pattern[] = "/tmp/corvane-bench-XXXXXX";
-    dir = mkdtemp(pattern);
-    std::ofstream(dir + "/settings.reg") << "Windows Registry Editor Version 5.00\n\n"
-                                            "[HKEY_CURRENT_USER\\Software\\Brightvale\\Corvane]\n"
-                                            "\"pagetimes\"=dword:0000000a\n";
-    standalone::EmbeddedHostOptions options;
-    options.settingsPath = dir + "/settings.reg";
-    options.modulePath = dir + "/corvane";
-    host = std::make_unique<standalone::EmbeddedHost>(std::move(db), out, options);
-    module = std::make_unique<frame::Module>(host->host());
-    module->acrxEntryPoint(frame::AppMsg::kInitAppMsg);
-  }
-  ~Session() {
-    module.reset();
-    host.reset();
-    std::system(("rm -rf " + dir).c_str());
-  }
+// The plug-in's session, its scripts timed.
+struct Session : bench_support::PluginSession {
+  using PluginSession::PluginSession;
   Timing run(const std::string& script) {
-    return timed([&] {
-      auto source = standalone::ScriptReader::fromText("bench.scr", script);
-      host->run(source);
-    });
+    return timed([&] { PluginSession::run(script); });
   }
   std::size_t count() const {
     const auto& db = host->drawing();

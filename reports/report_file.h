@@ -2,12 +2,16 @@
 // A report page being written: the text goes to a file aside of the chosen
 // name, in code page 936 with CR LF line ends and no byte-order mark, and
 // only the finished page is renamed over the name. Until then an existing
-// file of that name stays whole; a page given up leaves nothing behind.
-#include <cstdio>
+// file of that name stays whole; a page given up leaves nothing behind, and
+// one left by a killed process is removed by the next report of that name.
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+
+namespace io {
+class FileReplacement;
+}
 
 namespace reports {
 
@@ -32,12 +36,12 @@ class ReportFile {
   const std::string& path() const { return path_; }
 
  private:
-  ReportFile(std::string path, std::string asidePath, std::FILE* file);
-  void discard();
+  ReportFile(std::string path, std::unique_ptr<io::FileReplacement> file);
+  // Hands the gathered text to the file; false once any write failed.
+  bool flush();
 
-  std::string path_, asidePath_;
-  std::FILE* file_ = nullptr;
-  bool failed_ = false;
+  std::string path_;
+  std::unique_ptr<io::FileReplacement> file_;  // empty once committed or given up
   std::string buffer_;
 };
 

@@ -2,9 +2,9 @@
 """Fails when a source file includes a layer it must not see.
 
 Dependencies point down only: apps -> standalone -> host <- plug-in, and
-every layer may use ge/. The plug-in (frame, geom, commands, reports,
+every layer may use ge/ and io/ (files replaced whole), which use nothing else. The plug-in (frame, geom, commands, reports,
 formula, image) never includes standalone/ or apps/; standalone/ never
-includes the plug-in; host/ sees only itself and ge/; ge/ only itself.
+includes the plug-in; host/ sees only itself, ge/ and io/; ge/ and io/ only themselves.
 tests/, bench/ and fuzz/ wire layers together and may include anything.
 
   check_layers.py [ROOT]     check the tree at ROOT (default: the repository)
@@ -16,14 +16,15 @@ import sys
 import tempfile
 
 PLUGIN = {"frame", "geom", "commands", "reports", "formula", "image"}
-LAYERS = {"ge": "ge", "host": "host", "standalone": "standalone", "apps": "apps"}
+LAYERS = {"ge": "ge", "io": "io", "host": "host", "standalone": "standalone", "apps": "apps"}
 LAYERS.update({name: "plugin" for name in PLUGIN})
 ALLOWED = {
     "ge": {"ge"},
-    "host": {"host", "ge"},
-    "plugin": {"plugin", "host", "ge"},
-    "standalone": {"standalone", "host", "ge"},
-    "apps": {"apps", "standalone", "plugin", "host", "ge"},
+    "io": {"io"},
+    "host": {"host", "ge", "io"},
+    "plugin": {"plugin", "host", "ge", "io"},
+    "standalone": {"standalone", "host", "ge", "io"},
+    "apps": {"apps", "standalone", "plugin", "host", "ge", "io"},
 }
 SOURCE_SUFFIXES = (".h", ".hpp", ".cpp", ".cc", ".c")
 INCLUDE = re.compile(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]')
@@ -74,10 +75,12 @@ def self_test():
         "ge/d.h": '#include "host/entity.h"\n',
         "standalone/e.cpp": '#include "commands/commands.h"\n',
         "frame/f.cpp": '#include "../standalone/kernel/nurbs.h"\n',
+        "io/g.cpp": '#include "ge/point.h"\n',
     }
     allowed = {
         "commands/ok.cpp": '#include "frame/output.h"\n#include "host/entity.h"\n#include "local.h"\n',
         "standalone/ok.cpp": '#include "host/entity.h"\n#include <vector>\n',
+        "reports/ok.cpp": '#include "io/replace_file.h"\n',
         "tests/ok.cpp": '#include "standalone/db/database.h"\n#include "commands/commands.h"\n',
     }
     with tempfile.TemporaryDirectory() as root:

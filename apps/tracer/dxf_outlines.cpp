@@ -2,8 +2,6 @@
 
 #include <charconv>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 
 #include "ge/extents.h"
 
@@ -80,22 +78,6 @@ std::string outlinesDxf(const std::vector<image::Outline>& outlines) {
   d.tag(0, "ENDSEC");
   d.tag(0, "EOF");
   return d.take();
-}
-
-bool writeFileWhole(const std::string& path, const std::string& text) {
-  std::string part = path + ".part";
-  {
-    std::ofstream out(part, std::ios::binary | std::ios::trunc);
-    out.write(text.data(), static_cast<std::streamsize>(text.size()));
-    if (!out.flush()) {
-      std::remove(part.c_str());
-      return false;
-    }
-  }
-  std::error_code ec;
-  std::filesystem::rename(part, path, ec);
-  if (ec) std::remove(part.c_str());
-  return !ec;
 }
 
 }  // namespace tracer

@@ -12,8 +12,4 @@ namespace tracer {
 // The DXF text of the outlines.
 std::string outlinesDxf(const std::vector<image::Outline>& outlines);
 
-// Writes the text beside path and renames it into place, so that the file is
-// there only when whole; false when it could not be written.
-bool writeFileWhole(const std::string& path, const std::string& text);
-
 }  // namespace tracer

@@ -12,6 +12,7 @@
 #include "dxf_outlines.h"
 #include "image/outline_trace.h"
 #include "image/picture.h"
+#include "io/replace_file.h"
 
 namespace {
 
@@ -77,8 +78,10 @@ int main(int argc, char** argv) {
     return 1;
   }
   std::vector<image::Outline> outlines = image::traceOutlines(std::get<image::Picture>(loaded));
-  if (!tracer::writeFileWhole(cl.output, tracer::outlinesDxf(outlines))) {
-    std::fprintf(stderr, "autotrace: %s: cannot write the DXF file\n", cl.output.c_str());
+  try {
+    io::replaceFile(cl.output, tracer::outlinesDxf(outlines));
+  } catch (const io::FileWriteError& e) {
+    std::fprintf(stderr, "autotrace: %s\n", e.what());
     return 1;
   }
   return 0;

@@ -9,7 +9,7 @@
 #include "standalone/db/dxf_entity_writer.h"
 #include "standalone/db/dxf_out.h"
 #include "standalone/db/tag_record.h"
-#include "standalone/io/replace_file.h"
+#include "io/replace_file.h"
 
 namespace standalone {
 
@@ -374,11 +374,11 @@ std::string writeDxf(const DrawingDatabase& db) {
 
 void saveDxf(const DrawingDatabase& db, const std::filesystem::path& path) {
   try {
-    FileReplacement file(path);
+    io::FileReplacement file(path);
     DxfOut out(db.contents().lineEnd, [&](std::string_view bytes) { file.write(bytes); });
     Writer(db, out).run();
     file.commit();
-  } catch (const FileWriteError& e) {
+  } catch (const io::FileWriteError& e) {
     throw DxfError(0, e.what());
   }
 }

@@ -10,7 +10,7 @@
 #include "standalone/editor/answer_parse.h"
 #include "standalone/editor/answer_source.h"
 #include "standalone/editor/errors.h"
-#include "standalone/io/replace_file.h"
+#include "io/replace_file.h"
 
 namespace standalone {
 
@@ -306,7 +306,7 @@ bool SettingsFile::update(const std::function<bool(RegDocument&)>& change) {
     if (damaged) moveDamagedAside();
     fs::path target(path_);
     if (target.has_parent_path()) fs::create_directories(target.parent_path());
-    replaceFile(target, formatRegText(doc));
+    io::replaceFile(target, formatRegText(doc));
     return true;
   } catch (const std::exception& e) {
     if (warn_) warn_(std::string("Cannot write the settings file: ") + e.what());

@@ -9,7 +9,7 @@
 #include <memory>
 #include <numbers>
 
-#include "standalone/io/replace_file.h"
+#include "io/replace_file.h"
 #include "standalone/render/file_canvas.h"
 #include "standalone/render/font_choice.h"
 #include "standalone/render/render.h"
@@ -129,7 +129,7 @@ class CairoCanvas : public FileCanvas {
     // The picture is complete: only now does it replace the named file.
     try {
       part_->commit();
-    } catch (const FileWriteError& e) {
+    } catch (const io::FileWriteError& e) {
       removePart();
       throw RenderError(e.what());
     }
@@ -147,8 +147,8 @@ class CairoCanvas : public FileCanvas {
     if (!std::filesystem::is_directory(dir, ec)) throw RenderError(describe(file_, "the folder does not exist"));
     if (std::filesystem::is_directory(file_, ec)) throw RenderError(describe(file_, "it is a folder"));
     try {
-      part_ = std::make_unique<FileReplacement>(file_);
-    } catch (const FileWriteError&) {
+      part_ = std::make_unique<io::FileReplacement>(file_);
+    } catch (const io::FileWriteError&) {
       throw RenderError(describe(file_, "the folder is not writable"));
     }
   }
@@ -177,7 +177,7 @@ class CairoCanvas : public FileCanvas {
 
   FileFormat format_;
   std::filesystem::path file_;
-  std::unique_ptr<FileReplacement> part_;  // the picture until it is complete
+  std::unique_ptr<io::FileReplacement> part_;  // the picture until it is complete
   bool finished_ = false;
   cairo_surface_t* surface_ = nullptr;
   cairo_t* cr_ = nullptr;

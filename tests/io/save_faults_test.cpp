@@ -1,4 +1,4 @@
-// Files the host writes survive faults: a save killed at any moment, or one
+// Files the host and the commands write survive faults: a save killed at any moment, or one
 // whose writes fail, leaves the old file whole and at most one stray
 // temporary, which the next save of that file removes.
 #include <signal.h>
@@ -18,12 +18,13 @@
 
 #include <gtest/gtest.h>
 
+#include "io/replace_file.h"
+#include "reports/report_file.h"
 #include "standalone/db/database.h"
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_tags.h"
 #include "standalone/db/dxf_writer.h"
 #include "standalone/editor/settings_file.h"
-#include "standalone/io/replace_file.h"
 #include "standalone/render/render.h"
 #include "standalone/render/render_error.h"
 #include "tests/support/temp_dir.h"
@@ -74,60 +75,89 @@ void limitFileSize(rlim_t limitBytes) {
   ::setrlimit(RLIMIT_FSIZE, &limit);
 }
 
-TEST(SaveFaults, ADrawingSaveKilledAtRandomMomentsLeavesTheOldOrTheNewFileWhole) {
+// A report page of many rows, as the report commands write it; mark tells two apart.
+bool writeReport(const fs::path& target, const std::string& mark, int rows) {
+  auto file = reports::ReportFile::create(target.string());
+  if (!file) return false;
+  for (int i = 0; i < rows; ++i) file->write("<tr><td>" + mark + "</td><td>" + std::to_string(i) + " 坐标</td></tr>\n");
+  return file->commit();
+}
+
+// Each kind of file, written again and again in a child killed at a random
+// moment, is afterwards either its old or its new self, with at most one
+// stray temporary, which the next write of the file removes.
+TEST(SaveFaults, WritesKilledAtRandomMomentsLeaveTheOldOrTheNewFileWhole) {
   TempDir dir("savekill");
-  const fs::path target = dir.path() / "plan.dxf";
   standalone::DrawingDatabase oldDrawing = bigDrawing(20000, 0), newDrawing = bigDrawing(20000, 0.5);
-  standalone::saveDxf(oldDrawing, target);
-  const std::string oldText = contents(target), newText = standalone::writeDxf(newDrawing);
-  ASSERT_NE(oldText, newText);
-
-  auto started = std::chrono::steady_clock::now();
-  standalone::saveDxf(newDrawing, dir.path() / "timing.dxf");
-  auto saveTime = std::chrono::steady_clock::now() - started;
-  fs::remove(dir.path() / "timing.dxf");
-
+  struct Case {
+    const char* name;
+    fs::path target;
+    int trials;
+    std::function<void(const fs::path&)> writeOld, writeNew;
+  };
+  const Case cases[] = {
+      {"drawing", dir.path() / "plan.dxf", 24, [&](const fs::path& p) { standalone::saveDxf(oldDrawing, p); },
+       [&](const fs::path& p) { standalone::saveDxf(newDrawing, p); }},
+      {"report", dir.path() / "list.html", 12, [](const fs::path& p) { ASSERT_TRUE(writeReport(p, "old", 40000)); },
+       [](const fs::path& p) { writeReport(p, "new", 40000); }},
+  };
   std::mt19937 random(20261123);
-  std::uniform_int_distribution<long long> moment(0, std::chrono::duration_cast<std::chrono::microseconds>(saveTime).count() * 3);
-  constexpr int kTrials = 24;
-  int keptOld = 0, tookNew = 0, leftTemporary = 0;
-  for (int trial = 0; trial < kTrials; ++trial) {
-    std::ofstream(target, std::ios::binary | std::ios::trunc) << oldText;
-    std::fflush(nullptr);
-    pid_t pid = ::fork();
-    if (pid == 0) {
-      for (;;) standalone::saveDxf(newDrawing, target);
+  for (const Case& c : cases) {
+    const fs::path sample = dir.path() / "sample";
+    c.writeNew(sample);
+    const std::string newText = contents(sample);
+    fs::remove(sample);
+    c.writeOld(c.target);
+    const std::string oldText = contents(c.target);
+    ASSERT_NE(oldText, newText) << c.name;
+
+    auto started = std::chrono::steady_clock::now();
+    c.writeNew(dir.path() / "timing");
+    auto writeTime = std::chrono::steady_clock::now() - started;
+    fs::remove(dir.path() / "timing");
+    std::uniform_int_distribution<long long> moment(
+        0, std::chrono::duration_cast<std::chrono::microseconds>(writeTime).count() * 3);
+
+    int keptOld = 0, tookNew = 0, leftTemporary = 0;
+    for (int trial = 0; trial < c.trials; ++trial) {
+      std::ofstream(c.target, std::ios::binary | std::ios::trunc) << oldText;
+      std::fflush(nullptr);
+      pid_t pid = ::fork();
+      if (pid == 0) {
+        for (;;) c.writeNew(c.target);
+      }
+      std::this_thread::sleep_for(std::chrono::microseconds(moment(random)));
+      ::kill(pid, SIGKILL);
+      ::waitpid(pid, nullptr, 0);
+      std::string now = contents(c.target);
+      ASSERT_TRUE(now == oldText || now == newText) << c.name << " trial " << trial << ": the file is neither whole";
+      (now == oldText ? keptOld : tookNew)++;
+      int left = strays(c.target);
+      ASSERT_LE(left, 1) << c.name << " trial " << trial;
+      leftTemporary += left;
+      c.writeOld(c.target);
+      EXPECT_EQ(strays(c.target), 0) << c.name << " trial " << trial << ": the next write left the stray";
+      EXPECT_EQ(contents(c.target), oldText) << c.name;
     }
-    std::this_thread::sleep_for(std::chrono::microseconds(moment(random)));
-    ::kill(pid, SIGKILL);
-    ::waitpid(pid, nullptr, 0);
-    std::string now = contents(target);
-    ASSERT_TRUE(now == oldText || now == newText) << "trial " << trial << ": the target is neither file whole";
-    (now == oldText ? keptOld : tookNew)++;
-    int left = strays(target);
-    ASSERT_LE(left, 1) << "trial " << trial;
-    leftTemporary += left;
-    // The next save clears what the killed one left.
-    standalone::saveDxf(oldDrawing, target);
-    EXPECT_EQ(strays(target), 0) << "trial " << trial;
-    EXPECT_EQ(contents(target), oldText);
+    fs::remove(c.target);
+    std::printf("%d kills while writing a %zu-byte %s: old file kept %d, new file complete %d, "
+                "stray temporaries left %d (all removed by the next write)\n",
+                c.trials, newText.size(), c.name, keptOld, tookNew, leftTemporary);
   }
-  std::printf("%d kills during saves of a %zu-byte drawing: old file kept %d, new file complete %d, "
-              "stray temporaries left %d (all removed by the next save)\n",
-              kTrials, newText.size(), keptOld, tookNew, leftTemporary);
 }
 
 TEST(SaveFaults, FailingWritesLeaveEveryKindOfFileAsItWas) {
   TempDir dir("savefail");
   const fs::path drawingFile = dir.path() / "plan.dxf", pictureFile = dir.path() / "plan.png",
-                 settingsFile = dir.path() / "settings.reg";
+                 settingsFile = dir.path() / "settings.reg", reportFile = dir.path() / "plan.html";
   standalone::DrawingDatabase small = bigDrawing(3, 0), big = bigDrawing(20000, 0.5);
   standalone::saveDxf(small, drawingFile);
   standalone::RenderOptions options;
   standalone::renderDrawingToPng(small, pictureFile, options);
   standalone::SettingsFile(settingsFile.string()).writeInt("Software\\Test", "kept", 7);
+  ASSERT_TRUE(writeReport(reportFile, "old", 3));
   const std::string oldDrawing = contents(drawingFile), oldPicture = contents(pictureFile),
-                    oldSettings = contents(settingsFile);
+                    oldSettings = contents(settingsFile), oldReport = contents(reportFile);
   constexpr rlim_t kLimit = 64 * 1024;  // below the big drawing and the settings with a long text
 
   struct Case {
@@ -162,6 +192,7 @@ TEST(SaveFaults, FailingWritesLeaveEveryKindOfFileAsItWas) {
          standalone::SettingsFile settings(settingsFile.string());
          return !settings.writeText("Software\\Test", "long", std::string(2 * kLimit, 'x'));
        }},
+      {"report", kLimit, [&] { return !writeReport(reportFile, "new", 20000); }},
   };
   for (const Case& c : cases) {
     int status = inChild([&] {
@@ -172,7 +203,8 @@ TEST(SaveFaults, FailingWritesLeaveEveryKindOfFileAsItWas) {
     EXPECT_EQ(contents(drawingFile), oldDrawing) << c.name;
     EXPECT_EQ(contents(pictureFile), oldPicture) << c.name;
     EXPECT_EQ(contents(settingsFile), oldSettings) << c.name;
-    EXPECT_EQ(strays(drawingFile), 2) << c.name << ": a temporary was left behind";  // the other two files
+    EXPECT_EQ(contents(reportFile), oldReport) << c.name;
+    EXPECT_EQ(strays(drawingFile), 3) << c.name << ": a temporary was left behind";  // the other three files
   }
 }
 
@@ -194,7 +226,7 @@ TEST(SaveFaults, OnlyTemporariesOfProcessesThatEndedAreRemoved) {
   const fs::path other = dir.path() / (".other.dxf." + std::to_string(ended) + ".abcdef.part");
   const fs::path user = dir.path() / ".plan.dxf.notes";
   for (const fs::path& p : {dead, living, other, user}) std::ofstream(p) << "x";
-  standalone::replaceFile(target, "new");
+  io::replaceFile(target, "new");
   EXPECT_EQ(contents(target), "new");
   EXPECT_FALSE(fs::exists(dead));
   EXPECT_TRUE(fs::exists(living)) << "a save still running elsewhere keeps its temporary";

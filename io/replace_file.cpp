@@ -1,4 +1,4 @@
-#include "standalone/io/replace_file.h"
+#include "io/replace_file.h"
 
 #include <fcntl.h>
 #include <signal.h>
@@ -11,7 +11,7 @@
 #include <cstring>
 #include <system_error>
 
-namespace standalone {
+namespace io {
 
 namespace {
 
@@ -105,4 +105,4 @@ void replaceFile(const std::filesystem::path& target, std::string_view text) {
   file.commit();
 }
 
-}  // namespace standalone
+}  // namespace io

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-namespace standalone {
+namespace io {
 
 // A file could not be written; the message names the file and the reason.
 class FileWriteError : public std::runtime_error {
@@ -51,4 +51,4 @@ void replaceFile(const std::filesystem::path& target, std::string_view text);
 // Stray temporaries of the target left by processes that no longer run, removed.
 void removeStrayTemporaries(const std::filesystem::path& target);
 
-}  // namespace standalone
+}  // namespace io

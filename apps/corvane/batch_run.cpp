@@ -8,9 +8,11 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <sstream>
 #include <thread>
 
 #include "batch.h"
+#include "io/replace_file.h"
 #include "options.h"
 #include "standalone/editor/desktop_platform.h"
 #include "standalone/editor/errors.h"
@@ -151,8 +153,14 @@ int runBatch(const BatchRequest& request, std::ostream& out, std::ostream& err, 
   }
   if (progressOnTerminal) err << "\n";
   writeSummary(out, request, items, outcomes);
-  std::ofstream summary(fs::path(request.outputFolder) / "summary.txt");
+  std::ostringstream summary;
   writeSummary(summary, request, items, outcomes);
+  try {
+    io::replaceFile(fs::path(request.outputFolder) / "summary.txt", summary.str());
+  } catch (const io::FileWriteError& e) {
+    err << e.what() << "\n";
+    return 1;
+  }
   return failed == 0 ? 0 : 1;
 }
 

@@ -108,13 +108,11 @@ void plBatchIntersect(frame::CommandContext& context) {
   MarkMode mode = askMarkMode(host);
   std::vector<host::EntityData> curves = curveRecords(host, ids);
   host.editor.setProgressMeter(kCollecting.chosen(), 0, static_cast<int>(curves.size()));
-  ge::PointList raw = collectAmongCurves(host.curves, curves, [&host](std::size_t done, std::size_t) {
+  ge::PointList kept = collectAndMergeAmongCurves(host.curves, curves, [&host](std::size_t done, std::size_t) {
     host.editor.setProgressMeterPos(static_cast<int>(done));
     return true;
   });
   host.editor.restoreStatusBar();
-  ge::PointList kept = mergeIntersections(raw);
-  raw = {};
   if (kept.empty()) {
     frame::print(host, kNoIntersection);
     return;

@@ -1,8 +1,12 @@
 #include "commands/intersection_points.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdint>
+#include <exception>
+#include <thread>
+#include <utility>
 
 namespace commands {
 
@@ -33,9 +37,11 @@ double padOf(const ge::Extents3d& box) {
   return size * 1e-9;
 }
 
+}  // namespace
+
 // Kept points by grid cell: an open-addressing table from a cell to the
 // newest kept point in it, the older ones chained behind it.
-class KeptGrid {
+class IntersectionMerger::KeptGrid {
  public:
   explicit KeptGrid(std::size_t expected) {
     std::size_t capacity = 16;
@@ -45,7 +51,7 @@ class KeptGrid {
   }
   // The newest kept point of the cell, or kEnd.
   std::uint32_t head(std::int64_t cx, std::int64_t cy) const {
-    std::uint64_t key = keyOf(cx, cy);
+    std::uint32_t key = keyOf(cx, cy);
     for (std::size_t i = indexOf(key);; i = (i + 1) & (slots_.size() - 1)) {
       const Slot& s = slots_[i];
       if (s.head == kEnd) return kEnd;
@@ -54,7 +60,7 @@ class KeptGrid {
   }
   void add(std::int64_t cx, std::int64_t cy, std::uint32_t point) {
     if (2 * (used_ + 1) > slots_.size()) grow();
-    std::uint64_t key = keyOf(cx, cy);
+    std::uint32_t key = keyOf(cx, cy);
     for (std::size_t i = indexOf(key);; i = (i + 1) & (slots_.size() - 1)) {
       Slot& s = slots_[i];
       if (s.head == kEnd) {
@@ -76,25 +82,25 @@ class KeptGrid {
   static constexpr std::uint32_t kEnd = UINT32_MAX;
 
  private:
+  // Eight bytes a slot, so that twice as many fit in the caches.
   struct Slot {
-    std::uint64_t key = 0;
+    std::uint32_t key = 0;
     std::uint32_t head = kEnd;
   };
-  // Cells far apart may share a key; that only adds points to compare with.
-  static std::uint64_t keyOf(std::int64_t cx, std::int64_t cy) {
-    return (static_cast<std::uint64_t>(cx) << 32) ^ static_cast<std::uint32_t>(cy);
-  }
-  std::size_t indexOf(std::uint64_t key) const {
-    // The finaliser of MurmurHash3: neighbouring cells land far apart, so
-    // the linear probes stay short.
-    std::uint64_t h = key;
+  // A hash of the cell: the finaliser of MurmurHash3, so that neighbouring
+  // cells land far apart and the linear probes stay short. Cells that share
+  // a key share a chain; that only adds points to compare with.
+  static std::uint32_t keyOf(std::int64_t cx, std::int64_t cy) {
+    std::uint64_t h = (static_cast<std::uint64_t>(cx) << 32) ^ static_cast<std::uint32_t>(cy);
     h ^= h >> 33;
     h *= 0xFF51AFD7ED558CCDull;
     h ^= h >> 33;
     h *= 0xC4CEB9FE1A85EC53ull;
     h ^= h >> 33;
-    return static_cast<std::size_t>(h) & (slots_.size() - 1);
+    return static_cast<std::uint32_t>(h);
   }
+  // The table never has more than 2^32 slots, so the key holds the whole index.
+  std::size_t indexOf(std::uint32_t key) const { return key & (slots_.size() - 1); }
   void grow() {
     std::vector<Slot> old = std::move(slots_);
     slots_.assign(old.size() * 2, Slot{});
@@ -110,6 +116,8 @@ class KeptGrid {
   std::vector<std::uint32_t> next_;  // by kept point: the point kept before it in its cell
   std::size_t used_ = 0;
 };
+
+namespace {
 
 // The cell of a coordinate and the neighbouring cells that can hold a point
 // nearer than the merge distance: a neighbour only across a near edge.
@@ -128,31 +136,42 @@ CellSpan spanOf(double v) {
 
 }  // namespace
 
-ge::PointList mergeIntersections(const ge::PointList& raw) {
-  ge::PointList kept;
-  kept.reserve(raw.size());
-  KeptGrid grid(raw.size());
-  for (std::size_t i = 0; i < raw.size(); ++i) {
-    if (i + kLookAhead < raw.size()) {
-      CellSpan ax = spanOf(raw[i + kLookAhead].x), ay = spanOf(raw[i + kLookAhead].y);
+IntersectionMerger::IntersectionMerger() : grid_(std::make_unique<KeptGrid>(1024)) {}
+IntersectionMerger::~IntersectionMerger() = default;
+
+void IntersectionMerger::add(const ge::PointList& next) {
+  KeptGrid& grid = *grid_;
+  for (std::size_t i = 0; i < next.size(); ++i) {
+    if (i + kLookAhead < next.size()) {
+      CellSpan ax = spanOf(next[i + kLookAhead].x), ay = spanOf(next[i + kLookAhead].y);
       for (std::int64_t cx = ax.low; cx <= ax.high; ++cx)
         for (std::int64_t cy = ay.low; cy <= ay.high; ++cy) grid.prefetch(cx, cy);
     }
-    const ge::Point3d& p = raw[i];
+    const ge::Point3d& p = next[i];
     CellSpan x = spanOf(p.x), y = spanOf(p.y);
     bool near = false;
     for (std::int64_t cx = x.low; cx <= x.high && !near; ++cx)
       for (std::int64_t cy = y.low; cy <= y.high && !near; ++cy)
         for (std::uint32_t k = grid.head(cx, cy); k != KeptGrid::kEnd; k = grid.next(k))
-          if (!(p.distanceTo(kept[k]) >= kMergeDistance)) {
+          if (!(p.distanceTo(kept_[k]) >= kMergeDistance)) {
             near = true;
             break;
           }
     if (near) continue;
-    grid.add(x.cell, y.cell, static_cast<std::uint32_t>(kept.size()));
-    kept.push_back(p);
+    grid.add(x.cell, y.cell, static_cast<std::uint32_t>(kept_.size()));
+    kept_.push_back(p);
   }
-  return kept;
+}
+
+ge::PointList IntersectionMerger::take() {
+  grid_ = std::make_unique<KeptGrid>(1024);
+  return std::exchange(kept_, {});
+}
+
+ge::PointList mergeIntersections(const ge::PointList& raw) {
+  IntersectionMerger merger;
+  merger.add(raw);
+  return merger.take();
 }
 
 namespace {
@@ -213,19 +232,89 @@ std::vector<std::vector<std::size_t>> overlappingPairs(const std::vector<ge::Ext
   return rows;
 }
 
-ge::PointList collectAmongCurves(const host::CurveServices& curves, const std::vector<host::EntityData>& data,
-                                 const ProgressFn& progress) {
+namespace {
+
+// The pairs of curves whose extents overlap, by the first curve of the pair.
+std::vector<std::vector<std::size_t>> pairsOf(const host::CurveServices& curves,
+                                              const std::vector<host::EntityData>& data) {
   std::vector<ge::Extents3d> boxes(data.size());
   for (std::size_t i = 0; i < data.size(); ++i)
     if (curves.getGeomExtents(data[i], boxes[i]) != host::ErrorStatus::eOk) boxes[i] = ge::Extents3d{};
-  std::vector<std::vector<std::size_t>> rows = overlappingPairs(boxes);
+  return overlappingPairs(boxes);
+}
+
+// The points of curve i with the later curves it pairs with. A failed
+// intersection adds no points and the walk goes on.
+void collectRow(const host::CurveServices& curves, const std::vector<host::EntityData>& data,
+                const std::vector<std::size_t>& row, std::size_t i, ge::PointList& out) {
+  for (std::size_t j : row) curves.intersectWith(data[i], data[j], host::Intersect::kOnBothOperands, out);
+}
+
+}  // namespace
+
+ge::PointList collectAmongCurves(const host::CurveServices& curves, const std::vector<host::EntityData>& data,
+                                 const ProgressFn& progress) {
+  std::vector<std::vector<std::size_t>> rows = pairsOf(curves, data);
   ge::PointList raw;
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    // A failed intersection adds no points and the walk goes on.
-    for (std::size_t j : rows[i]) curves.intersectWith(data[i], data[j], host::Intersect::kOnBothOperands, raw);
+    collectRow(curves, data, rows[i], i, raw);
     if (progress && !progress(i + 1, rows.size())) break;
   }
   return raw;
+}
+
+ge::PointList collectAndMergeAmongCurves(const host::CurveServices& curves, const std::vector<host::EntityData>& data,
+                                         const ProgressFn& progress) {
+  std::vector<std::vector<std::size_t>> rows = pairsOf(curves, data);
+  IntersectionMerger merger;
+  if (!curves.callableFromWorkerThreads() || std::thread::hardware_concurrency() < 2) {
+    ge::PointList row;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      row.clear();
+      collectRow(curves, data, rows[i], i, row);
+      merger.add(row);
+      if (progress && !progress(i + 1, rows.size())) break;
+    }
+    return merger.take();
+  }
+  // The worker fills the rows in order and publishes how many are done; this
+  // thread merges each row once it is published and frees it.
+  std::vector<ge::PointList> collected(rows.size());
+  std::atomic<std::size_t> ready{0};
+  std::atomic<bool> stop{false};
+  std::exception_ptr failure;
+  {
+    std::jthread worker([&] {
+      try {
+        for (std::size_t i = 0; i < rows.size() && !stop.load(std::memory_order_relaxed); ++i) {
+          collectRow(curves, data, rows[i], i, collected[i]);
+          ready.store(i + 1, std::memory_order_release);
+          ready.notify_one();
+        }
+      } catch (...) {
+        failure = std::current_exception();
+      }
+      // Wakes the merging thread for good, also after a failure or a stop.
+      ready.store(rows.size() + 1, std::memory_order_release);
+      ready.notify_one();
+    });
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      std::size_t now = ready.load(std::memory_order_acquire);
+      while (now <= i) {
+        ready.wait(now, std::memory_order_acquire);
+        now = ready.load(std::memory_order_acquire);
+      }
+      if (now > rows.size() && failure) break;  // the row may be half done
+      merger.add(collected[i]);
+      collected[i] = ge::PointList();
+      if (progress && !progress(i + 1, rows.size())) {
+        stop.store(true, std::memory_order_relaxed);
+        break;
+      }
+    }
+  }
+  if (failure) std::rethrow_exception(failure);
+  return merger.take();
 }
 
 ge::PointList collectWithCurve(const host::CurveServices& curves, const host::EntityData& picked,

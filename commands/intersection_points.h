@@ -2,6 +2,7 @@
 // Gathering the intersection points of many curves and merging the repeats.
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "ge/extents.h"
@@ -19,6 +20,24 @@ inline constexpr double kMergeDistance = 0.0001;
 // near-linear instead of quadratic, and keeps the same points in the same order.
 ge::PointList mergeIntersections(const ge::PointList& raw);
 
+// The same walk fed a piece at a time, for points that arrive in order.
+class IntersectionMerger {
+ public:
+  IntersectionMerger();
+  ~IntersectionMerger();
+  IntersectionMerger(const IntersectionMerger&) = delete;
+  IntersectionMerger& operator=(const IntersectionMerger&) = delete;
+
+  void add(const ge::PointList& next);
+  // The kept points; the merger starts afresh.
+  ge::PointList take();
+
+ private:
+  class KeptGrid;
+  std::unique_ptr<KeptGrid> grid_;
+  ge::PointList kept_;
+};
+
 // Called now and then with the work done and the work in all; false stops the walk.
 using ProgressFn = std::function<bool(std::size_t done, std::size_t total)>;
 
@@ -35,6 +54,13 @@ std::vector<std::vector<std::size_t>> overlappingPairs(const std::vector<ge::Ext
 // not their ends as well). Pairs whose extents do not overlap give no points.
 ge::PointList collectAmongCurves(const host::CurveServices& curves, const std::vector<host::EntityData>& data,
                                  const ProgressFn& progress = {});
+
+// PLJD's collection merged as it goes: the same points as mergeIntersections
+// of collectAmongCurves, in the same order. Where the curve services allow
+// it, a worker thread collects the next curves' points while this thread
+// merges the ones already collected; progress is called on this thread.
+ge::PointList collectAndMergeAmongCurves(const host::CurveServices& curves, const std::vector<host::EntityData>& data,
+                                         const ProgressFn& progress = {});
 
 // PLJD1's collection: the picked curve with each of the others, in their order.
 ge::PointList collectWithCurve(const host::CurveServices& curves, const host::EntityData& picked,

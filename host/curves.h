@@ -39,6 +39,12 @@ class CurveServices {
  public:
   virtual ~CurveServices() = default;
 
+  // True when the services are pure computations on the records they are
+  // given, so that a worker thread may call them while the calling thread
+  // goes on with other work. The original host's curves live in its
+  // drawing and are used from its main thread only.
+  virtual bool callableFromWorkerThreads() const { return false; }
+
   virtual ErrorStatus getStartParam(const EntityData& c, double& param) const = 0;
   virtual ErrorStatus getEndParam(const EntityData& c, double& param) const = 0;
   virtual ErrorStatus getStartPoint(const EntityData& c, ge::Point3d& p) const = 0;

@@ -97,6 +97,11 @@ void benchIntersections(std::size_t n) {
       mergeCpu = std::min(mergeCpu, threadSeconds([&] { kept = commands::mergeIntersections(raw); }));
     }));
   }
+  double both = 1e300;
+  for (int round = 0; round < 3; ++round)
+    both = std::min(both, seconds([&] { kept = commands::collectAndMergeAmongCurves(curves, lines); }));
+  std::printf("PLJD collect and merge as the command runs them (a worker collects while the merge goes on): "
+              "%.3f s, %zu kept (best of 3)\n", both, kept.size());
   std::printf("PLJD collect on %zu segments: %.3f s, %zu raw points; merge: %.3f s, %zu kept; together %.3f s "
               "(best of 3; processor time %.3f + %.3f = %.3f s)\n",
               n, collect, raw.size(), merge, kept.size(), collect + merge, collectCpu, mergeCpu,

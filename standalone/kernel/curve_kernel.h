@@ -25,6 +25,10 @@ class CurveKernel final : public host::CurveServices {
   // extents can be given like any entity's (the host's drawing sets it).
   void setBlockContents(host::BlockContentsLookup blocks) { blocks_ = std::move(blocks); }
 
+  // Every service computes on the records it is given; block references read
+  // their blocks through the lookup, which the drawing keeps unchanged while
+  // a command computes.
+  bool callableFromWorkerThreads() const override { return true; }
   ErrorStatus getStartParam(const EntityData& c, double& param) const override;
   ErrorStatus getEndParam(const EntityData& c, double& param) const override;
   ErrorStatus getStartPoint(const EntityData& c, ge::Point3d& p) const override;

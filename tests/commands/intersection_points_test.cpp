@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "commands/intersection_points.h"
+#include "standalone/kernel/curve_kernel.h"
 
 namespace {
 
@@ -90,5 +91,30 @@ TEST_P(OverlappingPairs, AreThePairsWhoseBoxesMeetInWalkOrder) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, OverlappingPairs, ::testing::Values(300, 5000));
+
+// Collecting on a worker while merging here gives the points of the plain
+// collect-then-merge, in the same order; a stop keeps the rows merged so far.
+TEST(CollectAndMerge, EqualsMergingTheCollectedPointsAndStopsWhereTold) {
+  std::mt19937 rng(11);
+  std::uniform_real_distribution<double> at(0, 100);
+  std::vector<host::EntityData> lines;
+  for (int i = 0; i < 300; ++i) lines.push_back(host::Line{{at(rng), at(rng), 0}, {at(rng), at(rng), 0}});
+  // Repeats and a star of lines through one point give points to merge away.
+  for (int i = 0; i < 20; ++i) lines.push_back(lines[static_cast<std::size_t>(i) * 7]);
+  for (int i = 0; i < 8; ++i) lines.push_back(host::Line{{50 - 40 * std::cos(i * 0.4), 50 - 40 * std::sin(i * 0.4), 0},
+                                                         {50 + 40 * std::cos(i * 0.4), 50 + 40 * std::sin(i * 0.4), 0}});
+  standalone::CurveKernel kernel;
+  ASSERT_TRUE(kernel.callableFromWorkerThreads());
+  ge::PointList raw = commands::collectAmongCurves(kernel, lines);
+  ge::PointList want = commands::mergeIntersections(raw);
+  ASSERT_LT(want.size(), raw.size());
+  EXPECT_EQ(commands::collectAndMergeAmongCurves(kernel, lines), want);
+
+  constexpr std::size_t kStopAfter = 40;
+  auto stopAt = [](std::size_t done, std::size_t) { return done < kStopAfter; };
+  EXPECT_EQ(commands::collectAndMergeAmongCurves(kernel, lines, stopAt),
+            commands::mergeIntersections(commands::collectAmongCurves(kernel, lines, stopAt)));
+  EXPECT_LT(commands::mergeIntersections(commands::collectAmongCurves(kernel, lines, stopAt)).size(), want.size());
+}
 
 }  // namespace

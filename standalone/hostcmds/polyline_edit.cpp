@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <string>
 #include <vector>
@@ -176,10 +177,10 @@ class PolylineEdit {
 
   // Snapshot of every edited record, so Undo can put them back.
   void remember() {
-    std::vector<host::Entity> snapshot;
+    UndoStep step;
     for (host::ObjectId id : ids_)
-      if (std::optional<host::Entity> e = c_.drawing.read(id)) snapshot.push_back(*e);
-    undo_.push_back(std::move(snapshot));
+      if (std::optional<host::Entity> e = c_.drawing.read(id)) step.written.push_back(*e);
+    undo_.push_back(std::move(step));
   }
 
   template <class Edit>
@@ -219,26 +220,95 @@ class PolylineEdit {
 
   // Join on one lightweight polyline: the selected pieces that meet its ends.
   void join() {
+    if (multiple_) return joinMultiple();
     std::optional<host::Entity> e = c_.drawing.read(ids_.front());
-    auto* lw = e && !multiple_ ? std::get_if<host::LwPolyline>(&e->data) : nullptr;
+    auto* lw = e ? std::get_if<host::LwPolyline>(&e->data) : nullptr;
     if (!lw) {
-      c_.editor.print("Join is available for one lightweight polyline only in this build.\n");
+      c_.editor.print("Join is available for lightweight polylines only in this build.\n");
       return;
     }
     std::vector<host::ObjectId> selected;
     if (c_.editor.ssget("", nullptr, nullptr, nullptr, selected) != host::RTNORM) return;
     std::erase(selected, e->id);
-    std::vector<host::EntityData> pieces;
-    for (host::ObjectId id : selected) pieces.push_back(c_.drawing.read(id).value_or(host::Entity{}).data);
+    std::vector<host::Entity> pieces;
+    std::vector<host::EntityData> pieceData;
+    for (host::ObjectId id : selected) {
+      pieces.push_back(c_.drawing.read(id).value_or(host::Entity{}));
+      pieceData.push_back(pieces.back().data);
+    }
     remember();
     std::vector<bool> used;
-    int added = joinToPolyline(*lw, pieces, used);
+    int added = joinToPolyline(*lw, pieceData, used);
     if (added > 0) {
       c_.drawing.write(*e);
       for (std::size_t i = 0; i < selected.size(); ++i)
-        if (used[i]) c_.drawing.erase(selected[i]);
+        if (used[i]) eraseJoined(pieces[i]);
     }
+    printAdded(added);
+  }
+
+  void printAdded(int added) {
     c_.editor.print(std::to_string(added) + (added == 1 ? " segment" : " segments") + " added to polyline\n");
+  }
+
+  // A piece taken into a polyline goes, and comes back on Undo.
+  void eraseJoined(const host::Entity& piece) {
+    if (c_.drawing.erase(piece.id) == host::ErrorStatus::eOk) undo_.back().erased.push_back(piece);
+  }
+
+  // Join over Multiple: the fuzz distance (with the join type on request),
+  // then the selected lightweight polylines joined among themselves.
+  void joinMultiple() {
+    while (true) {
+      c_.editor.print(std::string("Join Type = ") + joinTypeName() + "\n");
+      c_.editor.initGet(host::RSG_NONEG, "Jointype");
+      double fuzz = fuzz_;
+      int rc = c_.editor.getDist(nullptr, "Enter fuzz distance or [Jointype] <" + formatDistance(fuzz_) + ">: ", fuzz);
+      if (rc == host::RTKWORD) {
+        c_.editor.initGet(0, "Extend Add Both");
+        std::string answer;
+        int typeRc = c_.editor.getKword("Enter join type [Extend/Add/Both] <Extend>: ", answer);
+        if (typeRc == host::RTNONE) joinType_ = JoinType::kExtend;
+        else if (typeRc != host::RTNORM) return;
+        else joinType_ = answer == "Add" ? JoinType::kAdd : answer == "Both" ? JoinType::kBoth : JoinType::kExtend;
+        continue;
+      }
+      if (rc == host::RTNORM) fuzz_ = fuzz;
+      else if (rc != host::RTNONE) return;
+      break;
+    }
+    std::vector<host::Entity> records;
+    std::vector<host::LwPolyline> polylines;
+    for (host::ObjectId id : ids_) {
+      std::optional<host::Entity> e = c_.drawing.read(id);
+      if (!e || !std::holds_alternative<host::LwPolyline>(e->data)) continue;
+      polylines.push_back(std::get<host::LwPolyline>(e->data));
+      records.push_back(std::move(*e));
+    }
+    remember();
+    std::vector<std::size_t> joinedInto;
+    int added = joinPolylines(polylines, fuzz_, joinType_, joinedInto);
+    for (std::size_t i = 0; i < records.size(); ++i) {
+      if (joinedInto[i] != i) {
+        eraseJoined(records[i]);
+        std::erase(ids_, records[i].id);
+      } else if (std::get<host::LwPolyline>(records[i].data) != polylines[i]) {
+        records[i].data = polylines[i];
+        c_.drawing.write(records[i]);
+      }
+    }
+    printAdded(added);
+  }
+
+  const char* joinTypeName() const {
+    return joinType_ == JoinType::kAdd ? "Add" : joinType_ == JoinType::kBoth ? "Both" : "Extend";
+  }
+
+  // A distance as the host shows a default: four decimals.
+  static std::string formatDistance(double d) {
+    char text[64];
+    std::snprintf(text, sizeof text, "%.4f", d);
+    return text;
   }
 
   // Edit vertex on one polyline: a marked vertex moved along with Next and
@@ -340,14 +410,26 @@ class PolylineEdit {
       c_.editor.print("All changes have been undone.\n");
       return;
     }
-    for (const host::Entity& e : undo_.back()) c_.drawing.write(e);
+    UndoStep& step = undo_.back();
+    for (const host::Entity& e : step.written) c_.drawing.write(e);
+    // Joined pieces come back as new entities, and back into the edit.
+    for (host::Entity& e : step.erased) {
+      if (c_.drawing.append(e, e.owner) == host::ErrorStatus::eOk && multiple_) ids_.push_back(e.id);
+    }
     undo_.pop_back();
   }
+
+  // What an option changed: the records before it, and the entities it erased.
+  struct UndoStep {
+    std::vector<host::Entity> written, erased;
+  };
 
   HostCommandContext& c_;
   std::vector<host::ObjectId> ids_;
   bool multiple_ = false;
-  std::vector<std::vector<host::Entity>> undo_;
+  double fuzz_ = 0;
+  JoinType joinType_ = JoinType::kExtend;
+  std::vector<UndoStep> undo_;
 };
 
 }  // namespace

@@ -3,7 +3,8 @@
 // polyline or Multiple over a selection set, with Close, Open, Width, Fit, Spline,
 // Decurve, Reverse, Ltype gen and Undo on lightweight, 2D and 3D polylines,
 // Join on a lightweight polyline, Edit vertex (Next, Previous, Move, Insert);
-// Multiple offers to turn selected lines, arcs and splines into polylines.
+// Join over Multiple with a fuzz distance and a join type; Multiple offers
+// to turn selected lines, arcs and splines into polylines.
 #include <vector>
 
 #include "standalone/editor/host_commands.h"
@@ -27,6 +28,22 @@ bool decurvePolyline(host::EntityData& polyline);
 // marks the pieces taken. A target whose ends come to meet is closed. The
 // number of segments added.
 int joinToPolyline(host::LwPolyline& target, const std::vector<host::EntityData>& pieces, std::vector<bool>& used);
+
+// How Multiple's Join bridges ends that lie apart but within the fuzz
+// distance: Extend trims or extends the two straight end segments to where
+// they cross (ends on one line are bridged along it); Add puts a straight
+// segment between the ends; Both extends where it can and adds elsewhere.
+enum class JoinType { kExtend, kAdd, kBoth };
+
+// Multiple's Join: every open polyline takes, at either end, the nearest end
+// of another open polyline of its plane that lies within the fuzz distance,
+// first polylines first, until no ends are that close. An extension whose
+// crossing lies farther than the fuzz distance from either end is not made
+// (Both adds a segment instead). joinedInto[i] is the index of the polyline
+// that took polyline i, or i itself when it stays. A polyline whose ends
+// come to meet is closed. The number of segments added, bridges included.
+int joinPolylines(std::vector<host::LwPolyline>& polylines, double fuzz, JoinType type,
+                  std::vector<std::size_t>& joinedInto);
 // Edit vertex: moves a vertex (x and y; a 3D polyline's z too), or inserts
 // one after it, splitting that segment into two straight ones. False for an
 // index beyond the vertices or another kind.

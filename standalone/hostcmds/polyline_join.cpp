@@ -1,4 +1,5 @@
-// PEDIT Join and Edit vertex on one polyline.
+// PEDIT Join, on one polyline or over Multiple, and Edit vertex.
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <string>
@@ -66,7 +67,119 @@ bool appendAtEnd(host::LwPolyline& target, const host::LwPolyline& piece) {
   return true;
 }
 
+// Closes a polyline whose ends meet, without the repeated vertex.
+void closeWhenEndsMeet(host::LwPolyline& p) {
+  if (p.vertices.size() > 2 && meet(p.vertices.front(), p.vertices.back())) {
+    p.vertices.pop_back();
+    p.closed = true;
+  }
+}
+
+// Where the line through a0, a1 crosses the line through b0, b1; nothing for
+// parallel lines.
+std::optional<host::LwVertex> crossing(const host::LwVertex& a0, const host::LwVertex& a1, const host::LwVertex& b0,
+                                       const host::LwVertex& b1) {
+  double ax = a1.x - a0.x, ay = a1.y - a0.y, bx = b1.x - b0.x, by = b1.y - b0.y;
+  double denom = ax * by - ay * bx;
+  if (std::abs(denom) <= 1e-12 * std::hypot(ax, ay) * std::hypot(bx, by)) return std::nullopt;
+  double t = ((b0.x - a0.x) * by - (b0.y - a0.y) * bx) / denom;
+  return host::LwVertex{a0.x + t * ax, a0.y + t * ay};
+}
+
+double gap(const host::LwVertex& a, const host::LwVertex& b) { return std::hypot(a.x - b.x, a.y - b.y); }
+
+// Bridges the target's end to the piece's start, which lie apart by at most
+// the fuzz distance, and appends the piece; the segments added, or -1 when
+// the join type cannot bridge them.
+int bridgeAtEnd(host::LwPolyline& target, const host::LwPolyline& piece, double fuzz, JoinType type) {
+  host::LwVertex& end = target.vertices.back();
+  const host::LwVertex& start = piece.vertices.front();
+  int segments = static_cast<int>(piece.vertices.size()) - 1;
+  if (meet(end, start)) {
+    appendAtEnd(target, piece);
+    return segments;
+  }
+  if (type != JoinType::kAdd) {
+    const host::LwVertex& before = target.vertices[target.vertices.size() - 2];
+    const host::LwVertex& after = piece.vertices[1];
+    bool straight = before.bulge == 0 && start.bulge == 0;
+    std::optional<host::LwVertex> meetAt = straight ? crossing(before, end, start, after) : std::nullopt;
+    if (straight && !meetAt && !crossing(before, end, end, start)) {
+      // Both ends on one line: the bridge is the extension itself.
+      end.bulge = 0;
+      target.vertices.insert(target.vertices.end(), piece.vertices.begin(), piece.vertices.end());
+      target.vertices.back().bulge = 0;
+      return segments + 1;
+    }
+    if (meetAt && gap(*meetAt, end) <= fuzz && gap(*meetAt, start) <= fuzz) {
+      end.x = meetAt->x, end.y = meetAt->y, end.bulge = 0;
+      target.vertices.insert(target.vertices.end(), piece.vertices.begin() + 1, piece.vertices.end());
+      target.vertices.back().bulge = 0;
+      return segments;
+    }
+    if (type == JoinType::kExtend) return -1;
+  }
+  end.bulge = 0;
+  target.vertices.insert(target.vertices.end(), piece.vertices.begin(), piece.vertices.end());
+  target.vertices.back().bulge = 0;
+  return segments + 1;
+}
+
 }  // namespace
+
+int joinPolylines(std::vector<host::LwPolyline>& polylines, double fuzz, JoinType type,
+                  std::vector<std::size_t>& joinedInto) {
+  const std::size_t n = polylines.size();
+  joinedInto.resize(n);
+  for (std::size_t i = 0; i < n; ++i) joinedInto[i] = i;
+  auto open = [&](std::size_t i) {
+    return joinedInto[i] == i && !polylines[i].closed && polylines[i].vertices.size() >= 2;
+  };
+  int added = 0;
+  for (std::size_t t = 0; t < n; ++t) {
+    while (open(t)) {
+      host::LwPolyline& target = polylines[t];
+      // Ends of other polylines within the fuzz distance of the target's
+      // ends, nearest first; the first that can be bridged is taken.
+      struct Candidate {
+        double distance;
+        std::size_t piece;
+        bool atTargetEnd, atPieceEnd;
+      };
+      std::vector<Candidate> near;
+      for (std::size_t p = 0; p < n; ++p) {
+        if (p == t || !open(p)) continue;
+        const host::LwPolyline& piece = polylines[p];
+        if (piece.elevation != target.elevation || piece.normal != target.normal) continue;
+        for (bool atTargetEnd : {true, false})
+          for (bool atPieceEnd : {false, true}) {
+            const host::LwVertex& a = atTargetEnd ? target.vertices.back() : target.vertices.front();
+            const host::LwVertex& b = atPieceEnd ? piece.vertices.back() : piece.vertices.front();
+            if (gap(a, b) <= fuzz || meet(a, b)) near.push_back({gap(a, b), p, atTargetEnd, atPieceEnd});
+          }
+      }
+      std::stable_sort(near.begin(), near.end(),
+                       [](const Candidate& x, const Candidate& y) { return x.distance < y.distance; });
+      bool joinedOne = false;
+      for (const Candidate& c : near) {
+        // The target is run so that the join is at its end, and the piece so
+        // that the join is at its start.
+        host::LwPolyline joined = c.atTargetEnd ? target : reversed(target);
+        host::LwPolyline piece = c.atPieceEnd ? reversed(polylines[c.piece]) : polylines[c.piece];
+        int segments = bridgeAtEnd(joined, piece, fuzz, type);
+        if (segments < 0) continue;
+        target = c.atTargetEnd ? std::move(joined) : reversed(joined);
+        joinedInto[c.piece] = t;
+        added += segments;
+        joinedOne = true;
+        break;
+      }
+      if (!joinedOne) break;
+    }
+    if (joinedInto[t] == t && !polylines[t].closed) closeWhenEndsMeet(polylines[t]);
+  }
+  return added;
+}
 
 int joinToPolyline(host::LwPolyline& target, const std::vector<host::EntityData>& pieces, std::vector<bool>& used) {
   used.assign(pieces.size(), false);
@@ -92,10 +205,7 @@ int joinToPolyline(host::LwPolyline& target, const std::vector<host::EntityData>
     }
   }
   // A polyline whose ends now meet is closed, without the repeated vertex.
-  if (added > 0 && target.vertices.size() > 2 && meet(target.vertices.front(), target.vertices.back())) {
-    target.vertices.pop_back();
-    target.closed = true;
-  }
+  if (added > 0) closeWhenEndsMeet(target);
   return added;
 }
 

@@ -217,6 +217,68 @@ TEST(PolylineEdit, JoinTakesThePiecesThatMeetItsEndsAndClosesWhenTheyMeet) {
   EXPECT_TRUE(s.read(apart));
 }
 
+// Multiple's Join with a fuzz distance: two straight ends meeting at a
+// corner, two on one line, and a straight end facing an arc's end.
+struct MultipleJoin {
+  const char* name;
+  std::vector<ge::Point2d> first, second;
+  double secondBulge;  // of the second polyline's first segment
+  std::string answers;  // after "J": fuzz distance, join type
+  int added;
+  ge::PointList joined;  // empty: the polylines stay apart
+};
+
+class PolylineEditMultipleJoin : public ::testing::TestWithParam<MultipleJoin> {};
+
+TEST_P(PolylineEditMultipleJoin, BridgesEndsWithinTheFuzzDistanceAsTheJoinTypeSays) {
+  const MultipleJoin& c = GetParam();
+  CommandSession s(Language::kEnglish);
+  host::ObjectId first = s.add(lwThrough(c.first));
+  host::LwPolyline secondLw = lwThrough(c.second);
+  secondLw.vertices[0].bulge = c.secondBulge;
+  host::ObjectId second = s.add(secondLw);
+  s.start();
+  std::string out = s.run("PEDIT\nM\n" + selectionOf({second, first}) + "J\n" + c.answers + "\n");
+  EXPECT_TRUE(s.says(out, std::to_string(c.added) + (c.added == 1 ? " segment" : " segments") +
+                              " added to polyline")) << out;
+  if (c.joined.empty()) {
+    EXPECT_TRUE(s.read(first) && s.read(second));
+    return;
+  }
+  // The first selected takes the other; the second selected here is the second polyline.
+  ASSERT_FALSE(s.read(first)) << "the polyline taken into the other is erased";
+  expectPoints(verticesOf(*s.read(second)), c.joined);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, PolylineEditMultipleJoin,
+    ::testing::Values(
+        MultipleJoin{"ExtendMeetsAtTheCorner", {{0, 0}, {10, 0}}, {{10.5, 0.5}, {10.5, 10}}, 0, "1\n", 1,
+                     {{0, 0, 0}, {10.5, 0, 0}, {10.5, 10, 0}}},
+        MultipleJoin{"AddBridgesWithASegment", {{0, 0}, {10, 0}}, {{10.5, 0.5}, {10.5, 10}}, 0, "J\nA\n1\n", 2,
+                     {{0, 0, 0}, {10, 0, 0}, {10.5, 0.5, 0}, {10.5, 10, 0}}},
+        MultipleJoin{"ExtendAlongOneLine", {{0, 0}, {10, 0}}, {{10.5, 0}, {20, 0}}, 0, "1\n", 2,
+                     {{0, 0, 0}, {10, 0, 0}, {10.5, 0, 0}, {20, 0, 0}}},
+        MultipleJoin{"ExtendCannotReachTheCornerBeyondTheFuzz", {{0, 0}, {10, 0}}, {{10.5, 0.5}, {20, 1}}, 0,
+                     "0.8\n", 0, {}},
+        MultipleJoin{"ExtendCannotExtendAnArc", {{0, 0}, {10, 0}}, {{10.5, 0.5}, {10.5, 10}}, 0.4, "1\n", 0, {}},
+        MultipleJoin{"BothAddsWhereItCannotExtend", {{0, 0}, {10, 0}}, {{10.5, 0.5}, {10.5, 10}}, 0.4,
+                     "J\nB\n1\n", 2, {{0, 0, 0}, {10, 0, 0}, {10.5, 0.5, 0}, {10.5, 10, 0}}},
+        MultipleJoin{"NoFuzzJoinsTouchingEndsOnly", {{0, 0}, {10, 0}}, {{10.5, 0.5}, {10.5, 10}}, 0, "\n", 0, {}},
+        MultipleJoin{"TouchingEndsJoinWithoutFuzz", {{0, 0}, {10, 0}}, {{10, 0}, {10, 10}}, 0, "\n", 1,
+                     {{0, 0, 0}, {10, 0, 0}, {10, 10, 0}}}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(PolylineEdit, UndoAfterAMultipleJoinBringsTheJoinedPolylineBack) {
+  CommandSession s(Language::kEnglish);
+  host::ObjectId first = s.add(lwThrough({{0, 0}, {10, 0}}));
+  host::ObjectId second = s.add(lwThrough({{10, 0}, {10, 10}}));
+  s.start();
+  s.run("PEDIT\nM\n" + selectionOf({first, second}) + "J\n\nU\n\n");
+  expectPoints(verticesOf(*s.read(first)), {{0, 0, 0}, {10, 0, 0}});
+  EXPECT_EQ(s.entitiesOf<host::LwPolyline>().size(), 2u);
+}
+
 TEST(PolylineEdit, EditVertexMovesTheMarkedVertexAndInsertsAfterIt) {
   CommandSession s(Language::kEnglish);
   host::ObjectId target = s.add(lwThrough({{0, 0}, {10, 0}, {10, 10}}));

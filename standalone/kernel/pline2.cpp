@@ -84,14 +84,22 @@ std::vector<Vec2> intersectSegs(const Seg& s, const Seg& t, double tol) {
 
 Box2 segmentBox(const Seg& s) {
   Box2 b{std::min(s.a.x, s.b.x), std::min(s.a.y, s.b.y), std::max(s.a.x, s.b.x), std::max(s.a.y, s.b.y)};
-  if (s.isArc() && (s.b - s.a).length() > 0) {
-    Arc2 c = s.arc();
-    for (int k = 0; k < 4; ++k) {
-      Vec2 p = c.c + Vec2{std::cos(k * std::numbers::pi / 2), std::sin(k * std::numbers::pi / 2)} * c.r;
-      if (onArc(c, p, 0)) {
-        b.minX = std::min(b.minX, p.x), b.maxX = std::max(b.maxX, p.x);
-        b.minY = std::min(b.minY, p.y), b.maxY = std::max(b.maxY, p.y);
-      }
+  Vec2 d = s.b - s.a;
+  double chord = d.length();
+  if (!s.isArc() || chord == 0) return b;
+  // The circle's extreme points that lie on the arc widen the box. The chord
+  // parts the circle into the two arcs, so a point of the circle is on this
+  // one when it lies on the arc's side of the chord: the right of a to b for
+  // a counter-clockwise arc (positive bulge), the left otherwise. No angles
+  // are needed, which keeps boxes of many arcs cheap.
+  Vec2 c = (s.a + s.b) * 0.5 + Vec2{-d.y, d.x} * ((1 - s.bulge * s.bulge) / (4 * s.bulge));
+  double r = chord * (1 + s.bulge * s.bulge) / (4 * std::abs(s.bulge));
+  const Vec2 extremes[] = {{c.x + r, c.y}, {c.x, c.y + r}, {c.x - r, c.y}, {c.x, c.y - r}};
+  for (const Vec2& p : extremes) {
+    double side = d.cross(p - s.a);
+    if (s.bulge > 0 ? side <= 0 : side >= 0) {
+      b.minX = std::min(b.minX, p.x), b.maxX = std::max(b.maxX, p.x);
+      b.minY = std::min(b.minY, p.y), b.maxY = std::max(b.maxY, p.y);
     }
   }
   return b;

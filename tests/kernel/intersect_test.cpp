@@ -1,12 +1,15 @@
 // intersectWith against closed forms: every pairing of segment kinds,
 // extension modes, free-form refinement and curves in different planes.
+// Also the boxes of arc segments, which culling relies on.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <random>
 
 #include "standalone/kernel/curve_kernel.h"
+#include "standalone/kernel/pline2.h"
 
 namespace {
 
@@ -157,6 +160,41 @@ TEST(Intersect, CurvesInDifferentPlanesMeetWhereOneCrossesTheOther) {
   Polyline3d p3;
   p3.vertices = {{{0, 0, 0}}, {{2, 2, 2}}, {{4, 0, 0}}};
   expectPoints(meet(p3, Line{{1, 1, -3}, {1, 1, 3}}), {{1, 1, 1}});
+}
+
+}  // namespace
+
+namespace {
+
+// The box of an arc segment, found without angles, against points sampled
+// along the arc by its angle: it holds them all, and each side is reached.
+TEST(SegmentBox, HoldsTheWholeArcAndNoMore) {
+  using standalone::kernel::Seg;
+  using standalone::kernel::Vec2;
+  std::mt19937 rng(5);
+  std::uniform_real_distribution<double> at(-50, 50), bulge(-3, 3);
+  for (int trial = 0; trial < 500; ++trial) {
+    Seg s{{at(rng), at(rng)}, {at(rng), at(rng)}, bulge(rng)};
+    if (trial % 50 == 0) s.bulge = 1;  // half circles, ends on a diameter
+    if (trial % 50 == 1) s.b = Vec2{s.a.x + 10, s.a.y};  // ends level: a quadrant point may sit on the chord line
+    if (s.bulge == 0) continue;
+    standalone::kernel::Box2 box = standalone::kernel::segmentBox(s);
+    double minX = 1e300, minY = 1e300, maxX = -1e300, maxY = -1e300;
+    constexpr int kSamples = 20000;
+    for (int i = 0; i <= kSamples; ++i) {
+      Vec2 p = s.pointAt(static_cast<double>(i) / kSamples);
+      minX = std::min(minX, p.x), maxX = std::max(maxX, p.x), minY = std::min(minY, p.y), maxY = std::max(maxY, p.y);
+    }
+    double r = s.arc().r, slack = 1e-9 * (r + 50), reach = r * 2e-7 + slack;  // a sample lies within reach of an extreme
+    ASSERT_LE(box.minX, minX + slack) << trial;
+    ASSERT_GE(box.maxX, maxX - slack) << trial;
+    ASSERT_LE(box.minY, minY + slack) << trial;
+    ASSERT_GE(box.maxY, maxY - slack) << trial;
+    ASSERT_GE(box.minX, minX - reach) << trial;
+    ASSERT_LE(box.maxX, maxX + reach) << trial;
+    ASSERT_GE(box.minY, minY - reach) << trial;
+    ASSERT_LE(box.maxY, maxY + reach) << trial;
+  }
 }
 
 }  // namespace

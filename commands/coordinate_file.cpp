@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <optional>
+#include <thread>
 
 namespace commands {
 
@@ -191,21 +192,71 @@ CoordinateLine parseCoordinateLine(std::string_view line) {
 
 namespace {
 
+// Lines read from one place to another: the runs of points between the
+// separator lines, the first run continuing what came before the range and
+// the last one open at its end, and the error lines.
+struct LineRange {
+  std::vector<ge::PointList> runs{1};
+  std::vector<CoordinateError> errors;
+};
+
 template <class LineAt>
-CoordinateFile readLines(std::size_t count, LineAt lineAt) {
-  CoordinateFile file;
-  ge::PointList current;
-  for (std::size_t i = 0; i < count; ++i) {
+LineRange readRange(std::size_t from, std::size_t to, const LineAt& lineAt) {
+  LineRange range;
+  for (std::size_t i = from; i < to; ++i) {
     std::string_view line = lineAt(i);
     CoordinateLine parsed = parseCoordinateLine(line);
     switch (parsed.kind) {
-      case CoordinateLine::Kind::kPoint: current.push_back(parsed.point); break;
-      case CoordinateLine::Kind::kError: file.errors.push_back({static_cast<int>(i + 1), std::string(line)}); break;
+      case CoordinateLine::Kind::kPoint: range.runs.back().push_back(parsed.point); break;
+      case CoordinateLine::Kind::kError: range.errors.push_back({static_cast<int>(i + 1), std::string(line)}); break;
       case CoordinateLine::Kind::kSeparator:
-        if (!current.empty()) file.blocks.push_back(std::move(current));
-        current.clear();
+        // The first run may continue a block from before the range, so its
+        // end is kept even when the range has no points in it yet.
+        if (!range.runs.back().empty() || range.runs.size() == 1) range.runs.emplace_back();
         break;
     }
+  }
+  return range;
+}
+
+// Files of this many lines are read in two halves at once, where there are
+// two processors: reading the numbers is the work, and the halves meet only
+// where a block runs across the middle.
+constexpr std::size_t kLinesForTwoHalves = 100'000;
+
+template <class LineAt>
+CoordinateFile readLines(std::size_t count, LineAt lineAt) {
+  std::vector<LineRange> parts;
+  if (count >= kLinesForTwoHalves && std::thread::hardware_concurrency() >= 2) {
+    std::size_t middle = count / 2;
+    LineRange second;
+    {
+      std::jthread worker([&] { second = readRange(middle, count, lineAt); });
+      parts.push_back(readRange(0, middle, lineAt));
+    }
+    parts.push_back(std::move(second));
+  } else {
+    parts.push_back(readRange(0, count, lineAt));
+  }
+  // A run closed by a separator is a block; the run still open at the end of
+  // the file is not drawn. An open run at the end of a part continues in the
+  // first run of the next.
+  CoordinateFile file;
+  ge::PointList open;
+  for (LineRange& part : parts) {
+    for (std::size_t r = 0; r < part.runs.size(); ++r) {
+      ge::PointList& run = part.runs[r];
+      if (r == 0 && !open.empty()) {
+        open.insert(open.end(), run.begin(), run.end());
+      } else {
+        open = std::move(run);
+      }
+      if (r + 1 < part.runs.size() && !open.empty()) {
+        file.blocks.push_back(std::move(open));
+        open.clear();
+      }
+    }
+    for (CoordinateError& e : part.errors) file.errors.push_back(std::move(e));
   }
   return file;
 }

@@ -1,6 +1,8 @@
 // ZB2PL end to end, and the coordinate file reader's clean-up and encodings.
 #include <fstream>
 
+#include <random>
+
 #include <gtest/gtest.h>
 
 #include "command_session.h"
@@ -60,6 +62,50 @@ TEST(CoordinateLines, OnlyASeparatorLineEndsABlock) {
   ASSERT_EQ(file.errors.size(), 1u);
   EXPECT_EQ(file.errors[0].lineNumber, 2);
   EXPECT_EQ(file.errors[0].line, ",x");
+}
+
+// Long files are read in two halves at once; whatever lies at the middle,
+// the blocks and errors are those of reading line after line.
+TEST(CoordinateLines, ALongFileReadInHalvesGivesTheBlocksOfOneReading) {
+  enum LineKind { kPoint, kBlank, kWord, kError };
+  const std::pair<LineKind, LineKind> middles[] = {{kPoint, kPoint}, {kPoint, kBlank}, {kBlank, kPoint}, {kBlank, kBlank},
+                                           {kError, kPoint}, {kPoint, kWord},  {kWord, kWord}};
+  std::mt19937 rng(3);
+  for (auto [before, at] : middles) {
+    const std::size_t count = 100'001 + rng() % 7;
+    std::vector<LineKind> kinds(count);
+    for (LineKind& k : kinds) {
+      unsigned r = rng() % 100;
+      k = r < 90 ? kPoint : r < 95 ? kBlank : r < 98 ? kWord : kError;
+    }
+    kinds[count / 2 - 1] = before, kinds[count / 2] = at;
+    std::vector<std::string> lines;
+    std::vector<ge::PointList> blocks;
+    ge::PointList open;
+    std::vector<int> errorLines;
+    for (std::size_t i = 0; i < count; ++i) {
+      switch (kinds[i]) {
+        case kPoint:
+          lines.push_back(std::to_string(i) + ",2.5");
+          open.push_back({static_cast<double>(i), 2.5, 0});
+          break;
+        case kBlank:
+        case kWord:
+          lines.push_back(kinds[i] == kBlank ? "" : "next");
+          if (!open.empty()) blocks.push_back(open);
+          open.clear();
+          break;
+        case kError:
+          lines.push_back(",7");
+          errorLines.push_back(static_cast<int>(i + 1));
+          break;
+      }
+    }
+    commands::CoordinateFile file = commands::readCoordinateLines(lines);
+    ASSERT_EQ(file.blocks, blocks) << before << " " << at;
+    ASSERT_EQ(file.errors.size(), errorLines.size());
+    for (std::size_t e = 0; e < errorLines.size(); ++e) EXPECT_EQ(file.errors[e].lineNumber, errorLines[e]);
+  }
 }
 
 struct EncodingCase {

@@ -31,7 +31,8 @@ void emit(const host::Text& t, const Emitter& out) {
     // The text runs from the first to the second alignment point.
     ge::Vector3d span = t.alignmentPoint - t.position;
     if (span.length() > 0) {
-      dir = span;
+      // A backward text still starts at the first point: its mirrored glyphs run back along the span.
+      dir = run.backward ? -span : span;
       run.fitWidth = span.length();
       run.fitHeightToo = t.horizontalJustify == kAligned;
     }

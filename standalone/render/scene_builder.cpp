@@ -39,6 +39,13 @@ class SceneBuilder {
     }
   }
 
+  void drawEntities(const std::vector<host::ObjectId>& ids) {
+    for (host::ObjectId id : ids) {
+      if (drawn_ >= kMaxDrawnEntities) return;
+      if (auto entity = drawing_.read(id)) drawEntity(*entity, Inherited{});
+    }
+  }
+
  private:
   void drawEntity(const host::Entity& e, const Inherited& from) {
     if (e.props.invisible) return;
@@ -107,6 +114,13 @@ class SceneBuilder {
 Scene buildScene(const host::Drawing& drawing, const SceneOptions& options) {
   Scene scene;
   SceneBuilder(drawing, options, scene).drawSpace(drawing.modelSpace(), Inherited{});
+  return scene;
+}
+
+Scene buildSceneOf(const host::Drawing& drawing, const std::vector<host::ObjectId>& ids,
+                   const SceneOptions& options) {
+  Scene scene;
+  SceneBuilder(drawing, options, scene).drawEntities(ids);
   return scene;
 }
 

@@ -47,7 +47,8 @@ std::vector<Outline> splitFlatPath(const cairo_path_t* path) {
 }  // namespace
 
 struct OutlineTracer::Cairo {
-  cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1);
+  // Unbounded: cairo drops glyphs that fall outside a bounded surface, even from paths.
+  cairo_surface_t* surface = cairo_recording_surface_create(CAIRO_CONTENT_ALPHA, nullptr);
   cairo_t* cr = cairo_create(surface);
   cairo_matrix_t map{};
   TextPlacer placer;

@@ -3,6 +3,7 @@
 // glyph outlines the renderer itself places for the source texts.
 #include <cmath>
 #include <filesystem>
+#include <fstream>
 #include <numbers>
 
 #include <gtest/gtest.h>
@@ -194,6 +195,35 @@ TEST(Text2Pl, ManyTextsAtOnceLeaveNoMetafileBehind) {
   EXPECT_TRUE(s.entitiesOf<host::Text>().empty() && s.entitiesOf<host::MText>().empty());
   EXPECT_LT(farthest(got, want), 0.02);
   EXPECT_EQ(tempFiles(), before) << "the temporary metafile is removed";
+}
+
+}  // namespace
+}  // namespace commands_test
+
+namespace commands_test {
+namespace {
+
+TEST(Wmfout, TextsGoOutAsGlyphOutlinesThatWmf2svgReadsAndWmfinRefusesDamage) {
+  CommandSession s(Language::kEnglish);
+  s.add(host::Text{{0, 0, 0}, {}, 2, "Metafile 中文"});
+  s.add(host::Circle{{5, 8, 0}, 2});
+  s.start();
+  std::string wmf = (s.root() / "texts.wmf").string(), svg = (s.root() / "texts.svg").string();
+  s.run("ZOOM\nE\nWMFOUT\n" + wmf + "\nALL\n\n");
+  ASSERT_TRUE(std::filesystem::exists(wmf));
+  std::string cmd = std::string(CORVANE_WMF2SVG) + " -o " + svg + " " + wmf;
+  ASSERT_EQ(std::system(cmd.c_str()), 0);
+  std::ifstream in(svg);
+  std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  EXPECT_GT(std::count(text.begin(), text.end(), 'Z'), 10) << "closed glyph contours";
+  EXPECT_NE(text.find("<polygon"), std::string::npos) << "the circle, closed";
+
+  std::ofstream(s.root() / "bad.wmf") << "this text is long enough to be read but is not a metafile";
+  std::size_t before = s.entities().size();
+  std::string out = s.run("WMFIN\n" + (s.root() / "bad.wmf").string() + "\n");
+  EXPECT_NE(out.find("not a Windows metafile"), std::string::npos) << out;
+  EXPECT_EQ(s.entities().size(), before);
+  EXPECT_FALSE(s.host().drawing().findBlock("WMF0")) << "no block made";
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ bool TextPlacer::place(cairo_t* cr, const TextRun& run) {
   if (run.utf8.empty() || !(run.height > 0)) return false;
   if (capRatio_ <= 0) measureCapital(cr);
   double fontSize = run.height / capRatio_;
-  fonts_.select(cr, run.utf8);
+  fonts_.select(cr, run.utf8, run.font);
   cairo_set_font_size(cr, 1.0);
   cairo_text_extents_t unit;
   cairo_text_extents(cr, run.utf8.c_str(), &unit);

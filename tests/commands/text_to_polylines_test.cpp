@@ -228,3 +228,59 @@ TEST(Wmfout, TextsGoOutAsGlyphOutlinesThatWmf2svgReadsAndWmfinRefusesDamage) {
 
 }  // namespace
 }  // namespace commands_test
+
+namespace commands_test {
+namespace {
+
+// Styles made by ezdxf: a TrueType file, a family kept in the style's
+// extended data, and a bare SHX name. txt2PL takes each text's outlines from
+// its style's font.
+TEST(Text2Pl, EachTextTakesTheFontItsStyleNames) {
+  CommandSession s(Language::kEnglish);
+  std::filesystem::path dxf = s.root() / "styles.dxf";
+  std::string script =
+      "import ezdxf, sys\n"
+      "doc = ezdxf.new('R2010')\n"
+      "doc.styles.new('SERIF', dxfattribs={'font': 'DejaVuSerif.ttf'})\n"
+      "doc.styles.new('FAMILY', dxfattribs={'font': 'elsewhere.ttf'}).set_extended_font_data('DejaVu Serif')\n"
+      "doc.styles.new('STROKES', dxfattribs={'font': 'romans'})\n"
+      "msp = doc.modelspace()\n"
+      "for i, style in enumerate(['SERIF', 'FAMILY', 'STROKES', 'Standard']):\n"
+      "    msp.add_text('Rag', dxfattribs={'style': style, 'height': 2, 'insert': (0, 4 * i)})\n"
+      "doc.saveas(sys.argv[1])\n";
+  std::filesystem::path py = s.root() / "styles.py";
+  std::ofstream(py) << script;
+  ASSERT_EQ(std::system((std::string(CORVANE_PYTHON) + " " + py.string() + " " + dxf.string()).c_str()), 0);
+  s.startFrom(dxf);
+  const host::Drawing& db = s.host().drawing();
+  EXPECT_EQ(db.textStyleFont("SERIF"), "DejaVuSerif.ttf");
+  EXPECT_EQ(db.textStyleFont("family"), "DejaVu Serif") << "the family, style names in any case";
+  EXPECT_EQ(db.textStyleFont("STROKES"), "romans.shx");
+  EXPECT_FALSE(db.textStyleFont("NOSUCH"));
+
+  std::vector<host::ObjectId> ids;
+  for (const host::Entity& e : s.entities()) ids.push_back(e.id);
+  ASSERT_EQ(ids.size(), 4u);
+  std::vector<std::vector<standalone::Outline>> each;
+  for (host::ObjectId id : ids) each.push_back(rendererOutlines(db, {id}));
+  auto shapeOf = [](std::vector<standalone::Outline> v, double dy) {  // moved onto the first text's baseline
+    for (auto& o : v)
+      for (auto& p : o.points) p.y -= dy;
+    return v;
+  };
+  EXPECT_LT(farthest(shapeOf(each[1], 4), each[0]), 1e-6) << "the family and the file give the same face";
+  EXPECT_LT(farthest(shapeOf(each[3], 12), shapeOf(each[2], 8)), 1e-6) << "SHX falls back to the default family";
+  EXPECT_GT(farthest(shapeOf(each[3], 12), each[0]), 0.05) << "a serif face is not the default one";
+
+  std::vector<standalone::Outline> want;
+  for (const auto& v : each) want.insert(want.end(), v.begin(), v.end());
+  s.run("txt2PL\nALL\n\n");
+  int references = 0;
+  std::vector<standalone::Outline> got = placedBlockPolylines(s, references);
+  EXPECT_EQ(got.size(), want.size());
+  EXPECT_LT(farthest(got, want), 0.01);
+  EXPECT_LT(farthest(want, got), 0.01);
+}
+
+}  // namespace
+}  // namespace commands_test

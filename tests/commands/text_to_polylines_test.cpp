@@ -173,8 +173,8 @@ TEST_P(CommandTest, Text2PlTakesOnlyTextsAndSaysWhenThereAreNone) {
 INSTANTIATE_TEST_SUITE_P(Languages, CommandTest, ::testing::Values(Language::kEnglish, Language::kChinese),
                          languageName);
 
-TEST(Text2Pl, ManyTextsAtOnceLeaveNoMetafileBehind) {
-  CommandSession s(Language::kEnglish);
+TEST(Text2Pl, ManyTextsAtOnceUnderTheChinesePromptsLeaveNoMetafileBehind) {
+  CommandSession s(Language::kChinese);
   for (const TextCase& c : textCases()) s.add(c.text);
   s.start();
   std::vector<host::ObjectId> ids;
@@ -187,7 +187,8 @@ TEST(Text2Pl, ManyTextsAtOnceLeaveNoMetafileBehind) {
     return n;
   };
   std::size_t before = tempFiles();
-  s.run("txt2PL\nALL\n\n");
+  std::string out = s.run("txt2PL\nALL\n\n");
+  EXPECT_TRUE(s.says(out, "请选择文字>\n"));
   int references = 0;
   std::vector<standalone::Outline> got = placedBlockPolylines(s, references);
   EXPECT_EQ(references, 1);

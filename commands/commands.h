@@ -28,6 +28,9 @@ void spline2pline(frame::CommandContext& context);  // s2p
 void pline2spline(frame::CommandContext& context);  // p2s
 void projectCurvesToXY(frame::CommandContext& context);  // QXTY
 
+// Text to polylines, through the host's WMFOUT and WMFIN.
+void txt2pline(frame::CommandContext& context);  // txt2PL
+
 // Table reports of coordinates and measures.
 void listPolylineVertices(frame::CommandContext& context);   // PLLIST
 void listCircles(frame::CommandContext& context);            // CLIST

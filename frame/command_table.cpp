@@ -33,7 +33,7 @@ constexpr std::array<CommandEntry, 53> kTable{{
     {"ZORL_PLDevide", "PLDF", "plineDevide", &commands::plineDevide},
     {"ZORL_plineDevideByDist", "PLDJDF", "plineDevideByDist", &commands::plineDevideByDist},
     {"ZORL_HatchBound", "CHBJ", "restoreHatchBoundary"},
-    {"ZORL_Text2PL", "txt2PL", "txt2pline"},
+    {"ZORL_Text2PL", "txt2PL", "txt2pline", &commands::txt2pline},
     {"ZORL_PLGXK", "PLGXK", "plBatchChangeW", &commands::plBatchChangeW},
     {"ZORL_PLCLOSE", "PLCLOSE", "plBatchClose", &commands::plBatchClose},
     {"ZORL_PLOPEN", "PLOPEN", "plBatchOpen", &commands::plBatchOpen},

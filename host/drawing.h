@@ -56,6 +56,14 @@ class Drawing {
     return std::nullopt;
   }
 
+  // The font a text style names: its TrueType family when the style keeps
+  // one, else its font file ("romans.shx", "arial.ttf"; a bare file name is
+  // an SHX font and gets ".shx"). Nothing for an unknown style.
+  virtual std::optional<std::string> textStyleFont(const std::string& style) const {
+    (void)style;
+    return std::nullopt;
+  }
+
   // Properties the host gives new entities (setDatabaseDefaults).
   virtual std::string currentLayer() const = 0;
   virtual Color currentColor() const = 0;

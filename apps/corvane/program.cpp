@@ -17,6 +17,7 @@
 #include "standalone/hostcmds/insert_block.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
+#include "standalone/metafile/wmf_commands.h"
 #include "standalone/render/render.h"
 
 namespace corvane_app {
@@ -40,6 +41,7 @@ class LoadedPlugin {
     standalone::addPolylineEditCommands(h.hostCommands());
     standalone::addInsertCommand(h.hostCommands());
     standalone::addEditCommands(h.hostCommands());
+    standalone::addMetafileCommands(h.hostCommands());
     // A host loads only modules built against its own interface release.
     if (frame::acrxGetApiVersion() != h.hostCommands().releaseNumber())
       throw standalone::InputError("the plug-in was built for another host release");

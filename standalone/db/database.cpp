@@ -202,6 +202,19 @@ std::optional<host::Color> DrawingDatabase::layerColor(const std::string& layer)
   return color;
 }
 
+std::optional<std::string> DrawingDatabase::textStyleFont(const std::string& style) const {
+  const TagRecord* r = findTableEntry("STYLE", style);
+  if (!r) return std::nullopt;
+  TagList tags = tagsOf(*r);
+  std::size_t body = bodyStart(tags);
+  // The family of a TrueType font is kept in the style's ACAD extended data.
+  if (auto family = findValue(tags, 1000, body); family && !family->empty()) return *family;
+  std::string file = findValue(tags, 3, body).value_or("");
+  if (file.empty()) return std::nullopt;
+  if (file.find('.') == std::string::npos) file += ".shx";
+  return file;
+}
+
 ge::Point3d DrawingDatabase::blockBasePoint(ObjectId blockRecord) const {
   const BlockDefinition* b = blockOf(blockRecord.value);
   if (!b) return {};

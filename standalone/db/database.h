@@ -80,6 +80,7 @@ class DrawingDatabase final : public host::Drawing {
   std::vector<host::ObjectId> entitiesOf(host::ObjectId blockRecord) const override;
   ge::Point3d blockBasePoint(host::ObjectId blockRecord) const override;
   std::optional<host::Color> layerColor(const std::string& layer) const override;
+  std::optional<std::string> textStyleFont(const std::string& style) const override;
   std::string currentLayer() const override;
   host::Color currentColor() const override;
   host::EntityProps defaultProps() const override;

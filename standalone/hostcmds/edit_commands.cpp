@@ -174,7 +174,7 @@ int shortVariable(const host::SystemVariables& vars, std::string_view name, int 
 }
 
 // Mirrored copies about the vertical plane through the line; Yes erases the
-// sources. MIRRTEXT 0 keeps texts readable.
+// sources (the objects themselves are mirrored). MIRRTEXT 0 keeps texts readable.
 void mirror(HostCommandContext& c) {
   std::vector<host::ObjectId> ids = selectObjects(c);
   if (ids.empty()) return;
@@ -195,9 +195,9 @@ void mirror(HostCommandContext& c) {
   ge::Vector3d along{b.x - a.x, b.y - a.y, 0};
   ge::Matrix3d m = ge::Matrix3d::mirroring(a, along.cross(ge::kZAxis).normalized());
   bool mirrText = shortVariable(c.sysvars, "MIRRTEXT", 0) != 0;
-  transformAll(c, ids, m, true, mirrText);
-  if (erase)
-    for (host::ObjectId id : ids) c.drawing.erase(id);
+  // Erasing the sources mirrors them in place: they keep their identity, so
+  // a selection made before still names them.
+  transformAll(c, ids, m, !erase, mirrText);
 }
 
 void stretch(HostCommandContext& c) {

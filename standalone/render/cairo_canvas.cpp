@@ -14,6 +14,7 @@
 #include "standalone/render/font_choice.h"
 #include "standalone/render/render.h"
 #include "standalone/render/render_error.h"
+#include "standalone/render/text_placement.h"
 
 namespace standalone {
 
@@ -157,24 +158,6 @@ class CairoCanvas : public FileCanvas {
 
   void selectFaceFor(const std::string& utf8) { fonts_.select(cr_, utf8); }
 
-  // Height of a capital letter per unit of font size, measured once with the
-  // depth of descenders.
-  double capHeightRatio() {
-    if (capRatio_ <= 0) {
-      cairo_save(cr_);
-      cairo_identity_matrix(cr_);
-      cairo_set_font_size(cr_, 100);
-      cairo_text_extents_t te;
-      cairo_text_extents(cr_, "H", &te);
-      capRatio_ = te.height > 0 ? te.height / 100 : 0.73;
-      cairo_font_extents_t fe;
-      cairo_font_extents(cr_, &fe);
-      descentPerCap_ = fe.descent / 100 / capRatio_;
-      cairo_restore(cr_);
-    }
-    return capRatio_;
-  }
-
   FileFormat format_;
   std::filesystem::path file_;
   std::unique_ptr<io::FileReplacement> part_;  // the picture until it is complete
@@ -182,55 +165,13 @@ class CairoCanvas : public FileCanvas {
   cairo_surface_t* surface_ = nullptr;
   cairo_t* cr_ = nullptr;
   double lineWidthPx_ = 1;
-  double capRatio_ = 0;
-  double descentPerCap_ = 0.3;  // depth of descenders below the baseline per capital height
-  FontChooser fonts_;
+  FontChooser fonts_;  // for page captions
+  TextPlacer placer_;
 };
 
 void CairoCanvas::text(const TextRun& run) {
-  if (run.utf8.empty() || !(run.height > 0)) return;
-  double fontSize = run.height / capHeightRatio();
   cairo_save(cr_);
-  selectFaceFor(run.utf8);
-  cairo_set_font_size(cr_, 1.0);
-  cairo_text_extents_t unit;
-  cairo_text_extents(cr_, run.utf8.c_str(), &unit);
-  double width = unit.x_advance * fontSize * run.widthFactor;
-  double sx = run.widthFactor, sy = 1;
-  if (run.fitWidth > 0 && width > 0) {
-    double k = run.fitWidth / width;
-    sx *= k;
-    if (run.fitHeightToo) sy *= k;
-    width = run.fitWidth;
-  }
-  double height = run.height * sy;
-  cairo_translate(cr_, run.anchor.x, run.anchor.y);
-  cairo_rotate(cr_, run.rotation);
-  cairo_scale(cr_, run.backward ? -1 : 1, run.upsideDown ? -1 : 1);
-  // Alignment shifts in the text's own frame (y up, baseline at 0).
-  double dy = 0;
-  switch (run.vAlign) {
-    case TextVAlign::kBaseline:
-      dy = 0;
-      break;
-    case TextVAlign::kBottom:
-      dy = descentPerCap_ * height;
-      break;  // about one descender below the baseline
-    case TextVAlign::kMiddle:
-      dy = -height / 2;
-      break;
-    case TextVAlign::kTop:
-      dy = -height;
-      break;
-  }
-  cairo_translate(cr_, -run.hAlign * width, dy);
-  // Glyphs are laid out y down: flip, stretch and slant them.
-  cairo_matrix_t glyph;
-  cairo_matrix_init(&glyph, fontSize * sx, 0, -std::tan(run.oblique) * fontSize * sy, -fontSize * sy, 0, 0);
-  cairo_transform(cr_, &glyph);
-  cairo_move_to(cr_, 0, 0);
-  cairo_set_font_size(cr_, 1.0);
-  cairo_show_text(cr_, run.utf8.c_str());
+  if (placer_.place(cr_, run)) cairo_show_text(cr_, run.utf8.c_str());
   cairo_new_path(cr_);
   cairo_restore(cr_);
 }

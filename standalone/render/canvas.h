@@ -29,6 +29,9 @@ struct TextRun {
   // direction; with fitHeightToo the height scales with it (the "aligned" mode).
   double fitWidth = 0;
   bool fitHeightToo = false;
+  // The font its text style names (a family, or a font file such as
+  // "romans.shx" or "arial.ttf"); empty: our default family.
+  std::string font;
 };
 
 class Canvas {

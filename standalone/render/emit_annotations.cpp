@@ -16,10 +16,15 @@ constexpr double kMTextLinePitch = 5.0 / 3.0;
 
 enum TextJustify { kLeft = 0, kCenter = 1, kRight = 2, kAligned = 3, kMiddle = 4, kFit = 5 };
 
-void emit(const host::Text& t, const Emitter& out) {
+std::string fontOf(const std::string& style, const AnnotationStyle& annotation) {
+  return annotation.fontOf ? annotation.fontOf(style) : std::string();
+}
+
+void emit(const host::Text& t, const Emitter& out, const AnnotationStyle& style) {
   ge::Matrix3d ocs = ocsToWorld(t.normal);
   TextRun run;
   run.utf8 = plainText(t.text);
+  run.font = fontOf(t.style, style);
   run.height = t.height;
   run.widthFactor = t.widthFactor > 0 ? t.widthFactor : 1;
   run.oblique = t.oblique;
@@ -31,7 +36,8 @@ void emit(const host::Text& t, const Emitter& out) {
     // The text runs from the first to the second alignment point.
     ge::Vector3d span = t.alignmentPoint - t.position;
     if (span.length() > 0) {
-      dir = span;
+      // A backward text still starts at the first point: its mirrored glyphs run back along the span.
+      dir = run.backward ? -span : span;
       run.fitWidth = span.length();
       run.fitHeightToo = t.horizontalJustify == kAligned;
     }
@@ -61,8 +67,9 @@ std::vector<std::string> mtextLines(const host::MText& t, TextMeasurer& measurer
   return lines;
 }
 
-void emit(const host::MText& t, const Emitter& out, TextMeasurer& measurer) {
-  std::vector<std::string> lines = mtextLines(t, measurer);
+void emit(const host::MText& t, const Emitter& out, const AnnotationStyle& style) {
+  std::vector<std::string> lines = mtextLines(t, style.measurer);
+  std::string font = fontOf(t.style, style);
   ge::Vector3d normal = t.normal.normalized().length() > 0 ? t.normal.normalized() : ge::kZAxis;
   ge::Vector3d dir = t.xDirection - normal * t.xDirection.dot(normal);
   if (dir.length() == 0) dir = ocsToWorld(normal).apply(ge::kXAxis);
@@ -78,6 +85,7 @@ void emit(const host::MText& t, const Emitter& out, TextMeasurer& measurer) {
     if (lines[i].empty()) continue;
     TextRun run;
     run.utf8 = lines[i];
+    run.font = font;
     run.height = t.height;
     run.hAlign = column * 0.5;
     double baseline = topOffset - t.height - pitch * static_cast<double>(i);
@@ -185,9 +193,9 @@ void emit(const host::Image& im, const Emitter& out) {
 
 bool emitAnnotation(const host::EntityData& data, const Emitter& out, const AnnotationStyle& style) {
   if (auto* text = std::get_if<host::Text>(&data))
-    emit(*text, out);
+    emit(*text, out, style);
   else if (auto* mText = std::get_if<host::MText>(&data))
-    emit(*mText, out, style.measurer);
+    emit(*mText, out, style);
   else if (auto* point = std::get_if<host::PointEntity>(&data))
     emit(*point, out, style.pointMode, style.pointSize);
   else if (auto* hatch = std::get_if<host::Hatch>(&data))

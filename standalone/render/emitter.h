@@ -1,6 +1,9 @@
 #pragma once
 // Internal to the renderer: turns the geometry of one entity, placed by the
 // block references it is drawn through, into scene items of one colour.
+#include <functional>
+#include <string>
+
 #include "ge/matrix.h"
 #include "host/entity.h"
 #include "standalone/render/scene.h"
@@ -49,6 +52,8 @@ struct AnnotationStyle {
   int pointMode = 0;
   double pointSize = 0;
   TextMeasurer& measurer;
+  // The font a text style names (Drawing::textStyleFont); none: the default family.
+  std::function<std::string(const std::string&)> fontOf;
 };
 
 // Draws a text, mtext, point, hatch or image; false for other kinds.

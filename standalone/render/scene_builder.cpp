@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "standalone/render/emitter.h"
 #include "standalone/render/projection.h"
@@ -39,6 +40,13 @@ class SceneBuilder {
     }
   }
 
+  void drawEntities(const std::vector<host::ObjectId>& ids) {
+    for (host::ObjectId id : ids) {
+      if (drawn_ >= kMaxDrawnEntities) return;
+      if (auto entity = drawing_.read(id)) drawEntity(*entity, Inherited{});
+    }
+  }
+
  private:
   void drawEntity(const host::Entity& e, const Inherited& from) {
     if (e.props.invisible) return;
@@ -53,7 +61,10 @@ class SceneBuilder {
     }
     ++drawn_;
     Emitter out(scene_, from.placement, color, lineWidthPx(e.props.lineweight));
-    if (!emitCurve(e.data, out)) emitAnnotation(e.data, out, {options_.pointMode, options_.pointSize, measurer_});
+    if (!emitCurve(e.data, out))
+      emitAnnotation(e.data, out,
+                     {options_.pointMode, options_.pointSize, measurer_,
+                      [this](const std::string& style) { return styleFont(style); }});
   }
 
   void drawReference(const host::BlockReference& ref, const Rgb& color, const std::string& layer,
@@ -82,6 +93,13 @@ class SceneBuilder {
       }
   }
 
+  // The font of a text style, looked up once per style.
+  const std::string& styleFont(const std::string& style) {
+    auto it = styleFonts_.find(style);
+    if (it == styleFonts_.end()) it = styleFonts_.emplace(style, drawing_.textStyleFont(style).value_or("")).first;
+    return it->second;
+  }
+
   static ge::Matrix3d scaling(const ge::Vector3d& s) {
     ge::Matrix3d m;
     m(0, 0) = s.x;
@@ -99,6 +117,7 @@ class SceneBuilder {
   const SceneOptions& options_;
   Scene& scene_;
   TextMeasurer measurer_;
+  std::map<std::string, std::string> styleFonts_;
   std::size_t drawn_ = 0;
 };
 
@@ -107,6 +126,13 @@ class SceneBuilder {
 Scene buildScene(const host::Drawing& drawing, const SceneOptions& options) {
   Scene scene;
   SceneBuilder(drawing, options, scene).drawSpace(drawing.modelSpace(), Inherited{});
+  return scene;
+}
+
+Scene buildSceneOf(const host::Drawing& drawing, const std::vector<host::ObjectId>& ids,
+                   const SceneOptions& options) {
+  Scene scene;
+  SceneBuilder(drawing, options, scene).drawEntities(ids);
   return scene;
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 // Flattens the model space of a drawing into a scene.
+#include <vector>
+
 #include "host/drawing.h"
 #include "standalone/render/scene.h"
 
@@ -15,5 +17,9 @@ struct SceneOptions {
 // their blocks (position, scale, rotation, column/row arrays), colours
 // resolved by layer and by block.
 Scene buildScene(const host::Drawing& drawing, const SceneOptions& options);
+
+// The given entities only, in the given order, drawn as buildScene draws them.
+Scene buildSceneOf(const host::Drawing& drawing, const std::vector<host::ObjectId>& ids,
+                   const SceneOptions& options);
 
 }  // namespace standalone

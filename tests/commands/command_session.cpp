@@ -12,6 +12,7 @@
 #include "standalone/hostcmds/insert_block.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
+#include "standalone/metafile/wmf_commands.h"
 
 namespace commands_test {
 
@@ -43,6 +44,7 @@ void CommandSession::start() {
                        standalone::addPolylineEditCommands(h.hostCommands());
                        standalone::addInsertCommand(h.hostCommands());
                        standalone::addEditCommands(h.hostCommands());
+                       standalone::addMetafileCommands(h.hostCommands());
                      });
 }
 
@@ -51,6 +53,7 @@ void CommandSession::startFrom(const std::filesystem::path& dxf) {
     standalone::addPolylineEditCommands(h.hostCommands());
     standalone::addInsertCommand(h.hostCommands());
     standalone::addEditCommands(h.hostCommands());
+    standalone::addMetafileCommands(h.hostCommands());
   });
 }
 

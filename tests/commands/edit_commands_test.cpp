@@ -89,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Edit{"ScaleByReference", "SCALE\nALL\n\n0,0\nR\n4\n6\n", "same", "scale 0 0 1.5"},
                       Edit{"MirrorKeepingSources", "SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n0,0\n10,5\n\n", "appended",
                            "mirror 0 0 10 5"},
-                      Edit{"MirrorErasingSources", "SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n0,0\n0,5\nY\n", "appended",
+                      Edit{"MirrorErasingSources", "SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n0,0\n0,5\nY\n", "same",
                            "mirror 0 0 0 5"}),
     [](const testing::TestParamInfo<Edit>& row) { return std::string(row.param.name); });
 

@@ -14,6 +14,7 @@
 #include "standalone/editor/errors.h"
 #include "standalone/editor/settings_file.h"
 #include "frame/module.h"
+#include "standalone/hostcmds/boundary.h"
 #include "standalone/hostcmds/insert_block.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
@@ -40,6 +41,7 @@ class LoadedPlugin {
     standalone::addPolylineEditCommands(h.hostCommands());
     standalone::addInsertCommand(h.hostCommands());
     standalone::addEditCommands(h.hostCommands());
+    standalone::addBoundaryCommands(h.hostCommands());
     // A host loads only modules built against its own interface release.
     if (frame::acrxGetApiVersion() != h.hostCommands().releaseNumber())
       throw standalone::InputError("the plug-in was built for another host release");

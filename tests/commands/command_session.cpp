@@ -10,6 +10,7 @@
 #include "standalone/db/dxf_writer.h"
 #include "standalone/editor/answer_source.h"
 #include "standalone/hostcmds/insert_block.h"
+#include "standalone/hostcmds/boundary.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
 
@@ -43,6 +44,7 @@ void CommandSession::start() {
                        standalone::addPolylineEditCommands(h.hostCommands());
                        standalone::addInsertCommand(h.hostCommands());
                        standalone::addEditCommands(h.hostCommands());
+                       standalone::addBoundaryCommands(h.hostCommands());
                      });
 }
 
@@ -51,6 +53,7 @@ void CommandSession::startFrom(const std::filesystem::path& dxf) {
     standalone::addPolylineEditCommands(h.hostCommands());
     standalone::addInsertCommand(h.hostCommands());
     standalone::addEditCommands(h.hostCommands());
+    standalone::addBoundaryCommands(h.hostCommands());
   });
 }
 

@@ -36,7 +36,13 @@ GeosFaces::GeosFaces(const std::vector<BulgePiece>& pieces, double chordAngle) {
     std::vector<Vec2> pts = flatten(p, chordAngle);
     pts.push_back(p.b);
     GEOSCoordSequence* seq = GEOSCoordSeq_create_r(h, static_cast<unsigned>(pts.size()), 2);
-    for (unsigned i = 0; i < pts.size(); ++i) GEOSCoordSeq_setXY_r(h, seq, i, pts[i].x, pts[i].y);
+    // Ends snapped to a fine grid, so that ends computed apart (an arc's
+    // end, a line's end) meet as GEOS's exact noding needs.
+    auto snap = [](double v) { return std::round(v * 1e9) / 1e9; };
+    for (unsigned i = 0; i < pts.size(); ++i) {
+      bool end = i == 0 || i + 1 == pts.size();
+      GEOSCoordSeq_setXY_r(h, seq, i, end ? snap(pts[i].x) : pts[i].x, end ? snap(pts[i].y) : pts[i].y);
+    }
     lines.push_back(GEOSGeom_createLineString_r(h, seq));
   }
   GEOSGeometry* all = GEOSGeom_createCollection_r(h, GEOS_MULTILINESTRING, lines.data(),

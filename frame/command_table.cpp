@@ -32,7 +32,7 @@ constexpr std::array<CommandEntry, 53> kTable{{
     {"ZORL_PLReverse", "PLDD", "plineReverse", &commands::plineReverse},
     {"ZORL_PLDevide", "PLDF", "plineDevide", &commands::plineDevide},
     {"ZORL_plineDevideByDist", "PLDJDF", "plineDevideByDist", &commands::plineDevideByDist},
-    {"ZORL_HatchBound", "CHBJ", "restoreHatchBoundary"},
+    {"ZORL_HatchBound", "CHBJ", "restoreHatchBoundary", &commands::restoreHatchBoundary},
     {"ZORL_Text2PL", "txt2PL", "txt2pline"},
     {"ZORL_PLGXK", "PLGXK", "plBatchChangeW", &commands::plBatchChangeW},
     {"ZORL_PLCLOSE", "PLCLOSE", "plBatchClose", &commands::plBatchClose},

@@ -1,6 +1,8 @@
 // The arrangement's faces against GEOS's noding and polygonizing of the same
 // pieces (arcs flattened finely for GEOS): the number of faces, and at a
 // grid of probe points the area of the region found there, islands taken off.
+#include "standalone/kernel/arrangement.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -9,7 +11,6 @@
 #include <numbers>
 
 #include "geos_oracle.h"
-#include "standalone/kernel/arrangement.h"
 
 namespace contours_test {
 namespace {
@@ -106,7 +107,8 @@ TEST_P(Faces, AgreeWithGeos) {
   }
   double minX = 1e300, minY = 1e300, maxX = -1e300, maxY = -1e300;
   for (const BulgePiece& p : pieces)
-    for (Vec2 q : {p.a, p.b}) minX = std::min(minX, q.x), maxX = std::max(maxX, q.x), minY = std::min(minY, q.y), maxY = std::max(maxY, q.y);
+    for (Vec2 q : {p.a, p.b})
+      minX = std::min(minX, q.x), maxX = std::max(maxX, q.x), minY = std::min(minY, q.y), maxY = std::max(maxY, q.y);
   int found = 0;
   for (int i = 0; i < 40; ++i)
     for (int j = 0; j < 40; ++j) {

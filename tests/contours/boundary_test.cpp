@@ -1,6 +1,8 @@
 // BOUNDARY and -BOUNDARY run by scripts on the embedded host over a floor
 // plan of loose lines and arcs, the areas of what they make measured by
 // GEOS; hidden entities left out of boundaries, picks and selections.
+#include "standalone/hostcmds/boundary.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -11,7 +13,6 @@
 #include "standalone/db/database.h"
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"
-#include "standalone/hostcmds/boundary.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "tests/support/scripted_host.h"
 
@@ -105,7 +106,9 @@ TEST_F(Boundary, TracesEachRoomAtItsPointKeepingArcs) {
   EXPECT_NEAR(std::abs(areaOf(made[1])), 48, 1e-9);
   const auto& room = std::get<host::LwPolyline>(made[0].data);
   EXPECT_TRUE(room.closed);
-  EXPECT_EQ(std::count_if(room.vertices.begin(), room.vertices.end(), [](const host::LwVertex& v) { return v.bulge != 0; }), 1)
+  EXPECT_EQ(
+      std::count_if(room.vertices.begin(), room.vertices.end(), [](const host::LwVertex& v) { return v.bulge != 0; }),
+      1)
       << "the bay is one arc";
   EXPECT_EQ(made[0].props.layer, h_.host().drawing().currentLayer());
   EXPECT_EQ(command_->builds(), 1) << "both rooms from one arrangement";
@@ -119,7 +122,8 @@ TEST_F(Boundary, IslandsOutsideAndTheCache) {
   EXPECT_NE(t.find("BOUNDARY created 2 polylines"), std::string::npos) << t;
   std::vector<host::Entity> made = polylines();
   ASSERT_EQ(made.size(), 2u);
-  EXPECT_NEAR(std::abs(areaOf(made[0])) - std::abs(areaOf(made[1])), 80 + 2 * std::numbers::pi - 2.25 * std::numbers::pi, 1e-9);
+  EXPECT_NEAR(std::abs(areaOf(made[0])) - std::abs(areaOf(made[1])),
+              80 + 2 * std::numbers::pi - 2.25 * std::numbers::pi, 1e-9);
   // Outside every room: nothing made, the message instead.
   t = h_.run("-BOUNDARY\n30,30\n\n");
   EXPECT_NE(t.find("A closed boundary cannot be determined."), std::string::npos) << t;

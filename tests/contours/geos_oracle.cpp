@@ -45,8 +45,8 @@ GeosFaces::GeosFaces(const std::vector<BulgePiece>& pieces, double chordAngle) {
     }
     lines.push_back(GEOSGeom_createLineString_r(h, seq));
   }
-  GEOSGeometry* all = GEOSGeom_createCollection_r(h, GEOS_MULTILINESTRING, lines.data(),
-                                                   static_cast<unsigned>(lines.size()));
+  GEOSGeometry* all =
+      GEOSGeom_createCollection_r(h, GEOS_MULTILINESTRING, lines.data(), static_cast<unsigned>(lines.size()));
   GEOSGeometry* noded = GEOSUnaryUnion_r(h, all);
   GEOSGeom_destroy_r(h, all);
   if (!noded) throw std::runtime_error("GEOS could not node the pieces");

@@ -8,6 +8,7 @@
 #include "commands/commands.h"
 #include "commands/offset_array_commands.h"
 #include "formula/formula_command.h"
+#include "image/contour_commands.h"
 #include "image/hole_net_command.h"
 #include "image/vectorize_command.h"
 
@@ -54,7 +55,7 @@ constexpr std::array<CommandEntry, 53> kTable{{
     {"ZORL_linkLine00", "linkLine00", "linkLine00", &commands::linkLine00},
     {"ZORL_linkLine90", "linkLine90", "linkLine90", &commands::linkLine90},
     {"ZORL_linkLineAuto", "linkLineAuto", "linkLineAuto", &commands::linkLineAuto},
-    {"ZORL_INOFFSET", "INOFFSET", "makeInnerOffsets"},
+    {"ZORL_INOFFSET", "INOFFSET", "makeInnerOffsets", &image::makeInnerOffsets},
     {"ZORL_makeOutline", "makeOutline", "makeOutline"},
     {"ZORL_VECTORIZE", "R2V", "bitmapVectorize", &image::bitmapVectorize},
     {"ZORL_ImageHoleNet", "txwk", "imageHoleNet", &image::imageHoleNet},

@@ -11,6 +11,7 @@
 #include "standalone/editor/answer_source.h"
 #include "standalone/hostcmds/insert_block.h"
 #include "standalone/hostcmds/boundary.h"
+#include "standalone/hostcmds/pngout.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
 
@@ -45,6 +46,7 @@ void CommandSession::start() {
                        standalone::addInsertCommand(h.hostCommands());
                        standalone::addEditCommands(h.hostCommands());
                        standalone::addBoundaryCommands(h.hostCommands());
+                       standalone::addPngOutCommand(h.hostCommands());
                      });
 }
 
@@ -54,6 +56,7 @@ void CommandSession::startFrom(const std::filesystem::path& dxf) {
     standalone::addInsertCommand(h.hostCommands());
     standalone::addEditCommands(h.hostCommands());
     standalone::addBoundaryCommands(h.hostCommands());
+    standalone::addPngOutCommand(h.hostCommands());
   });
 }
 

@@ -1,0 +1,12 @@
+#pragma once
+// The contour commands: INOFFSET (makeInnerOffsets) finds the enclosed areas
+// of the selected entities on a picture of the view (the host's PNGOUT),
+// traces each with the host's BOUNDARY, offsets the boundaries inwards by
+// the batch offset routine and erases them again.
+#include "frame/command_context.h"
+
+namespace image {
+
+void makeInnerOffsets(frame::CommandContext& context);
+
+}  // namespace image

@@ -56,7 +56,7 @@ constexpr std::array<CommandEntry, 53> kTable{{
     {"ZORL_linkLine90", "linkLine90", "linkLine90", &commands::linkLine90},
     {"ZORL_linkLineAuto", "linkLineAuto", "linkLineAuto", &commands::linkLineAuto},
     {"ZORL_INOFFSET", "INOFFSET", "makeInnerOffsets", &image::makeInnerOffsets},
-    {"ZORL_makeOutline", "makeOutline", "makeOutline"},
+    {"ZORL_makeOutline", "makeOutline", "makeOutline", &image::makeOutline},
     {"ZORL_VECTORIZE", "R2V", "bitmapVectorize", &image::bitmapVectorize},
     {"ZORL_ImageHoleNet", "txwk", "imageHoleNet", &image::imageHoleNet},
     {"ZORL_ABOUT", "ABOUT_CORVANE", "aboutCorvane", &aboutCommand},

@@ -1,5 +1,6 @@
 #include "standalone/hostcmds/boundary.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <numbers>
@@ -21,15 +22,19 @@ using kernel::Vec2;
 
 Vec2 xy(const ge::Point3d& p) { return {p.x, p.y}; }
 
-// Chords of a free-form piece: enough that a chord strays from the curve by
-// well under a thousandth of the piece's size.
+// Chords of a free-form piece: 128 per turn of an ellipse, 32 per knot span
+// of a spline, so that a chord strays from the curve by well under a
+// thousandth of its size.
 void addChords(const kernel::Piece& piece, std::vector<BulgePiece>& out) {
   std::vector<double> breaks = kernel::pieceBreakpoints(piece);
-  constexpr int kPerSpan = 32;
+  int perSpan = 32;
+  if (std::holds_alternative<kernel::EllipsePiece>(piece.geometry))
+    perSpan = std::max(8, static_cast<int>(std::ceil((piece.p1 - piece.p0) / (2 * std::numbers::pi) * 128 /
+                                                      static_cast<double>(breaks.size() - 1))));
   ge::Point3d prev = kernel::piecePoint(piece, breaks.front());
   for (std::size_t s = 0; s + 1 < breaks.size(); ++s)
-    for (int k = 1; k <= kPerSpan; ++k) {
-      double u = breaks[s] + (breaks[s + 1] - breaks[s]) * k / kPerSpan;
+    for (int k = 1; k <= perSpan; ++k) {
+      double u = breaks[s] + (breaks[s + 1] - breaks[s]) * k / perSpan;
       ge::Point3d p = kernel::piecePoint(piece, u);
       out.push_back({xy(prev), xy(p), 0});
       prev = p;

@@ -10,10 +10,12 @@
 #include <numbers>
 
 #include "geos_oracle.h"
+#include "image/picture.h"
 #include "standalone/db/database.h"
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"
 #include "standalone/hostcmds/edit_commands.h"
+#include "standalone/hostcmds/pngout.h"
 #include "tests/support/scripted_host.h"
 
 namespace contours_test {
@@ -49,6 +51,7 @@ class Boundary : public ::testing::Test {
     h_.startHost(std::move(draft_), h_.root() / "corvane", [this](standalone::EmbeddedHost& h) {
       command_ = standalone::addBoundaryCommands(h.hostCommands());
       standalone::addEditCommands(h.hostCommands());
+      standalone::addPngOutCommand(h.hostCommands());
     });
   }
   std::vector<host::Entity> polylines() {
@@ -180,6 +183,33 @@ TEST_F(Boundary, HiddenEntities) {
                       "es=list(d.modelspace()); sys.exit(0 if len(es)==1 and es[0].dxf.invisible==1 else 1)\" " +
                       out.string();
   EXPECT_EQ(std::system(check.c_str()), 0) << "ezdxf sees one entity, invisible";
+}
+
+// PNGOUT draws the view at its pixel size and leaves hidden entities out.
+TEST_F(Boundary, PngOutDrawsTheViewWithoutHiddenEntities) {
+  wall({-5, 2}, {5, 2});  // drawn
+  host::ObjectId hiddenWall = wall({-5, -2}, {5, -2});
+  start();
+  auto& db = h_.host().drawing();
+  host::Entity e = *db.read(hiddenWall);
+  e.props.invisible = true;
+  db.write(e);
+  std::filesystem::path file = h_.root() / "view.png";
+  h_.run("ZOOM\nC\n0,0\n10\nPNGOUT\n" + file.string() + "\n\n");
+  image::LoadResult loaded = image::loadPicture(file.string());
+  const image::Picture* picture = std::get_if<image::Picture>(&loaded);
+  ASSERT_TRUE(picture);
+  EXPECT_EQ(picture->width, 1600);
+  EXPECT_EQ(picture->height, 1000);
+  // Rows through y = 2 (pixel row 300) and y = -2 (row 700): ink only on the first.
+  auto inkOnRow = [&](int row) {
+    int ink = 0;
+    for (int dy = -2; dy <= 2; ++dy)
+      for (int x = 0; x < picture->width; ++x) ink += picture->at(x, row + dy) != picture->at(0, 0);
+    return ink;
+  };
+  EXPECT_GT(inkOnRow(300), 500);
+  EXPECT_EQ(inkOnRow(700), 0);
 }
 
 }  // namespace

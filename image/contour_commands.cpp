@@ -224,9 +224,11 @@ void makeInnerOffsets(frame::CommandContext& context) {
     if (made == before || made.isNull() || chosen.count(made) || hidden.contains(made)) continue;
     boundaries.push_back(made);
   }
-  if (std::optional<std::pair<int, commands::Spacings>> offsets = askOffsets(host))
-    for (host::ObjectId id : boundaries)
-      commands::offsetCopies(host, id, commands::OffsetSide::kInner, offsets->first, offsets->second);
+  // No boundary: nothing to offset, and nothing is asked.
+  if (!boundaries.empty())
+    if (std::optional<std::pair<int, commands::Spacings>> offsets = askOffsets(host))
+      for (host::ObjectId id : boundaries)
+        commands::offsetCopies(host, id, commands::OffsetSide::kInner, offsets->first, offsets->second);
   if (!boundaries.empty()) {
     host::ResBufList erase{host::ResBuf::text("erase")};
     for (host::ObjectId id : boundaries) erase.push_back(host::ResBuf::entity(id));

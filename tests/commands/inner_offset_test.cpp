@@ -59,6 +59,29 @@ TEST_P(InnerOffsets, OneDistanceAndHiddenOthersShownAgain) {
   EXPECT_EQ(s.entitiesOf<host::LwPolyline>().size(), 23u);
 }
 
+// More than 100 selected entities ask before going on; 100 do not. A
+// single closed figure gives the outside and one area, so one boundary.
+TEST_P(InnerOffsets, AsksAbove100EntitiesAndTracesASingleFigure) {
+  s.add(host::Circle{{0, 0, 0}, 3});
+  for (int i = 0; i < 99; ++i) s.add(host::Line{{10.0 + i * 0.01, 5, 0}, {10.0 + i * 0.01, 5.005, 0}});
+  host::ObjectId extra = s.add(host::Line{{20, 5, 0}, {20, 5.005, 0}});
+  s.start();
+  const char* question = s.pick(
+      "\nMore objects selected, it may take a long time to calculate the inner contour. Are you sure to "
+      "continue[Y/N]（N）:",
+      "\n您选择了较多的物体，计算内轮廓可能需要较长时间，确认继续吗？[Y/N]（N）:");
+  std::string t = s.run("ZOOM\nC\n8,0\n30\nINOFFSET\nALL\n\n\n");
+  EXPECT_TRUE(s.says(t, question));
+  EXPECT_TRUE(s.entitiesOf<host::LwPolyline>().empty()) << "no is the default";
+  t = s.run("INOFFSET\nALL\nR\n" + pickOf(extra) + "\n\n1\n0.5\n");
+  EXPECT_EQ(countOf(t, question), 0u) << t;
+  std::vector<host::Entity> rings = s.entitiesOf<host::LwPolyline>();
+  ASSERT_EQ(rings.size(), 1u) << t;
+  double area = 0;
+  ASSERT_EQ(s.host().host().curves.getArea(rings[0].data, area), host::ErrorStatus::eOk);
+  EXPECT_NEAR(std::abs(area), std::numbers::pi * 2.5 * 2.5, 1e-9);
+}
+
 INSTANTIATE_TEST_SUITE_P(Languages, InnerOffsets, ::testing::Values(Language::kEnglish, Language::kChinese),
                          languageName);
 

@@ -2,7 +2,8 @@
 outline; every other entity is a closed shape of the cluster. The outline
 must enclose the union of the shapes and follow its outer edge (same area
 as the union with its holes filled, within a small distance).
-Usage: check_outline.py RESULT.dxf SHAPES"""
+Usage: check_outline.py RESULT.dxf SHAPES [DISTANCE [AREA]]: the largest
+distance allowed (0.01) and relative area difference (0.001)."""
 import sys
 
 import ezdxf
@@ -18,6 +19,8 @@ def polygon(entity):
 doc = ezdxf.readfile(sys.argv[1])
 entities = list(doc.modelspace())
 shapes = int(sys.argv[2])
+distance = float(sys.argv[3]) if len(sys.argv) > 3 else 0.01
+relative = float(sys.argv[4]) if len(sys.argv) > 4 else 1e-3
 errors = []
 if len(entities) != shapes + 1:
     errors.append("%d entities for %d shapes and one outline" % (len(entities), shapes))
@@ -27,7 +30,7 @@ else:
     got = polygon(entities[-1])
     if entities[-1].dxftype() != "LWPOLYLINE" or not entities[-1].closed:
         errors.append("the outline is no closed polyline")
-    if abs(got.area - want.area) > 1e-3 * want.area or got.hausdorff_distance(want) > 0.01:
+    if abs(got.area - want.area) > relative * want.area or got.hausdorff_distance(want) > distance:
         errors.append("outline area %.5f against %.5f, distance %.5f" % (got.area, want.area,
                                                                           got.hausdorff_distance(want)))
 print("\n".join(errors) if errors else "OK")

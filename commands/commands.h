@@ -55,4 +55,7 @@ void linkLine00(frame::CommandContext& context);    // linkLine00: horizontal en
 void linkLine90(frame::CommandContext& context);    // linkLine90: vertical end tangents
 void linkLineAuto(frame::CommandContext& context);  // linkLineAuto: tangents from the shapes, which keep it attached
 
+// Hatch boundaries.
+void restoreHatchBoundary(frame::CommandContext& context);  // CHBJ: boundaries of hatches as polylines
+
 }  // namespace commands

@@ -8,6 +8,7 @@
 #include "commands/commands.h"
 #include "commands/offset_array_commands.h"
 #include "formula/formula_command.h"
+#include "image/contour_commands.h"
 #include "image/hole_net_command.h"
 #include "image/vectorize_command.h"
 
@@ -32,7 +33,7 @@ constexpr std::array<CommandEntry, 53> kTable{{
     {"ZORL_PLReverse", "PLDD", "plineReverse", &commands::plineReverse},
     {"ZORL_PLDevide", "PLDF", "plineDevide", &commands::plineDevide},
     {"ZORL_plineDevideByDist", "PLDJDF", "plineDevideByDist", &commands::plineDevideByDist},
-    {"ZORL_HatchBound", "CHBJ", "restoreHatchBoundary"},
+    {"ZORL_HatchBound", "CHBJ", "restoreHatchBoundary", &commands::restoreHatchBoundary},
     {"ZORL_Text2PL", "txt2PL", "txt2pline", &commands::txt2pline},
     {"ZORL_PLGXK", "PLGXK", "plBatchChangeW", &commands::plBatchChangeW},
     {"ZORL_PLCLOSE", "PLCLOSE", "plBatchClose", &commands::plBatchClose},
@@ -54,8 +55,8 @@ constexpr std::array<CommandEntry, 53> kTable{{
     {"ZORL_linkLine00", "linkLine00", "linkLine00", &commands::linkLine00},
     {"ZORL_linkLine90", "linkLine90", "linkLine90", &commands::linkLine90},
     {"ZORL_linkLineAuto", "linkLineAuto", "linkLineAuto", &commands::linkLineAuto},
-    {"ZORL_INOFFSET", "INOFFSET", "makeInnerOffsets"},
-    {"ZORL_makeOutline", "makeOutline", "makeOutline"},
+    {"ZORL_INOFFSET", "INOFFSET", "makeInnerOffsets", &image::makeInnerOffsets},
+    {"ZORL_makeOutline", "makeOutline", "makeOutline", &image::makeOutline},
     {"ZORL_VECTORIZE", "R2V", "bitmapVectorize", &image::bitmapVectorize},
     {"ZORL_ImageHoleNet", "txwk", "imageHoleNet", &image::imageHoleNet},
     {"ZORL_ABOUT", "ABOUT_CORVANE", "aboutCorvane", &aboutCommand},

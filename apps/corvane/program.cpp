@@ -14,6 +14,8 @@
 #include "standalone/editor/errors.h"
 #include "standalone/editor/settings_file.h"
 #include "frame/module.h"
+#include "standalone/hostcmds/boundary.h"
+#include "standalone/hostcmds/pngout.h"
 #include "standalone/hostcmds/insert_block.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
@@ -42,6 +44,8 @@ class LoadedPlugin {
     standalone::addInsertCommand(h.hostCommands());
     standalone::addEditCommands(h.hostCommands());
     standalone::addMetafileCommands(h.hostCommands());
+    standalone::addBoundaryCommands(h.hostCommands());
+    standalone::addPngOutCommand(h.hostCommands());
     // A host loads only modules built against its own interface release.
     if (frame::acrxGetApiVersion() != h.hostCommands().releaseNumber())
       throw standalone::InputError("the plug-in was built for another host release");

@@ -242,6 +242,7 @@ std::optional<host::Entity> DrawingDatabase::read(ObjectId id) const {
 }
 
 ErrorStatus DrawingDatabase::write(const host::Entity& entity) {
+  ++changes_;
   ErrorStatus es = writeRecord(entity);
   if (es == ErrorStatus::eOk && modified_) modified_(entity.id);
   return es;
@@ -278,6 +279,7 @@ ErrorStatus DrawingDatabase::writeRecord(const host::Entity& entity) {
 }
 
 ErrorStatus DrawingDatabase::erase(ObjectId id) {
+  ++changes_;
   if (EntityRecord* e = liveEntity(id.value)) {
     e->erased = true;
     return ErrorStatus::eOk;
@@ -293,6 +295,7 @@ ErrorStatus DrawingDatabase::append(host::Entity& entity, ObjectId owner) {
   if (owner.isNull()) owner = currentSpace();
   if (!isBlockRecord(owner)) return ErrorStatus::eInvalidInput;
   if (std::holds_alternative<host::OtherEntity>(entity.data)) return ErrorStatus::eNotApplicable;
+  ++changes_;
   BlockDefinition* block = inEntitySection(owner.value) ? nullptr : blockOf(owner.value);
   if (!inEntitySection(owner.value) && !block) return ErrorStatus::eInvalidInput;
   entity.id = {newHandle()};

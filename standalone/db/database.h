@@ -54,6 +54,9 @@ class DrawingDatabase final : public host::Drawing {
   bool isLayerFrozenOrLocked(const std::string& layer) const;
   // The stored record without a copy; valid until the drawing is next changed.
   const host::Entity* peek(host::ObjectId id) const;
+  // Counts the entity writes, erasures and appends so far: while it stays the
+  // same, so do the entities (for caches built from them).
+  std::uint64_t changeCount() const { return changes_; }
   // The contents for the DXF writer.
   const DrawingContents& contents() const { return c_; }
   // A new, empty block definition with its base point (WCS); nothing when the
@@ -111,6 +114,7 @@ class DrawingDatabase final : public host::Drawing {
 
   DrawingContents c_;
   std::function<void(host::ObjectId)> modified_;
+  std::uint64_t changes_ = 0;
 };
 
 }  // namespace standalone

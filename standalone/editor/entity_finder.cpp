@@ -123,7 +123,7 @@ std::optional<host::ObjectId> EntityFinder::pickAt(const ge::Point3d& p, double 
   } onGeometry{std::nullopt, aperture}, onBox{std::nullopt, aperture};
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
     std::optional<host::Entity> e = drawing_.read(id);
-    if (!e) continue;
+    if (!e || e->props.invisible) continue;
     // The box test is cheap; the closest point on a free-form curve is not.
     double reach = onGeometry.id ? onGeometry.distance : aperture;
     ge::Extents3d ext;
@@ -153,7 +153,7 @@ std::vector<host::ObjectId> EntityFinder::inWindow(const ge::Point3d& a, const g
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
     std::optional<host::Entity> e = drawing_.read(id);
     ge::Extents3d ext;
-    if (!e || !boxOf(*e, ext)) continue;
+    if (!e || e->props.invisible || !boxOf(*e, ext)) continue;
     if (box.containsXY(ext) || (crossing && box.intersectsXY(ext) && crossesRectangle(*e, ext, box))) out.push_back(id);
   }
   return out;
@@ -161,11 +161,11 @@ std::vector<host::ObjectId> EntityFinder::inWindow(const ge::Point3d& a, const g
 
 std::vector<host::ObjectId> EntityFinder::all() const {
   std::vector<host::ObjectId> ids = drawing_.entitiesOf(drawing_.currentSpace());
-  if (!frozenOrLocked_) return ids;
   std::unordered_map<std::string, bool> skip;  // per layer, asked once
   std::erase_if(ids, [&](host::ObjectId id) {
     std::optional<host::Entity> e = drawing_.read(id);
-    if (!e) return true;
+    if (!e || e->props.invisible) return true;
+    if (!frozenOrLocked_) return false;
     auto [it, fresh] = skip.try_emplace(e->props.layer, false);
     if (fresh) it->second = frozenOrLocked_(e->props.layer);
     return it->second;

@@ -53,6 +53,9 @@ class EntityFinder {
     QueryScope blocks_;
   };
 
+  // Hidden (invisible) entities are neither picked nor selected by any query
+  // but wholeDrawing() and byHandle(), which name objects, not what is seen.
+
   // The entity of the current space nearest to p in the XY plane within
   // aperture drawing units; of equal distances the one drawn last wins, as
   // it lies on top. Entities met on their own geometry (curves, what block
@@ -69,7 +72,7 @@ class EntityFinder {
   // Entities of the current space that the fence (the open chain of the
   // points) passes through or touches, in drawing order.
   std::vector<host::ObjectId> alongFence(const std::vector<ge::Point3d>& fence) const;
-  // Every entity of the current space in drawing order, except those on frozen or locked layers.
+  // Every visible entity of the current space in drawing order, except those on frozen or locked layers.
   std::vector<host::ObjectId> all() const;
   // Every entity of model space and of the current space (the whole drawing for "X").
   std::vector<host::ObjectId> wholeDrawing() const;

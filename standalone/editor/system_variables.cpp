@@ -32,6 +32,10 @@ bool splineType(const ResBuf& v) {
   auto i = std::get<std::int16_t>(v.value);
   return i == 5 || i == 6;
 }
+bool gapTolerance(const ResBuf& v) {
+  double d = std::get<double>(v.value);
+  return d >= 0 && d <= 5000;
+}
 bool nonZero(const ResBuf& v) { return std::get<std::int16_t>(v.value) != 0; }
 bool layerName(const ResBuf& v) { return !std::get<std::string>(v.value).empty(); }
 bool colorName(const ResBuf& v) { return colorIndexFromText(std::get<std::string>(v.value)).has_value(); }
@@ -62,6 +66,8 @@ SystemVariableTable::SystemVariableTable(DrawingHeader& header, host::SettingsSt
       {"CLAYER", RTSTR, Home::kHeader, 8, ResBuf::text("0"), layerName},
       {"CMDECHO", RTSHORT, Home::kSession, 0, shortValue(1), zeroOrOne},
       {"FILEDIA", RTSHORT, Home::kRegistry, 0, shortValue(1), zeroOrOne},
+      {"HPBOUND", RTSHORT, Home::kSession, 0, shortValue(1), zeroOrOne},
+      {"HPGAPTOL", RTREAL, Home::kSession, 0, ResBuf::real(0.0), gapTolerance},
       {"MENUBAR", RTSHORT, Home::kRegistry, 0, shortValue(0), zeroOrOne},
       {"MIRRTEXT", RTSHORT, Home::kHeader, 70, shortValue(0), zeroOrOne},
       {"PDMODE", RTSHORT, Home::kHeader, 70, shortValue(0), pointMode},

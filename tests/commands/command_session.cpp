@@ -10,6 +10,8 @@
 #include "standalone/db/dxf_writer.h"
 #include "standalone/editor/answer_source.h"
 #include "standalone/hostcmds/insert_block.h"
+#include "standalone/hostcmds/boundary.h"
+#include "standalone/hostcmds/pngout.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
 #include "standalone/metafile/wmf_commands.h"
@@ -45,6 +47,8 @@ void CommandSession::start() {
                        standalone::addInsertCommand(h.hostCommands());
                        standalone::addEditCommands(h.hostCommands());
                        standalone::addMetafileCommands(h.hostCommands());
+                       standalone::addBoundaryCommands(h.hostCommands());
+                       standalone::addPngOutCommand(h.hostCommands());
                      });
 }
 
@@ -54,6 +58,8 @@ void CommandSession::startFrom(const std::filesystem::path& dxf) {
     standalone::addInsertCommand(h.hostCommands());
     standalone::addEditCommands(h.hostCommands());
     standalone::addMetafileCommands(h.hostCommands());
+    standalone::addBoundaryCommands(h.hostCommands());
+    standalone::addPngOutCommand(h.hostCommands());
   });
 }
 

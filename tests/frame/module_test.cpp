@@ -94,14 +94,16 @@ TEST(MenuBar, StaysAloneUpToRelease17) {
 TEST_P(ModuleTest, CommandsRunThroughThePrologue) {
   module.acrxEntryPoint(AppMsg::kInitAppMsg);
   fake.editor.transcript.clear();
-  ASSERT_TRUE(fake.commandStack.run("CHBJ"));
+  ASSERT_TRUE(fake.commandStack.run("ZORL_DEMO1"));
   ASSERT_TRUE(fake.commandStack.run("ZORL_DEMO3"));
   EXPECT_EQ(stored("cmdtimes"), 2u);
-  std::string notAvailable = chinese() ? "\n命令 CHBJ 在此版本中尚不可用。\n"
-                                       : "\nThe command CHBJ is not available in this build yet.\n";
+  std::string notAvailable;
+  for (int page : {1, 3}) {
+    std::string absent = frame::localDemoPage(settings, fake.platform, page);
+    notAvailable += chinese() ? "\n演示页面 " + absent + " 未安装。\n"
+                              : "\nThe demonstration page " + absent + " is not installed.\n";
+  }
   std::string missing = frame::localDemoPage(settings, fake.platform, 3);
-  notAvailable += chinese() ? "\n演示页面 " + missing + " 未安装。\n"
-                            : "\nThe demonstration page " + missing + " is not installed.\n";
   EXPECT_EQ(fake.editor.transcript, notAvailable);
   EXPECT_TRUE(fake.platform.opened.empty());
   fake.platform.files.insert(missing);

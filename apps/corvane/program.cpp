@@ -48,6 +48,8 @@ class LoadedPlugin {
     module_->acrxEntryPoint(frame::AppMsg::kLoadDwgMsg);
     // What the plug-in queued at load runs before the first command.
     h.hostCommands().runQueuedExpressions();
+    // The loading's commands are not the user's to undo.
+    h.undoHistory().forget();
   }
   ~LoadedPlugin() {
     module_->acrxEntryPoint(frame::AppMsg::kUnloadAppMsg);

@@ -18,6 +18,7 @@
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
 #include "standalone/render/render.h"
+#include "terminal_input.h"
 
 namespace corvane_app {
 
@@ -112,15 +113,21 @@ int runDrawing(const RunRequest& request, std::ostream& out, std::ostream& err) 
   }
   // Read the answers first: a missing or unreadable script changes nothing.
   std::optional<standalone::ScriptReader> reader;
+  // A user at a terminal edits the answers and has their history; scripts and pipes are read as they are.
+  std::optional<TerminalInput> terminal;
+  bool atTerminal = ::isatty(STDIN_FILENO) && ::isatty(STDOUT_FILENO);
   if (request.script) {
     reader = standalone::ScriptReader::fromText(*request.script, readWholeFile(*request.script));
   } else if (request.commandText) {
     reader = standalone::ScriptReader::fromText("-c", *request.commandText + "\n");
+  } else if (atTerminal) {
+    reader.emplace("stdin", [&terminal] { return terminal->nextLine(); }, false);
   } else {
     reader = standalone::ScriptReader::fromStream("stdin", std::cin, !::isatty(STDIN_FILENO));
   }
   standalone::DrawingDatabase drawing = standalone::loadDxf(request.drawing);
   standalone::EmbeddedHost h(std::move(drawing), out, hostOptions(standalone::defaultSettingsPath(), request.openPages));
+  if (atTerminal) terminal.emplace(h.transcript());
   standalone::SessionResult result;
   {
     LoadedPlugin plugin(h);

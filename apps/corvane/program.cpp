@@ -17,6 +17,7 @@
 #include "standalone/hostcmds/insert_block.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
+#include "standalone/render/plot.h"
 #include "standalone/render/render.h"
 #include "terminal_input.h"
 
@@ -102,6 +103,16 @@ void writePictures(const RunRequest& request, standalone::EmbeddedHost& h) {
   }
   if (request.svg) standalone::renderDrawingToSvg(h.drawing(), *request.svg, options);
   if (request.png) standalone::renderDrawingToPng(h.drawing(), *request.png, options);
+  if (request.pdf) {
+    standalone::PlotSettings plot;
+    if (request.paper) plot.paper = *standalone::paperSizeByName(*request.paper);  // checked when parsed
+    if (request.scale) plot.scale = *standalone::parsePlotScale(*request.scale);
+    plot.landscape = request.landscape;
+    if (request.plotView) plot.window = standalone::PlotWindow{h.view().center, h.view().width(), h.view().height};
+    plot.pointMode = options.pointMode;
+    plot.pointSize = options.pointSize;
+    standalone::plotDrawingToPdf(h.drawing(), *request.pdf, plot);
+  }
 }
 
 }  // namespace
@@ -143,7 +154,7 @@ int runDrawing(const RunRequest& request, std::ostream& out, std::ostream& err) 
     if (target.has_parent_path()) fs::create_directories(target.parent_path());
     standalone::saveDxf(h.drawing(), target);
   }
-  for (const auto& picture : {request.svg, request.png})
+  for (const auto& picture : {request.svg, request.png, request.pdf})
     if (picture && fs::path(*picture).has_parent_path()) fs::create_directories(fs::path(*picture).parent_path());
   writePictures(request, h);
   return 0;

@@ -1,4 +1,5 @@
 // Recording the state a change replaces, and putting it back (undo and redo).
+#include <algorithm>
 #include <utility>
 
 #include "standalone/db/database.h"
@@ -7,17 +8,43 @@ namespace standalone {
 
 namespace {
 
-// The drawing's contents without the entity and record lists, which are
-// swapped out and back so that only the rest is copied.
+// The drawing's contents without the entity and record lists and the index,
+// which are swapped out and back so that only the rest is copied.
 DrawingContents frameOf(DrawingContents& c) {
   std::deque<EntityRecord> entities;
   std::deque<TagRecord> records;
+  std::unordered_map<std::uint64_t, Slot> index;
   entities.swap(c.entities);
   records.swap(c.records);
+  index.swap(c.index);
   DrawingContents frame = c;
   c.entities.swap(entities);
   c.records.swap(records);
+  c.index.swap(index);
   return frame;
+}
+
+// Keeps only the length of a handle list that is a prefix of the list now.
+void keepPrefix(std::vector<std::uint64_t>& before, const std::vector<std::uint64_t>& now,
+                std::optional<std::size_t>& length) {
+  if (before.size() > now.size() || !std::equal(before.begin(), before.end(), now.begin())) return;
+  length = before.size();
+  before = {};
+}
+
+void trim(DrawingChange& change, const DrawingContents& now) {
+  keepPrefix(change.frame.entitySection, now.entitySection, change.entitySectionLength);
+  keepPrefix(change.frame.objects, now.objects, change.objectsLength);
+}
+
+// The index of a drawing's lists, as loading builds it (handles are unique by then).
+void rebuildIndex(DrawingContents& c) {
+  c.index.clear();
+  c.index.reserve(c.entities.size() + c.records.size());
+  for (std::size_t i = 0; i < c.records.size(); ++i)
+    if (c.records[i].handle != 0) c.index.emplace(c.records[i].handle, Slot{Slot::Kind::kRecord, i});
+  for (std::size_t i = 0; i < c.entities.size(); ++i)
+    c.index.emplace(c.entities[i].entity.id.value, Slot{Slot::Kind::kEntity, i});
 }
 
 // Makes `list` what `before` and `count` describe: the tail beyond count
@@ -69,6 +96,7 @@ void DrawingDatabase::startRecording() { recording_.emplace(); }
 DrawingChange DrawingDatabase::takeRecording() {
   DrawingChange out = recording_ ? std::move(*recording_) : DrawingChange{};
   recording_.reset();
+  if (out.recorded) trim(out, c_);
   return out;
 }
 
@@ -87,11 +115,20 @@ DrawingChange DrawingDatabase::restore(DrawingChange change) {
   frame.records.swap(c_.records);
   std::swap(frame, c_);
   forward.frame = std::move(frame);
+  c_.index.swap(forward.frame.index);
   c_.classes = forward.frame.classes;
   c_.classInstancesAtLoad = forward.frame.classInstancesAtLoad;
+  const auto& liveSection = forward.frame.entitySection;
+  if (change.entitySectionLength)
+    c_.entitySection.assign(liveSection.begin(), liveSection.begin() + static_cast<std::ptrdiff_t>(*change.entitySectionLength));
+  const auto& liveObjects = forward.frame.objects;
+  if (change.objectsLength)
+    c_.objects.assign(liveObjects.begin(), liveObjects.begin() + static_cast<std::ptrdiff_t>(*change.objectsLength));
 
   putBack(c_.entities, change.entityCount, change.entities);
   putBack(c_.records, change.recordCount, change.records);
+  rebuildIndex(c_);
+  trim(forward, c_);
 
   // Observers hear of every entity brought back, as of any modification.
   if (modified_) {

@@ -22,6 +22,9 @@ class UndoHistory {
 
   // Around every command; nested calls (a command running another) join
   // the outer one. The label is what U reports when it undoes the step.
+  // Changes made outside such a bracket are not recorded (a grip edit in a
+  // program should bracket itself), and an undo of an earlier step may drop
+  // them.
   void beginCommand(const std::string& label);
   void endCommand();
 

@@ -6,11 +6,16 @@ namespace standalone {
 
 namespace {
 
-// The undone steps' names on one line, then why it stopped short.
-void report(CommandLine& ed, const UndoHistory::Undone& undone) {
+// The steps' names on one line.
+void printLabels(CommandLine& ed, const std::vector<std::string>& labels) {
   std::string line;
-  for (const std::string& label : undone.labels) line += (line.empty() ? "" : " ") + label;
+  for (const std::string& label : labels) line += (line.empty() ? "" : " ") + label;
   if (!line.empty()) ed.print(line + "\n");
+}
+
+// The undone steps' names, then why it stopped short.
+void report(CommandLine& ed, const UndoHistory::Undone& undone) {
+  printLabels(ed, undone.labels);
   if (undone.stop == UndoHistory::Stop::kMark) ed.print("Mark encountered\n");
   if (undone.stop == UndoHistory::Stop::kEverything) ed.print("Everything has been undone\n");
 }
@@ -49,9 +54,7 @@ void addUndoCommands(HostCommandRunner& runner, UndoHistory& history) {
   runner.addHostCommand("REDO", [&history](HostCommandContext& c) {
     std::vector<std::string> labels = history.redo();
     if (labels.empty()) return c.editor.print("Nothing to redo.\n");
-    std::string line;
-    for (const std::string& label : labels) line += (line.empty() ? "" : " ") + label;
-    c.editor.print(line + "\n");
+    printLabels(c.editor, labels);
   });
 }
 

@@ -119,7 +119,9 @@ void plotDrawingToPdf(const host::Drawing& drawing, const std::filesystem::path&
     clip = {left, top, std::max(0.0, right - left), std::max(0.0, bottom - top)};
   }
   auto canvas = openPdfCanvas(file, page.width, page.height);
-  canvas->clipToPage(clip);
+  // Fitted extents lie inside the margins already; a clip would make cairo
+  // repeat it, with the whole graphics state, before every stroke.
+  if (s.window || s.scale) canvas->clipToPage(clip);
   canvas->setView(view);
   paintScene(scene, *canvas, {view.scale, view.viewHeight(page)});
   canvas->finish();

@@ -62,6 +62,7 @@ void CMainDlgDlg::onInitDialog() {
     groups_[k].sliderPos = lastSliderPos_[k] = values_[k] = low;
     groups_[k].editText = asEditText(low);
   }
+  settled_ = {};
   drawUcs_ = settings_.readInt(kSettingDrawUcs) != 0;
   curveKindIndex_ = settings_.readInt(kSettingCurveIsPline) != 0 ? 1 : 0;
   std::uint32_t stored = settings_.readInt(kSettingListIndex);
@@ -78,16 +79,28 @@ void CMainDlgDlg::onSelectionChange(int index) {
     const FormulaParamDef& param = row.params[k];
     ParamGroupView& view = groups_[k];
     view.visible = param.shown();
-    if (!view.visible) continue;  // the hidden slot keeps its value
+    if (!view.visible) {
+      // A hidden slot keeps the value it was drawn with or given; until then
+      // it holds the listed default of the row shown (when the row lists one),
+      // so that the first curve of a session comes out as listed.
+      bool listed = param.minValue != 0 || param.maxValue != 0;
+      if (!settled_[k] && listed) values_[k] = param.defaultValue;
+      continue;
+    }
     view.caption = param.caption;
     view.rangeMin = param.minValue;
     view.rangeMax = param.maxValue;
-    onEditChange(k, asEditText(param.defaultValue));
+    showValue(k, asEditText(param.defaultValue));
   }
 }
 
 void CMainDlgDlg::onEditChange(int slot, std::string_view text) {
   assert(slot >= 0 && slot < kParamCount);
+  settled_[slot] = true;
+  showValue(slot, text);
+}
+
+void CMainDlgDlg::showValue(int slot, std::string_view text) {
   ParamGroupView& view = groups_[slot];
   int value = parseEditInteger(text);
   int clamped = frame::clampToRange(value, view.rangeMin, view.rangeMax);
@@ -103,6 +116,7 @@ void CMainDlgDlg::onSliderMoved(int slot, int position) {
   position = frame::clampToRange(position, view.rangeMin, view.rangeMax);  // a slider cannot leave its range
   view.sliderPos = position;
   values_[slot] = position;
+  settled_[slot] = true;
   if (position != lastSliderPos_[slot]) {
     lastSliderPos_[slot] = position;
     view.editText = asEditText(position);
@@ -154,7 +168,10 @@ std::array<std::string_view, 6> CMainDlgDlg::controlCaptions() const {
 
 void CMainDlgDlg::applyCurveKind() const { geom::setCurveKindIsSpline(curveKindIndex_ <= 0); }
 
-void CMainDlgDlg::draw() { drawFormulaCurve(host_, selected_, origin_, values_, drawnIds_); }
+void CMainDlgDlg::draw() {
+  drawFormulaCurve(host_, selected_, origin_, values_, drawnIds_);
+  settled_.fill(true);
+}
 
 bool CMainDlgDlg::pickOrigin() {
   ge::Point3d picked;

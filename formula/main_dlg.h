@@ -48,7 +48,9 @@ class CMainDlgDlg {
   void onSelectionChange(int index);
   // The edit of slot (0..3) now reads text: parsed as an integer, clamped to
   // the slot's range (the clamped value written back when it was outside),
-  // stored, and the slider moved to it.
+  // stored, and the slider moved to it. A slot the user set (or a curve was
+  // drawn with) keeps its value while later rows hide it; one not set yet
+  // takes the hidden default of each row shown.
   void onEditChange(int slot, std::string_view text);
   // The slider of slot moved to position: stored, shown in the edit, and the
   // curve redrawn at once when it has been drawn at a picked origin.
@@ -89,6 +91,8 @@ class CMainDlgDlg {
 
  private:
   void applyCurveKind() const;
+  // Puts a value into a slot's edit, slider and value as onEditChange does.
+  void showValue(int slot, std::string_view text);
   void draw();
   // Asks for the origin; true when a point was given (it is then stored).
   bool pickOrigin();
@@ -101,6 +105,7 @@ class CMainDlgDlg {
   std::array<ParamGroupView, kParamCount> groups_{};
   std::array<int, kParamCount> values_{};
   std::array<int, kParamCount> lastSliderPos_{};
+  std::array<bool, kParamCount> settled_{};  // set by the user or drawn with in this session
   int curveKindIndex_ = 0;
   bool drawUcs_ = false;
   bool drawn_ = false;

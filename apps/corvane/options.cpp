@@ -1,10 +1,15 @@
 #include "options.h"
 
+#include "standalone/render/plot.h"
+
 namespace corvane_app {
 
 std::string usageText() {
   return "Usage:\n"
          "  corvane DRAWING.dxf [-s SCRIPT | -c TEXT] [-o OUT.dxf] [--svg FILE] [--png FILE] [--no-pages]\n"
+         "                  [--pdf FILE [--paper A4|A3|...|Letter|WxH] [--landscape] [--scale 1:N|N:1|fit]\n"
+         "                   [--plot-view]]   plot to PDF: paper (mm), scale paper mm : drawing units\n"
+         "                                    (default A4 portrait, fitted), the extents or the last view\n"
          "  corvane batch -s SCRIPT -o FOLDER [-j N] DRAWING.dxf|FOLDER...\n"
          "                                   run SCRIPT over many drawings, N at once (default: one per core)\n"
          "  corvane commands                 list the registered commands (global name, local name)\n"
@@ -92,6 +97,11 @@ Request parseArguments(const std::vector<std::string>& args) {
     else if (a == "-o") value(run.output);
     else if (a == "--svg") value(run.svg);
     else if (a == "--png") value(run.png);
+    else if (a == "--pdf") value(run.pdf);
+    else if (a == "--paper") value(run.paper);
+    else if (a == "--scale") value(run.scale);
+    else if (a == "--landscape") run.landscape = true;
+    else if (a == "--plot-view") run.plotView = true;
     else if (a == "--no-pages") run.openPages = false;
     else if (a == "--help" || a == "-h") return HelpRequest{};
     else if (a.starts_with("-") && a != "-") throw UsageError("unknown option " + a);
@@ -100,6 +110,12 @@ Request parseArguments(const std::vector<std::string>& args) {
   }
   if (run.drawing.empty()) throw UsageError("no drawing given");
   if (run.script && run.commandText) throw UsageError("-s and -c cannot be used together");
+  if (!run.pdf && (run.paper || run.scale || run.landscape || run.plotView))
+    throw UsageError("--paper, --scale, --landscape and --plot-view go with --pdf");
+  if (run.paper && !standalone::paperSizeByName(*run.paper))
+    throw UsageError("unknown paper " + *run.paper + " (A0 to A5, B4, B5, Letter, Legal, Tabloid or WIDTHxHEIGHT in mm)");
+  if (run.scale && !standalone::parsePlotScale(*run.scale))
+    throw UsageError("bad scale " + *run.scale + " (1:100, 2:1, a positive factor or fit)");
   return run;
 }
 

@@ -31,6 +31,11 @@ struct RunRequest {
   std::optional<std::string> output;       // -o
   std::optional<std::string> svg;
   std::optional<std::string> png;
+  std::optional<std::string> pdf;
+  std::optional<std::string> paper;  // --paper: a name or WIDTHxHEIGHT in mm (checked when parsed)
+  std::optional<std::string> scale;  // --scale: 1:100, 2:1, a factor or fit (checked when parsed)
+  bool landscape = false;
+  bool plotView = false;  // --plot-view: the view the run ends in, not the extents
   bool openPages = true;  // --no-pages: nothing is handed to the desktop's opener
 };
 

@@ -20,7 +20,9 @@
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/polyline_edit.h"
 #include "standalone/metafile/wmf_commands.h"
+#include "standalone/render/plot.h"
 #include "standalone/render/render.h"
+#include "terminal_input.h"
 
 namespace corvane_app {
 
@@ -54,6 +56,8 @@ class LoadedPlugin {
     module_->acrxEntryPoint(frame::AppMsg::kLoadDwgMsg);
     // What the plug-in queued at load runs before the first command.
     h.hostCommands().runQueuedExpressions();
+    // The loading's commands are not the user's to undo.
+    h.undoHistory().forget();
   }
   ~LoadedPlugin() {
     module_->acrxEntryPoint(frame::AppMsg::kUnloadAppMsg);
@@ -105,6 +109,16 @@ void writePictures(const RunRequest& request, standalone::EmbeddedHost& h) {
   }
   if (request.svg) standalone::renderDrawingToSvg(h.drawing(), *request.svg, options);
   if (request.png) standalone::renderDrawingToPng(h.drawing(), *request.png, options);
+  if (request.pdf) {
+    standalone::PlotSettings plot;
+    if (request.paper) plot.paper = *standalone::paperSizeByName(*request.paper);  // checked when parsed
+    if (request.scale) plot.scale = *standalone::parsePlotScale(*request.scale);
+    plot.landscape = request.landscape;
+    if (request.plotView) plot.window = standalone::PlotWindow{h.view().center, h.view().width(), h.view().height};
+    plot.pointMode = options.pointMode;
+    plot.pointSize = options.pointSize;
+    standalone::plotDrawingToPdf(h.drawing(), *request.pdf, plot);
+  }
 }
 
 }  // namespace
@@ -116,15 +130,21 @@ int runDrawing(const RunRequest& request, std::ostream& out, std::ostream& err) 
   }
   // Read the answers first: a missing or unreadable script changes nothing.
   std::optional<standalone::ScriptReader> reader;
+  // A user at a terminal edits the answers and has their history; scripts and pipes are read as they are.
+  std::optional<TerminalInput> terminal;
+  bool atTerminal = ::isatty(STDIN_FILENO) && ::isatty(STDOUT_FILENO);
   if (request.script) {
     reader = standalone::ScriptReader::fromText(*request.script, readWholeFile(*request.script));
   } else if (request.commandText) {
     reader = standalone::ScriptReader::fromText("-c", *request.commandText + "\n");
+  } else if (atTerminal) {
+    reader.emplace("stdin", [&terminal] { return terminal->nextLine(); }, false);
   } else {
     reader = standalone::ScriptReader::fromStream("stdin", std::cin, !::isatty(STDIN_FILENO));
   }
   standalone::DrawingDatabase drawing = standalone::loadDxf(request.drawing);
   standalone::EmbeddedHost h(std::move(drawing), out, hostOptions(standalone::defaultSettingsPath(), request.openPages));
+  if (atTerminal) terminal.emplace(h.transcript());
   standalone::SessionResult result;
   {
     LoadedPlugin plugin(h);
@@ -140,7 +160,7 @@ int runDrawing(const RunRequest& request, std::ostream& out, std::ostream& err) 
     if (target.has_parent_path()) fs::create_directories(target.parent_path());
     standalone::saveDxf(h.drawing(), target);
   }
-  for (const auto& picture : {request.svg, request.png})
+  for (const auto& picture : {request.svg, request.png, request.pdf})
     if (picture && fs::path(*picture).has_parent_path()) fs::create_directories(fs::path(*picture).parent_path());
   writePictures(request, h);
   return 0;

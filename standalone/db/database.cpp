@@ -104,7 +104,9 @@ DrawingDatabase DrawingDatabase::createEmpty(std::string version) {
 // ---- look-ups ----
 
 EntityRecord* DrawingDatabase::liveEntity(std::uint64_t handle) {
-  return const_cast<EntityRecord*>(std::as_const(*this).liveEntity(handle));
+  auto* e = const_cast<EntityRecord*>(std::as_const(*this).liveEntity(handle));
+  if (e) touchEntity(c_.index.at(handle).index);
+  return e;
 }
 
 const EntityRecord* DrawingDatabase::liveEntity(std::uint64_t handle) const {
@@ -115,7 +117,9 @@ const EntityRecord* DrawingDatabase::liveEntity(std::uint64_t handle) const {
 }
 
 TagRecord* DrawingDatabase::liveRecord(std::uint64_t handle) {
-  return const_cast<TagRecord*>(std::as_const(*this).liveRecord(handle));
+  auto* r = const_cast<TagRecord*>(std::as_const(*this).liveRecord(handle));
+  if (r) touchRecord(c_.index.at(handle).index);
+  return r;
 }
 
 const TagRecord* DrawingDatabase::liveRecord(std::uint64_t handle) const {
@@ -254,6 +258,7 @@ ErrorStatus DrawingDatabase::writeRecord(const host::Entity& entity) {
   if (it == c_.index.end() || it->second.kind != Slot::Kind::kEntity) return ErrorStatus::eInvalidInput;
   EntityRecord& e = c_.entities[it->second.index];
   if (e.erased) return ErrorStatus::eWasErased;
+  touchEntity(it->second.index);
   bool wasOther = std::holds_alternative<host::OtherEntity>(e.entity.data);
   if (wasOther) {
     if (!std::holds_alternative<host::OtherEntity>(entity.data)) return ErrorStatus::eNotApplicable;

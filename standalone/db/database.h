@@ -10,6 +10,7 @@
 
 #include "ge/point.h"
 #include "host/drawing.h"
+#include "standalone/db/drawing_change.h"
 #include "standalone/db/records.h"
 
 namespace standalone {
@@ -63,12 +64,24 @@ class DrawingDatabase final : public host::Drawing {
   // name is empty or a block of that name exists. Entities go in by append().
   std::optional<host::ObjectId> addBlock(const std::string& name, const ge::Point3d& basePoint);
   // Reserves a fresh handle (for records created outside the entity API).
-  std::uint64_t newHandle() { return c_.nextHandle++; }
+  std::uint64_t newHandle() {
+    touchFrame();
+    return c_.nextHandle++;
+  }
   // Called after every entity written back (the host's `modified` notification).
   void setModifiedObserver(std::function<void(host::ObjectId)> observer) { modified_ = std::move(observer); }
   // Lists a class of objects made here in the CLASSES section (R2000 and
   // later) unless the drawing lists it already.
   void declareClass(const std::string& dxfName, const std::string& cppName, const std::string& appName);
+
+  // Undo support. From startRecording() on, the drawing keeps the state
+  // before every change; takeRecording() stops and hands it over (empty when
+  // nothing changed). restore() puts a recorded state back, tells the
+  // modified observer of every entity it brought back, and returns the change
+  // that goes forward again. Declared classes stay declared.
+  void startRecording();
+  DrawingChange takeRecording();
+  DrawingChange restore(DrawingChange change);
 
   // host::Drawing
   std::optional<host::Entity> read(host::ObjectId id) const override;
@@ -111,10 +124,15 @@ class DrawingDatabase final : public host::Drawing {
   const HeaderVariable* findHeader(std::string_view name) const;
 
   host::ErrorStatus writeRecord(const host::Entity& entity);
+  // Before a change while recording: keep the state it replaces.
+  void touchFrame();
+  void touchEntity(std::size_t index);
+  void touchRecord(std::size_t index);
 
   DrawingContents c_;
   std::function<void(host::ObjectId)> modified_;
   std::uint64_t changes_ = 0;
+  std::optional<DrawingChange> recording_;
 };
 
 }  // namespace standalone

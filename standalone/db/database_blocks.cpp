@@ -9,6 +9,7 @@ namespace standalone {
 
 std::optional<host::ObjectId> DrawingDatabase::addBlock(const std::string& name, const ge::Point3d& basePoint) {
   if (name.empty() || findBlock(name)) return std::nullopt;
+  touchFrame();
   const bool markers = hasSubclassMarkers(c_.version);
   const std::string fileName = encodeText(name, c_.encoding());
   std::uint64_t id = 0;

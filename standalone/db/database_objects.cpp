@@ -39,6 +39,7 @@ std::optional<host::ResBufList> DrawingDatabase::headerVariable(std::string_view
 }
 
 void DrawingDatabase::setHeaderVariable(std::string_view name, host::ResBufList values) {
+  touchFrame();
   TagList tags;
   for (const auto& rb : values) appendTags(tags, rb, c_.encoding());
   if (HeaderVariable* h = findHeader(name)) {
@@ -67,7 +68,11 @@ std::optional<ActiveView> DrawingDatabase::activeView() const {
 }
 
 void DrawingDatabase::setActiveView(const ActiveView& view) {
+  touchFrame();
   const TagRecord* found = findTableEntry("VPORT", "*ACTIVE");
+  if (found) touchRecord(static_cast<std::size_t>(std::find_if(c_.records.begin(), c_.records.end(),
+                                                                 [&](const TagRecord& r) { return &r == found; }) -
+                                                    c_.records.begin()));
   if (!found) {
     SymbolTable* table = findTable("VPORT");
     if (!table) {

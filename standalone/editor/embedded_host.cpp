@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "standalone/editor/undo_commands.h"
+
 namespace standalone {
 
 std::optional<host::ResBuf> EmbeddedHost::Header::get(std::string_view dxfName) const {
@@ -66,6 +68,10 @@ EmbeddedHost::EmbeddedHost(DrawingDatabase drawing, std::ostream& out, EmbeddedH
   // The plug-in asks the curve services for the extents of block references too.
   kernel_.setBlockContents(host::blockContentsOf(drawing_));
   addBasicHostCommands(runner_);
+  // Every command is one undo step.
+  runner_.setCommandBracket([this](const std::string& label) { undo_.beginCommand(label); },
+                            [this] { undo_.endCommand(); });
+  addUndoCommands(runner_, undo_);
 }
 
 void EmbeddedHost::showNote(const std::string& note) {

@@ -19,6 +19,7 @@
 #include "standalone/editor/system_variables.h"
 #include "standalone/editor/class_registry.h"
 #include "standalone/editor/transcript.h"
+#include "standalone/editor/undo_history.h"
 #include "standalone/kernel/curve_kernel.h"
 
 namespace standalone {
@@ -49,6 +50,8 @@ class EmbeddedHost {
   SettingsFile& settings() { return settings_; }
   MenuSet& menus() { return menus_; }
   View& view() { return view_; }
+  // Undo and redo of whole commands (U, UNDO and REDO use it too).
+  UndoHistory& undoHistory() { return undo_; }
 
   // Runs the commands the source gives until it ends (see runSession).
   SessionResult run(AnswerSource& source);
@@ -86,6 +89,7 @@ class EmbeddedHost {
   DemandLoadFile demandLoad_;
   DesktopPlatform platform_;
   ClassRegistry classes_;
+  UndoHistory undo_{drawing_};
   host::Host host_;
 };
 

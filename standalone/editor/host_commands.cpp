@@ -105,9 +105,22 @@ bool HostCommandRunner::runTyped(std::string_view typed) {
     (name.front() == '_' ? global : builtIn) = true;
     name.remove_prefix(1);
   }
+  // Brackets one command for the undo history, also when it throws.
+  struct Bracket {
+    const HostCommandRunner& runner;
+    Bracket(const HostCommandRunner& r, const std::string& label) : runner(r) {
+      if (runner.begin_) runner.begin_(label);
+    }
+    ~Bracket() {
+      if (runner.end_) runner.end_();
+    }
+    Bracket(const Bracket&) = delete;
+    Bracket& operator=(const Bracket&) = delete;
+  };
   if (!builtIn && !name.empty()) {
     if (const CommandEntry* entry = registry_.find(name, global)) {
       host::CommandHandler handler = entry->handler;  // the table may change while it runs
+      Bracket bracket(*this, toUpperAscii(entry->globalName));
       handler();
       return true;
     }
@@ -118,6 +131,7 @@ bool HostCommandRunner::runTyped(std::string_view typed) {
     return false;
   }
   HostCommand command = it->second;
+  Bracket bracket(*this, it->first);
   command(context_);
   return true;
 }

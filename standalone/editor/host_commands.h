@@ -46,6 +46,12 @@ class HostCommandRunner : public host::HostCommands {
   bool runTyped(std::string_view typed);
   // Runs the expressions queued so far, each shown after "Command: ".
   void runQueuedExpressions();
+  // Called around every command run by name, nested ones too, with its
+  // upper-case name (the undo history's steps); end also when it throws.
+  void setCommandBracket(std::function<void(const std::string&)> begin, std::function<void()> end) {
+    begin_ = std::move(begin);
+    end_ = std::move(end);
+  }
 
   int command(const host::ResBufList& tokens) override;
   void queueExpression(std::string_view expression) override;
@@ -57,6 +63,8 @@ class HostCommandRunner : public host::HostCommands {
   CommandRegistry& registry_;
   std::map<std::string, HostCommand> table_;  // upper-case names
   std::deque<std::string> queue_;
+  std::function<void(const std::string&)> begin_;
+  std::function<void()> end_;
 };
 
 // The token a command receives for a typed value, as the user would type it.

@@ -7,6 +7,9 @@ void Transcript::write(std::string_view text) {
   out_ << text;
   out_.flush();
   atLineStart_ = text.back() == '\n';
+  std::size_t lineEnd = text.rfind('\n');
+  if (lineEnd == std::string_view::npos) openLine_ += text;
+  else openLine_ = text.substr(lineEnd + 1);
 }
 
 void Transcript::print(std::string_view text) {
@@ -25,6 +28,7 @@ void Transcript::answer(std::string_view text) {
   out_ << text << "\n";
   out_.flush();
   atLineStart_ = true;
+  openLine_.clear();
 }
 
 void Transcript::endLine() {

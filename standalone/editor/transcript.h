@@ -19,17 +19,23 @@ class Transcript {
   // The answer after its prompt, ending the line.
   void answer(std::string_view text);
   // The terminal has shown the typed answer and its line end itself.
-  void answerShownByTerminal() { atLineStart_ = true; }
+  void answerShownByTerminal() {
+    atLineStart_ = true;
+    openLine_.clear();
+  }
   // Ends the current line when something is on it.
   void endLine();
 
   bool atLineStart() const { return atLineStart_; }
+  // What stands on the current line so far (the prompt waiting for its answer).
+  const std::string& openLine() const { return openLine_; }
 
  private:
   void write(std::string_view text);
 
   std::ostream& out_;
   bool atLineStart_ = true;
+  std::string openLine_;
 };
 
 }  // namespace standalone

@@ -29,14 +29,15 @@ std::string describe(const std::filesystem::path& file, const char* why) {
 
 class CairoCanvas : public FileCanvas {
  public:
-  CairoCanvas(FileFormat format, std::filesystem::path file, int widthPx, int heightPx)
+  // Sizes are whole pixels for PNG; SVG and PDF pages may be fractional (points).
+  CairoCanvas(FileFormat format, std::filesystem::path file, double widthPx, double heightPx)
       : format_(format), file_(std::move(file)) {
-    if (widthPx <= 0 || heightPx <= 0 || widthPx > kMaxPagePx || heightPx > kMaxPagePx)
+    if (!(widthPx > 0 && heightPx > 0 && widthPx <= kMaxPagePx && heightPx <= kMaxPagePx))
       throw RenderError(describe(file_, "the picture size must be 1 to 32767 pixels per side"));
     checkWritable();
     switch (format_) {
       case FileFormat::kPng:
-        surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, widthPx, heightPx);
+        surface_ = cairo_image_surface_create(CAIRO_FORMAT_RGB24, static_cast<int>(widthPx), static_cast<int>(heightPx));
         break;
       case FileFormat::kSvg:
         surface_ = cairo_svg_surface_create(part_->temporaryPath().c_str(), widthPx, heightPx);
@@ -72,6 +73,13 @@ class CairoCanvas : public FileCanvas {
     cairo_matrix_init(&m, view.scale, 0, 0, -view.scale, view.pageCenter.x - view.center.x * view.scale,
                       view.pageCenter.y + view.center.y * view.scale);
     cairo_set_matrix(cr_, &m);
+  }
+  void clipToPage(const PageRect& r) override {
+    cairo_save(cr_);
+    cairo_identity_matrix(cr_);
+    cairo_rectangle(cr_, r.x, r.y, r.width, r.height);
+    cairo_restore(cr_);
+    cairo_clip(cr_);
   }
   void setColor(const Rgb& c) override { cairo_set_source_rgb(cr_, c.r, c.g, c.b); }
   void setLineWidth(double px) override { lineWidthPx_ = px; }
@@ -181,6 +189,10 @@ void CairoCanvas::text(const TextRun& run) {
 std::unique_ptr<FileCanvas> openFileCanvas(FileFormat format, const std::filesystem::path& file, int widthPx,
                                            int heightPx) {
   return std::make_unique<CairoCanvas>(format, file, widthPx, heightPx);
+}
+
+std::unique_ptr<FileCanvas> openPdfCanvas(const std::filesystem::path& file, double widthPt, double heightPt) {
+  return std::make_unique<CairoCanvas>(FileFormat::kPdf, file, widthPt, heightPt);
 }
 
 void releaseFontCaches() {

@@ -2,6 +2,7 @@
 // shown, the drawing made and the choices stored.
 #include <gtest/gtest.h>
 
+#include "formula/draw.h"
 #include "formula/formula_command.h"
 #include "formula/main_dlg.h"
 #include "formula_host.h"
@@ -88,6 +89,31 @@ TEST_F(FormulaCommand, ChinesePromptsAndTheStoredChoicesShownNextTime) {
   EXPECT_EQ(curves, 2);  // both branches of the hyperbola
   EXPECT_GT(texts, 0);   // and the frame
 }
+
+// Each row chosen in a fresh session and drawn with Enter at every prompt
+// equals the row's generator run with the listed defaults, hidden slots included.
+class EveryRowAtItsDefaults : public FormulaCommand, public ::testing::WithParamInterface<int> {};
+
+TEST_P(EveryRowAtItsDefaults, EqualsTheGeneratorAtTheListedDefaults) {
+  const int row = GetParam();
+  const ge::Point3d origin{3, -2, 0};
+  std::vector<Reply> replies{Reply::integer(row + 1)};
+  for (const FormulaParamDef& p : englishCatalogue()[row].params)
+    if (p.shown()) replies.push_back(Reply::enter());
+  replies.insert(replies.end(), {Reply::enter(), Reply::enter(), Reply::point(origin)});
+  run(replies);
+
+  formula_test::FormulaHost reference(store);
+  DrawnIds drawn;
+  drawFormulaCurve(reference.host, row, origin, defaultParams(row), drawn);
+  std::vector<host::Entity> got = h->modelSpace(), want = reference.modelSpace();
+  ASSERT_EQ(got.size(), want.size());
+  ASSERT_FALSE(want.empty());
+  for (std::size_t i = 0; i < got.size(); ++i) EXPECT_TRUE(got[i].data == want[i].data) << "entity " << i;
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, EveryRowAtItsDefaults, ::testing::Range(0, kCurveCount),
+                         [](const ::testing::TestParamInfo<int>& row) { return "row" + std::to_string(row.param + 1); });
 
 }  // namespace
 }  // namespace formula

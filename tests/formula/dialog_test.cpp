@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "formula/coordinate_frame.h"
+#include "formula/draw.h"
 #include "formula/main_dlg.h"
 #include "formula_host.h"
 #include "frame/language.h"
@@ -69,6 +70,24 @@ TEST_P(Dialog, TheHyperbolaShowsThreeGroupsAndTheHiddenSlotKeepsItsValue) {
   EXPECT_EQ(dlg.pictureId(), 412);
   EXPECT_EQ(dlg.values()[3], 42);
   EXPECT_EQ(dlg.group(3).editText, "42");
+}
+
+TEST_P(Dialog, HiddenSlotsTakeTheListedDefaultUntilSetThenKeepTheirValue) {
+  CMainDlgDlg dlg = open();
+  dlg.onSelectionChange(51);  // the snake: slot 4 hidden, listed 5
+  EXPECT_FALSE(dlg.group(3).visible);
+  EXPECT_EQ(dlg.values()[3], 5);
+  dlg.onSelectionChange(29);  // the spherical curve, nothing drawn yet: its own hidden 12
+  EXPECT_EQ(dlg.values()[3], 12);
+  dlg.onSelectionChange(60);  // the peanut: slot 3 hidden, listed 30
+  EXPECT_EQ(dlg.values()[2], 30);
+  dlg.previewAt({0, 0, 0});
+  EXPECT_EQ(generatorParams(60, dlg.values()), defaultParams(60)) << "the first curve comes out as listed";
+  dlg.onSelectionChange(51);  // drawn since: the hidden slot keeps the value drawn with
+  EXPECT_EQ(dlg.values()[3], 12);
+  EXPECT_EQ(dlg.values()[2], 18);  // shown: its default
+  dlg.onSelectionChange(39);  // the conical hat hides slot 3: the value the snake showed stays
+  EXPECT_EQ(dlg.values()[2], 18);
 }
 
 TEST_P(Dialog, EditsAreClampedToTheirRange) {

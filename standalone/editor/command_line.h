@@ -81,6 +81,27 @@ class CommandLine : public host::Editor {
     KeywordList keywords;
   };
 
+  // What the prompts asked inside its lifetime want (a text answer outside any).
+  class Expecting {
+   public:
+    Expecting(CommandLine& line, InputKind kind, std::optional<ge::Point3d> base = std::nullopt)
+        : line_(line), kind_(line.kind_), base_(line.base_) {
+      line.kind_ = kind;
+      line.base_ = base;
+    }
+    ~Expecting() {
+      line_.kind_ = kind_;
+      line_.base_ = base_;
+    }
+    Expecting(const Expecting&) = delete;
+    Expecting& operator=(const Expecting&) = delete;
+
+   private:
+    CommandLine& line_;
+    InputKind kind_;
+    std::optional<ge::Point3d> base_;
+  };
+
   Answer ask(std::string_view prompt, bool wholeLine);
   // The answer from the source at that level (0 the outermost); promptShown:
   // the source above already showed the prompt before pausing.
@@ -120,6 +141,8 @@ class CommandLine : public host::Editor {
   const View& view_;
   EntityFinder finder_;
   std::vector<Source> sources_;
+  InputKind kind_ = InputKind::kText;
+  std::optional<ge::Point3d> base_;
   InitGet pending_;
   std::string lastInput_;
   ge::Point3d lastPoint_;

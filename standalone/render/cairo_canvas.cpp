@@ -12,6 +12,7 @@
 #include "standalone/io/replace_file.h"
 #include "standalone/render/file_canvas.h"
 #include "standalone/render/font_choice.h"
+#include "standalone/render/pixel_canvas.h"
 #include "standalone/render/render.h"
 #include "standalone/render/render_error.h"
 
@@ -56,6 +57,20 @@ class CairoCanvas : public FileCanvas {
     cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_EVEN_ODD);
     cairo_select_font_face(cr_, kFontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
     paintBackground(kWhite);
+  }
+  // A canvas over the caller's pixels, for screens: nothing is written anywhere.
+  CairoCanvas(unsigned char* pixels, int widthPx, int heightPx, int strideBytes) : format_(FileFormat::kPng) {
+    surface_ = cairo_image_surface_create_for_data(pixels, CAIRO_FORMAT_RGB24, widthPx, heightPx, strideBytes);
+    if (cairo_surface_status(surface_) != CAIRO_STATUS_SUCCESS) {
+      std::string why = cairo_status_to_string(cairo_surface_status(surface_));
+      cairo_surface_destroy(surface_);
+      throw RenderError("Cannot paint the view: " + why);
+    }
+    cr_ = cairo_create(surface_);
+    cairo_set_line_cap(cr_, CAIRO_LINE_CAP_ROUND);
+    cairo_set_line_join(cr_, CAIRO_LINE_JOIN_ROUND);
+    cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_EVEN_ODD);
+    cairo_select_font_face(cr_, kFontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
   }
   ~CairoCanvas() override {
     cairo_destroy(cr_);
@@ -240,6 +255,12 @@ void CairoCanvas::text(const TextRun& run) {
 std::unique_ptr<FileCanvas> openFileCanvas(FileFormat format, const std::filesystem::path& file, int widthPx,
                                            int heightPx) {
   return std::make_unique<CairoCanvas>(format, file, widthPx, heightPx);
+}
+
+std::unique_ptr<Canvas> openPixelCanvas(unsigned char* pixels, int widthPx, int heightPx, int strideBytes) {
+  if (widthPx <= 0 || heightPx <= 0 || widthPx > kMaxPagePx || heightPx > kMaxPagePx)
+    throw RenderError("Cannot paint the view: the size must be 1 to 32767 pixels per side");
+  return std::make_unique<CairoCanvas>(pixels, widthPx, heightPx, strideBytes);
 }
 
 void releaseFontCaches() {

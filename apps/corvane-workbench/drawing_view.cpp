@@ -23,6 +23,7 @@ constexpr double kAperturePx = 10;      // snap aperture, pixels from the cursor
 constexpr double kDragStartPx = 4;      // a press that moves farther is a drag
 constexpr double kExtentsMargin = 1.06;  // zoom extents leaves a little room
 constexpr int kJigSamples = 64;
+constexpr double kSmallestTextPx = 3;  // smaller texts are drawn as a stroke, as CAD screens do
 const QColor kWindowColor(40, 90, 220);
 const QColor kCrossingColor(30, 160, 60);
 const QColor kSnapColor(230, 140, 0);
@@ -195,15 +196,26 @@ void DrawingView::panByPixels(const QPointF& delta) {
   update();
 }
 
+void DrawingView::dragPan(const QPointF& delta) {
+  if (!session_) return;
+  standalone::View& v = session_->host().view();
+  double upp = v.unitsPerPixel();
+  v.center = {v.center.x - delta.x() * upp, v.center.y + delta.y() * upp};
+  panShift_ += delta;
+  update();
+}
+
+void DrawingView::endDragPan() {
+  if (panShift_.isNull()) return;
+  panShift_ = {};
+  pictureValid_ = false;
+  update();
+}
+
 void DrawingView::zoomExtents() {
   if (!session_) return;
   syncViewSize();
-  if (!scene_) {
-    standalone::SceneOptions o;
-    o.pointMode = readShort(session_->host(), "PDMODE", 0);
-    o.pointSize = readReal(session_->host(), "PDSIZE", 0);
-    scene_ = std::make_unique<standalone::Scene>(standalone::buildScene(session_->host().drawing(), o));
-  }
+  buildScene();
   standalone::Box2d box = scene_->extents();
   if (!box.isValid()) return;
   standalone::View& v = session_->host().view();
@@ -224,12 +236,7 @@ void DrawingView::renderPicture() {
     return;
   }
   standalone::EmbeddedHost& h = session_->host();
-  if (!scene_) {
-    standalone::SceneOptions o;
-    o.pointMode = readShort(h, "PDMODE", 0);
-    o.pointSize = readReal(h, "PDSIZE", 0);
-    scene_ = std::make_unique<standalone::Scene>(standalone::buildScene(h.drawing(), o));
-  }
+  buildScene();
   const standalone::View& v = h.view();
   std::unique_ptr<standalone::Canvas> canvas =
       standalone::openPixelCanvas(picture_.bits(), picture_.width(), picture_.height(), picture_.bytesPerLine());
@@ -237,8 +244,22 @@ void DrawingView::renderPicture() {
   standalone::PageRect page{0, 0, static_cast<double>(picture_.width()), static_cast<double>(picture_.height())};
   standalone::ViewTransform t = standalone::viewAt(v.center, v.height, page);
   canvas->setView(t);
-  standalone::paintScene(*scene_, *canvas, {t.scale, v.height});
+  standalone::Box2d visible;
+  visible.add(v.center.x - v.width() / 2, v.center.y - v.height / 2);
+  visible.add(v.center.x + v.width() / 2, v.center.y + v.height / 2);
+  standalone::PaintScale scale{t.scale, v.height, kSmallestTextPx, &visible, &boxes_};
+  standalone::paintScene(*scene_, *canvas, scale);
   pictureValid_ = true;
+}
+
+void DrawingView::buildScene() {
+  if (scene_ || !session_) return;
+  standalone::EmbeddedHost& h = session_->host();
+  standalone::SceneOptions o;
+  o.pointMode = readShort(h, "PDMODE", 0);
+  o.pointSize = readReal(h, "PDSIZE", 0);
+  scene_ = std::make_unique<standalone::Scene>(standalone::buildScene(h.drawing(), o));
+  boxes_ = standalone::itemBoxes(*scene_);
 }
 
 const QImage& DrawingView::picture() {
@@ -248,7 +269,13 @@ const QImage& DrawingView::picture() {
 
 void DrawingView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  painter.drawImage(0, 0, picture());
+  if (!panShift_.isNull() && pictureValid_) {
+    painter.fillRect(rect(), Qt::white);
+    painter.drawImage(panShift_, picture_);
+  } else {
+    panShift_ = {};
+    painter.drawImage(0, 0, picture());
+  }
   paintOverlay(painter);
 }
 
@@ -366,7 +393,7 @@ void DrawingView::mousePressEvent(QMouseEvent* event) {
 void DrawingView::mouseMoveEvent(QMouseEvent* event) {
   cursor_ = event->position();
   if (panFrom_) {
-    panByPixels(event->position() - *panFrom_);
+    dragPan(event->position() - *panFrom_);
     panFrom_ = event->position();
     return;
   }
@@ -382,6 +409,7 @@ void DrawingView::mouseMoveEvent(QMouseEvent* event) {
 void DrawingView::mouseReleaseEvent(QMouseEvent* event) {
   if (panFrom_ && (event->button() == Qt::MiddleButton || event->button() == Qt::LeftButton)) {
     panFrom_.reset();
+    endDragPan();
     setCursor(Qt::CrossCursor);
     return;
   }

@@ -37,6 +37,10 @@ class DrawingView : public QWidget {
   // Zooms by factor (above 1 closer) about a widget position.
   void zoomAbout(const QPointF& at, double factor);
   void panByPixels(const QPointF& delta);
+  // Panning by hand: the picture made before moves with the hand and the
+  // drawing is painted anew when the hand lets go (endDragPan).
+  void dragPan(const QPointF& delta);
+  void endDragPan();
 
   bool runningSnaps() const { return snapsOn_; }
   void setRunningSnaps(bool on);
@@ -78,6 +82,7 @@ class DrawingView : public QWidget {
  private:
   void syncViewSize();
   void renderPicture();
+  void buildScene();
   void paintOverlay(class QPainter& painter);
   void updateSnap(const QPointF& at);
   double apertureUnits() const;
@@ -88,9 +93,11 @@ class DrawingView : public QWidget {
 
   Session* session_ = nullptr;
   std::unique_ptr<standalone::Scene> scene_;
+  std::vector<standalone::Box2d> boxes_;  // of the scene's items, to leave out what the view misses
   std::unique_ptr<EntityGrid> grid_;
   QImage picture_;
   bool pictureValid_ = false;
+  QPointF panShift_;  // how far the picture has moved with the hand since it was made
   standalone::InputKind kind_ = standalone::InputKind::kCommand;
   std::optional<ge::Point3d> base_;
   bool snapsOn_ = true;

@@ -124,7 +124,7 @@ void DrawingView::setPrompt(standalone::InputKind kind, std::optional<ge::Point3
   kind_ = kind;
   base_ = base;
   snap_.reset();
-  if (kind != standalone::InputKind::kPoint) jig_ = nullptr;
+  jig_ = nullptr;  // a prompt that drags sets its own after this
   update();
 }
 
@@ -304,15 +304,15 @@ void DrawingView::paintOverlay(QPainter& painter) {
     if (jig_) {
       painter.setPen(QPen(QColor(200, 30, 30), 1.5));
       painter.setBrush(Qt::NoBrush);
-      for (const host::Entity& e : jig_(p)) {
+      for (const host::EntityData& data : jig_(p)) {
         double length = 0, end = 0;
-        if (h.host().curves.getEndParam(e.data, end) != host::ErrorStatus::eOk ||
-            h.host().curves.getDistAtParam(e.data, end, length) != host::ErrorStatus::eOk)
+        if (h.host().curves.getEndParam(data, end) != host::ErrorStatus::eOk ||
+            h.host().curves.getDistAtParam(data, end, length) != host::ErrorStatus::eOk)
           continue;
         QPainterPath path;
         for (int i = 0; i <= kJigSamples; ++i) {
           ge::Point3d q;
-          if (h.host().curves.getPointAtDist(e.data, length * i / kJigSamples, q) != host::ErrorStatus::eOk) continue;
+          if (h.host().curves.getPointAtDist(data, length * i / kJigSamples, q) != host::ErrorStatus::eOk) continue;
           QPointF w = toWidget({q.x, q.y});
           if (path.elementCount() == 0) path.moveTo(w);
           else path.lineTo(w);

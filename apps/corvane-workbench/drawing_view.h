@@ -53,8 +53,13 @@ class DrawingView : public QWidget {
 
   // A live preview while a point is dragged (a jig): the entities to show
   // for a cursor point, drawn over the drawing and forgotten afterwards.
-  using Jig = std::function<std::vector<host::Entity>(const ge::Point3d&)>;
+  using Jig = std::function<std::vector<host::EntityData>(const ge::Point3d&)>;
   void setJig(Jig jig);
+  bool hasJig() const { return static_cast<bool>(jig_); }
+  // What the jig shows for a cursor point (nothing without one).
+  std::vector<host::EntityData> jigAt(const ge::Point3d& cursor) const {
+    return jig_ ? jig_(cursor) : std::vector<host::EntityData>{};
+  }
 
   // Drawing point of a widget position and back.
   ge::Point2d toDrawing(const QPointF& at) const;

@@ -272,6 +272,7 @@ bool MainWindow::waitForAnswer() {
 
 void MainWindow::onExpect(const standalone::PromptContext& context) {
   view_->setPrompt(context.kind, context.base);
+  if (context.preview) view_->setJig(*context.preview);
   prompt_ = QString::fromUtf8(context.prompt.data(), static_cast<qsizetype>(context.prompt.size()));
   commandPanel_->setPrompt(prompt_);
 }

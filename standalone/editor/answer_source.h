@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "ge/point.h"
+#include "host/editor.h"
 
 namespace standalone {
 
@@ -25,6 +26,8 @@ struct PromptContext {
   InputKind kind = InputKind::kText;
   std::string_view prompt;
   std::optional<ge::Point3d> base;  // the rubber band's start, when the prompt has one
+  // The live preview of a dragged point; valid while the prompt waits.
+  const host::Editor::DragPreview* preview = nullptr;
 };
 
 class AnswerSource {

@@ -71,7 +71,7 @@ CommandLine::Answer CommandLine::askFrom(std::size_t level, std::string_view pro
   // acedCommand, the token "\\").
   bool paused = level + 1 < sources_.size();
   if ((!s.quiet || paused) && !promptShown) transcript_.prompt(prompt);
-  s.source->expect({kind_, prompt, base_});
+  s.source->expect({kind_, prompt, base_, preview_});
   std::optional<std::string> text = wholeLine ? s.source->nextLine() : s.source->nextWord();
   if (text && *text == "\\" && s.endCancels && level > 0) return askFrom(level - 1, prompt, wholeLine, !s.quiet);
   if (!text) {
@@ -249,6 +249,15 @@ int CommandLine::getPoint(const ge::Point3d* base, std::string_view prompt, ge::
     return {lastPoint_};
   };
   return readValue(prompt, read, [](const std::string&) { return "Invalid point."; }, value);
+}
+
+int CommandLine::dragPoint(const ge::Point3d* base, std::string_view prompt, const DragPreview& preview,
+                           ge::Point3d& value) {
+  const DragPreview* outer = preview_;
+  preview_ = &preview;
+  int rc = getPoint(base, prompt, value);
+  preview_ = outer;
+  return rc;
 }
 
 int CommandLine::entSel(std::string_view prompt, host::ObjectId& entity, ge::Point3d& picked) {

@@ -51,6 +51,8 @@ class CommandLine : public host::Editor {
   int getKword(std::string_view prompt, std::string& keyword) override;
   int getString(bool allowSpaces, std::string_view prompt, std::string& value) override;
   int getInput(std::string& value) override;
+  int dragPoint(const ge::Point3d* base, std::string_view prompt, const DragPreview& preview,
+                ge::Point3d& value) override;
   int entSel(std::string_view prompt, host::ObjectId& entity, ge::Point3d& picked) override;
   int ssget(std::string_view mode, const ge::Point3d* p1, const ge::Point3d* p2, const host::ResBufList* filter,
             std::vector<host::ObjectId>& selection) override;
@@ -143,6 +145,7 @@ class CommandLine : public host::Editor {
   std::vector<Source> sources_;
   InputKind kind_ = InputKind::kText;
   std::optional<ge::Point3d> base_;
+  const DragPreview* preview_ = nullptr;  // while a dragged point is asked for
   InitGet pending_;
   std::string lastInput_;
   ge::Point3d lastPoint_;

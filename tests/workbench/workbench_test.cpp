@@ -114,6 +114,32 @@ TEST_F(WorkbenchTest, PointPromptsTakeSnappedClicksFromTheView) {
   EXPECT_EQ(spline.fitPoints[1], line->end);
 }
 
+TEST_F(WorkbenchTest, PlAffClickDragsTheInfluenceCurveWithTheCursor) {
+  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  workbench::DrawingView& view = *window().view();
+  std::vector<host::EntityData> shown;
+  bool jigDuringPrompt = false;
+  play({{[&] { return window().waiting() && transcript().find("Pick a point to apply") != std::string::npos; },
+         [&] {
+           jigDuringPrompt = view.hasJig();
+           shown = view.jigAt({100, 200, 0});
+           QTest::mouseMove(&view, QPoint(50, 60));
+           view.grab();  // paints the dragged curve over the drawing
+           window().submitLine("");  // Enter ends the command
+         }}});
+  // The line along y = -10 influences everything; the defaults answer the rest.
+  window().submitLine("plAffClick 0,-10  ALL       ");
+  runUntilPlayed();
+  EXPECT_TRUE(jigDuringPrompt);
+  EXPECT_FALSE(view.hasJig());  // the preview ends with its prompt
+  ASSERT_EQ(shown.size(), 1u);
+  ge::Extents3d box;
+  ASSERT_EQ(window().session()->host().host().curves.getGeomExtents(shown[0], box), host::ErrorStatus::eOk);
+  EXPECT_NEAR((box.min.x + box.max.x) / 2, 100, 1e-9);
+  EXPECT_NEAR((box.min.y + box.max.y) / 2, 200, 1e-9);
+  EXPECT_NE(transcript().find("Applied the influence <0 > time(s)."), std::string::npos) << transcript();
+}
+
 TEST_F(WorkbenchTest, WindowsSelectInsideAndCrossingsWhatTheyTouch) {
   ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
   workbench::DrawingView& view = *window().view();

@@ -384,6 +384,7 @@ void DrawingView::mousePressEvent(QMouseEvent* event) {
     return;
   }
   if (event->button() == Qt::LeftButton) {
+    if (kind_ == standalone::InputKind::kCommand && (gripDrag_ = gripAt(event->position()))) return;
     pressAt_ = event->position();
     dragging_ = false;
   }
@@ -411,6 +412,14 @@ void DrawingView::mouseReleaseEvent(QMouseEvent* event) {
     panFrom_.reset();
     endDragPan();
     setCursor(Qt::CrossCursor);
+    return;
+  }
+  if (event->button() == Qt::LeftButton && gripDrag_) {
+    GripDrag g = *gripDrag_;
+    gripDrag_.reset();
+    updateSnap(event->position());
+    ge::Point2d p = toDrawing(event->position());
+    moveGrip(g.id, g.grip, {p.x, p.y, 0});
     return;
   }
   if (event->button() != Qt::LeftButton || !pressAt_) return;
@@ -470,6 +479,68 @@ void DrawingView::pickAtCommandPrompt(const QPointF& at, bool add) {
   if (!add) selection_.clear();
   if (id && std::find(selection_.begin(), selection_.end(), *id) == selection_.end()) selection_.push_back(*id);
   emit selectionChanged();
+}
+
+std::optional<DrawingView::GripDrag> DrawingView::gripAt(const QPointF& at) const {
+  if (!session_) return std::nullopt;
+  constexpr double kGripPx = 5;
+  standalone::EmbeddedHost& h = session_->host();
+  for (host::ObjectId id : selection_) {
+    const host::Entity* e = h.drawing().peek(id);
+    if (!e) continue;
+    std::vector<ge::Point3d> grips = gripPointsOf(*e, h.host().curves);
+    for (std::size_t i = 0; i < grips.size(); ++i) {
+      QPointF g = toWidget({grips[i].x, grips[i].y});
+      if (std::abs(g.x() - at.x()) <= kGripPx && std::abs(g.y() - at.y()) <= kGripPx) return GripDrag{id, i};
+    }
+  }
+  return std::nullopt;
+}
+
+bool DrawingView::moveGrip(host::ObjectId id, std::size_t grip, const ge::Point3d& to) {
+  if (!session_) return false;
+  standalone::EmbeddedHost& h = session_->host();
+  std::optional<host::Entity> e = h.drawing().read(id);
+  if (!e) return false;
+  std::vector<ge::Point3d> grips = gripPointsOf(*e, h.host().curves);
+  if (grip >= grips.size()) return false;
+  ge::Point3d from = grips[grip];
+  bool moved = std::visit(
+      [&](auto& d) {
+        using T = std::decay_t<decltype(d)>;
+        if constexpr (std::is_same_v<T, host::LwPolyline>) {
+          // Vertices move themselves; a middle grip moves its whole piece.
+          for (std::size_t i = 0; i < d.vertices.size(); ++i)
+            if (d.vertices[i].x == from.x && d.vertices[i].y == from.y) {
+              d.vertices[i].x = to.x;
+              d.vertices[i].y = to.y;
+              return true;
+            }
+          return false;
+        } else if constexpr (std::is_same_v<T, host::Line>) {
+          if (d.start == from) d.start = to;
+          else if (d.end == from) d.end = to;
+          else {
+            ge::Vector3d shift = to - from;
+            d.start = d.start + shift;
+            d.end = d.end + shift;
+          }
+          return true;
+        } else if constexpr (std::is_same_v<T, host::Circle>) {
+          if (d.center == from) d.center = to;
+          else d.radius = std::hypot(to.x - d.center.x, to.y - d.center.y);
+          return d.radius > 0;
+        } else {
+          // Other kinds move whole by any grip.
+          return h.host().curves.transformBy(e->data, ge::Matrix3d::translation(to - from)) == host::ErrorStatus::eOk;
+        }
+      },
+      e->data);
+  if (!moved || h.drawing().write(*e) != host::ErrorStatus::eOk) return false;
+  session_->markModified();
+  drawingChanged();
+  emit drawingEdited();
+  return true;
 }
 
 void DrawingView::keyPressEvent(QKeyEvent* event) {

@@ -61,6 +61,11 @@ class DrawingView : public QWidget {
     return jig_ ? jig_(cursor) : std::vector<host::EntityData>{};
   }
 
+  // Moves grip number grip (as gripPointsOf lists them) of a selected entity
+  // to a point and writes the entity back, so that its reactors (connectors
+  // that follow it) hear of it; false when that grip cannot be moved.
+  bool moveGrip(host::ObjectId id, std::size_t grip, const ge::Point3d& to);
+
   // Drawing point of a widget position and back.
   ge::Point2d toDrawing(const QPointF& at) const;
   QPointF toWidget(const ge::Point2d& p) const;
@@ -73,6 +78,8 @@ class DrawingView : public QWidget {
   // An answer made in the view, to be typed as a command-line line.
   void answered(const QString& line);
   void selectionChanged();
+  // The view changed the drawing itself (a grip was moved).
+  void drawingEdited();
   void cursorMoved(double x, double y);
 
  protected:
@@ -113,6 +120,12 @@ class DrawingView : public QWidget {
   std::optional<QPointF> cursor_;
   std::optional<QPointF> pressAt_;  // left button down here
   std::optional<QPointF> panFrom_;
+  struct GripDrag {
+    host::ObjectId id;
+    std::size_t grip = 0;
+  };
+  std::optional<GripDrag> gripDrag_;
+  std::optional<GripDrag> gripAt(const QPointF& at) const;
   bool dragging_ = false;
 };
 

@@ -72,6 +72,10 @@ MainWindow::MainWindow(std::string settingsPath, bool openPages, QWidget* parent
   connect(commandPanel_, &CommandPanel::lineEntered, this, &MainWindow::submitLine);
   connect(view_, &DrawingView::answered, this, &MainWindow::submitLine);
   connect(view_, &DrawingView::selectionChanged, this, [this] { properties_->showSelection(view_->selection()); });
+  connect(view_, &DrawingView::drawingEdited, this, [this] {
+    properties_->showSelection(view_->selection());
+    updateTitle();
+  });
   connect(view_, &DrawingView::cursorMoved, this, [this](double x, double y) {
     status_->setText(QString("%1, %2   %3  %4")
                          .arg(x, 0, 'f', 4)

@@ -140,6 +140,45 @@ TEST_F(WorkbenchTest, PlAffClickDragsTheInfluenceCurveWithTheCursor) {
   EXPECT_NE(transcript().find("Applied the influence <0 > time(s)."), std::string::npos) << transcript();
 }
 
+TEST_F(WorkbenchTest, AGripMovedOnALinkedShapeTakesItsConnectorAlong) {
+  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  auto rectangle = [&](double x0, double x1) {
+    host::Entity e;
+    e.props = db.defaultProps();
+    host::LwPolyline pl;
+    pl.vertices = {{x0, 0}, {x1, 0}, {x1, 10}, {x0, 10}};
+    pl.closed = true;
+    e.data = pl;
+    db.append(e);
+    return e.id;
+  };
+  host::ObjectId left = rectangle(0, 10);
+  rectangle(30, 40);
+  workbench::DrawingView& view = *window().view();
+  view.drawingChanged();
+  view.zoomExtents();
+  window().submitLine("linkLineAuto 10,5 30,5");
+  runUntilIdle();
+  host::ObjectId connector = db.lastEntity();
+  ASSERT_TRUE(std::holds_alternative<host::Spline>(db.peek(connector)->data)) << transcript();
+  // Pick the left shape at "Command:", then drag its lower right corner grip to the right.
+  QPoint edge = view.toWidget({0, 5}).toPoint();
+  QTest::mouseClick(&view, Qt::LeftButton, Qt::NoModifier, edge);
+  ASSERT_EQ(view.selection(), std::vector<host::ObjectId>{left});
+  QPoint grip = view.toWidget({10, 0}).toPoint(), to = view.toWidget({20, 0}).toPoint();
+  QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, grip);
+  QTest::mouseMove(&view, to);
+  QTest::mouseRelease(&view, Qt::LeftButton, Qt::NoModifier, to);
+  const auto& shape = std::get<host::LwPolyline>(db.peek(left)->data);
+  EXPECT_NEAR(shape.vertices[1].x, 20, view.toDrawing({1, 0}).x - view.toDrawing({0, 0}).x);
+  // The connector's start follows the middle of the shape's right side.
+  const auto& spline = std::get<host::Spline>(db.peek(connector)->data);
+  ASSERT_FALSE(spline.fitPoints.empty());
+  EXPECT_NEAR(spline.fitPoints.front().x, shape.vertices[1].x, 1e-9);
+  EXPECT_NEAR(spline.fitPoints.front().y, (std::min(0.0, shape.vertices[1].y) + 10) / 2, 1e-9);
+  EXPECT_TRUE(window().isWindowModified());
+}
+
 TEST_F(WorkbenchTest, WindowsSelectInsideAndCrossingsWhatTheyTouch) {
   ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
   workbench::DrawingView& view = *window().view();

@@ -43,6 +43,8 @@ void LayerPanel::refresh() {
       item->setText(kColor, QString::number(layer.color));
       standalone::Rgb rgb = standalone::aciToRgb(layer.color);
       item->setBackground(kColor, QColor::fromRgbF(rgb.r, rgb.g, rgb.b));
+      bool dark = 0.3 * rgb.r + 0.59 * rgb.g + 0.11 * rgb.b < 0.5;
+      item->setForeground(kColor, dark ? Qt::white : Qt::black);
       if (layer.name == current) {
         QFont bold = item->font(kName);
         bold.setBold(true);

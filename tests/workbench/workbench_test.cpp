@@ -2,6 +2,9 @@
 // clicks and windows at prompts and at "Command:", save and read back.
 #include <QAction>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
 #include <QTest>
 
 #include "apps/corvane-workbench/command_panel.h"
@@ -67,6 +70,33 @@ TEST_F(WorkbenchTest, OpensRunsFromTheMenuAndTypedAndSavesWhatEzdxfReads) {
   int lines = 0;
   for (char c : dump) lines += c == '\n';
   EXPECT_EQ(static_cast<std::size_t>(lines - countOf(dump, "HEADER")), after) << dump;
+}
+
+TEST_F(WorkbenchTest, UnsavedChangesAreAskedAboutBeforeTheyAreLost) {
+  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  window().submitLine("PLDF W 0,10 50,20  8");
+  runUntilIdle();
+  ASSERT_TRUE(window().isWindowModified());
+  QMessageBox::StandardButton reply = QMessageBox::Cancel;
+  int asked = 0;
+  QTimer answerer;
+  QObject::connect(&answerer, &QTimer::timeout, [&] {
+    for (QWidget* w : QApplication::topLevelWidgets())
+      if (auto* box = qobject_cast<QMessageBox*>(w); box && box->isVisible()) {
+        ++asked;
+        box->button(reply)->click();
+      }
+  });
+  answerer.start(10);
+  EXPECT_FALSE(window().openDrawing(QString::fromStdString(kDemo)));  // Cancel keeps the changed drawing
+  EXPECT_EQ(asked, 1);
+  EXPECT_TRUE(window().isWindowModified());
+  reply = QMessageBox::Discard;
+  EXPECT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  EXPECT_EQ(asked, 2);
+  EXPECT_FALSE(window().isWindowModified());
+  EXPECT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));  // nothing to lose: no question
+  EXPECT_EQ(asked, 2);
 }
 
 TEST_F(WorkbenchTest, AMenuPickCancelsTheRunningCommandAndRunsItsOwn) {

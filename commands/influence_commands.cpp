@@ -145,7 +145,20 @@ void plAffClick(frame::CommandContext& context) {
   if (!setup) return;
   int steps = 0;
   ge::Point3d at;
-  while (frame::getPoint(host, kClickPrompt, at) == host::RTNORM) {
+  // While the point is dragged, the influence curves ride on the cursor.
+  host::Editor::DragPreview carriedTo = [&](const ge::Point3d& cursor) {
+    std::vector<host::EntityData> shown;
+    for (host::ObjectId influenceId : setup->influences) {
+      std::optional<host::Entity> influence = host.drawing.read(influenceId);
+      ge::Extents3d ext;
+      if (!influence || host.curves.getGeomExtents(influence->data, ext) != host::ErrorStatus::eOk) continue;
+      ge::Point3d centre{(ext.min.x + ext.max.x) / 2, (ext.min.y + ext.max.y) / 2, (ext.min.z + ext.max.z) / 2};
+      if (host.curves.transformBy(influence->data, ge::Matrix3d::translation(cursor - centre)) == host::ErrorStatus::eOk)
+        shown.push_back(std::move(influence->data));
+    }
+    return shown;
+  };
+  while (host.editor.dragPoint(nullptr, kClickPrompt.chosen(), carriedTo, at) == host::RTNORM) {
     for (host::ObjectId influenceId : setup->influences) {
       std::optional<host::Entity> influence = host.drawing.read(influenceId);
       if (!influence || !host::isCurve(influence->data)) continue;

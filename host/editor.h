@@ -2,12 +2,14 @@
 // The host's command line: prompts with their result codes, selections,
 // message boxes and file names. Texts are UTF-8 and already in the chosen language.
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "ge/point.h"
 #include "host/codes.h"
+#include "host/entity.h"
 #include "host/object_id.h"
 #include "host/resbuf.h"
 
@@ -26,6 +28,15 @@ class Editor {
   virtual int getReal(std::string_view prompt, double& value) = 0;
   virtual int getDist(const ge::Point3d* base, std::string_view prompt, double& value) = 0;
   virtual int getPoint(const ge::Point3d* base, std::string_view prompt, ge::Point3d& value) = 0;
+  // A point dragged with a live preview (a jig, AcEdJig::drag): preview gives
+  // the shapes to show for a cursor position. A host without a pointing
+  // device asks for the point as getPoint does.
+  using DragPreview = std::function<std::vector<EntityData>(const ge::Point3d& cursor)>;
+  virtual int dragPoint(const ge::Point3d* base, std::string_view prompt, const DragPreview& preview,
+                        ge::Point3d& value) {
+    (void)preview;
+    return getPoint(base, prompt, value);
+  }
   // Returns the full keyword as spelled in the initGet list.
   virtual int getKword(std::string_view prompt, std::string& keyword) = 0;
   // allowSpaces: a space is part of the answer and only a line end ends it.

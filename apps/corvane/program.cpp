@@ -6,6 +6,7 @@
 #include <sstream>
 #include <unistd.h>
 
+#include "apps/common/loaded_plugin.h"
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"
 #include "standalone/editor/answer_parse.h"
@@ -13,13 +14,6 @@
 #include "standalone/editor/embedded_host.h"
 #include "standalone/editor/errors.h"
 #include "standalone/editor/settings_file.h"
-#include "frame/module.h"
-#include "standalone/hostcmds/boundary.h"
-#include "standalone/hostcmds/pngout.h"
-#include "standalone/hostcmds/insert_block.h"
-#include "standalone/hostcmds/edit_commands.h"
-#include "standalone/hostcmds/polyline_edit.h"
-#include "standalone/metafile/wmf_commands.h"
 #include "standalone/render/plot.h"
 #include "standalone/render/render.h"
 #include "terminal_input.h"
@@ -37,35 +31,6 @@ std::string readWholeFile(const std::string& path) {
   text << in.rdbuf();
   return text.str();
 }
-
-// The plug-in loaded into a host for as long as it lives, unloaded at the end.
-class LoadedPlugin {
- public:
-  explicit LoadedPlugin(standalone::EmbeddedHost& h) {
-    standalone::addPolylineEditCommands(h.hostCommands());
-    standalone::addInsertCommand(h.hostCommands());
-    standalone::addEditCommands(h.hostCommands());
-    standalone::addMetafileCommands(h.hostCommands());
-    standalone::addBoundaryCommands(h.hostCommands());
-    standalone::addPngOutCommand(h.hostCommands());
-    // A host loads only modules built against its own interface release.
-    if (frame::acrxGetApiVersion() != h.hostCommands().releaseNumber())
-      throw standalone::InputError("the plug-in was built for another host release");
-    module_ = std::make_unique<frame::Module>(h.host());
-    module_->acrxEntryPoint(frame::AppMsg::kInitAppMsg);
-    module_->acrxEntryPoint(frame::AppMsg::kLoadDwgMsg);
-    // What the plug-in queued at load runs before the first command.
-    h.hostCommands().runQueuedExpressions();
-    // The loading's commands are not the user's to undo.
-    h.undoHistory().forget();
-  }
-  ~LoadedPlugin() {
-    module_->acrxEntryPoint(frame::AppMsg::kUnloadAppMsg);
-  }
-
- private:
-  std::unique_ptr<frame::Module> module_;
-};
 
 // A throwaway copy of the user's settings, for listings that load the plug-in
 // for a moment without counting a load or writing demand-load entries.

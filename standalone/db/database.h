@@ -22,6 +22,16 @@ struct ActiveView {
   double aspect = 1;   // 41, width / height
 };
 
+// A layer as the layer list shows it.
+struct LayerState {
+  std::string name;
+  int color = 7;  // 1..255, the index colour the layer draws in
+  bool on = true;
+  bool frozen = false;
+  bool locked = false;
+  bool operator==(const LayerState&) const = default;
+};
+
 class DrawingDatabase final : public host::Drawing {
  public:
   // Takes over the contents built by the DXF reader.
@@ -49,6 +59,11 @@ class DrawingDatabase final : public host::Drawing {
   host::ObjectId lastEntity() const { return {c_.lastEntity}; }
   // Layer names in table order.
   std::vector<std::string> layerNames() const;
+  // Every layer in table order (database_layers.cpp).
+  std::vector<LayerState> layerStates() const;
+  // Sets a layer's colour, on/off (the sign of its colour) and frozen and
+  // locked flags; false when there is no such layer or the colour is not 1..255.
+  bool setLayerState(const LayerState& state);
   // Names of the block definitions in file order, model and paper space included.
   std::vector<std::string> blockNames() const;
   // True when the layer exists and is frozen or locked.

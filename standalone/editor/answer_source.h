@@ -7,11 +7,34 @@
 #include <string>
 #include <string_view>
 
+#include "ge/point.h"
+#include "host/editor.h"
+
 namespace standalone {
+
+// What the waiting prompt wants, so that a source with a pointing device
+// knows what a click in the drawing means there.
+enum class InputKind {
+  kCommand,    // the "Command:" prompt
+  kText,       // numbers, keywords, names: typed only
+  kPoint,      // a point (or a distance from base): a click gives the point
+  kPick,       // one entity by a picked point
+  kSelection,  // "Select objects:": picks and windows
+};
+
+struct PromptContext {
+  InputKind kind = InputKind::kText;
+  std::string_view prompt;
+  std::optional<ge::Point3d> base;  // the rubber band's start, when the prompt has one
+  // The live preview of a dragged point; valid while the prompt waits.
+  const host::Editor::DragPreview* preview = nullptr;
+};
 
 class AnswerSource {
  public:
   virtual ~AnswerSource() = default;
+  // Told before every answer is asked for. The terminal and scripts ignore it.
+  virtual void expect(const PromptContext& context) { (void)context; }
   // The next answer, ended by a space or a line end; nothing when the input has ended.
   virtual std::optional<std::string> nextWord() = 0;
   // The rest of the current line, spaces included; nothing when the input has ended.
@@ -48,6 +71,8 @@ class ScriptReader : public AnswerSource {
   bool echoesAnswers() const override { return echo_; }
   bool atEnd() override { return !fetchLineIfNeeded(); }
 
+  // True while a line has answers left (the next answer needs no new line).
+  bool hasOpenLine() const { return lineOpen_; }
   // Number of the line the next answer comes from (1-based); 0 before the first.
   int lineNumber() const { return lineNumber_; }
 

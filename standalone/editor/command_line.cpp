@@ -71,6 +71,7 @@ CommandLine::Answer CommandLine::askFrom(std::size_t level, std::string_view pro
   // acedCommand, the token "\\").
   bool paused = level + 1 < sources_.size();
   if ((!s.quiet || paused) && !promptShown) transcript_.prompt(prompt);
+  s.source->expect({kind_, prompt, base_, preview_});
   std::optional<std::string> text = wholeLine ? s.source->nextLine() : s.source->nextWord();
   if (text && *text == "\\" && s.endCancels && level > 0) return askFrom(level - 1, prompt, wholeLine, !s.quiet);
   if (!text) {
@@ -102,6 +103,7 @@ std::optional<std::string> CommandLine::readCommandName() {
   Source& s = sources_.back();
   if (s.source->echoesAnswers() && s.source->atEnd()) return std::nullopt;
   transcript_.prompt("Command: ");
+  s.source->expect({InputKind::kCommand, "Command: ", std::nullopt});
   std::optional<std::string> name = s.source->nextWord();
   if (!name) {
     transcript_.endLine();
@@ -201,6 +203,7 @@ int CommandLine::getReal(std::string_view prompt, double& value) {
 }
 
 int CommandLine::getDist(const ge::Point3d* base, std::string_view prompt, double& value) {
+  Expecting point(*this, InputKind::kPoint, base ? std::optional(*base) : std::nullopt);
   auto read = [&](const std::string& text, const InitGet& ig) -> Read<double> {
     if (std::optional<double> v = parseReal(text)) return {v};
     std::optional<PointAnswer> p = parsePoint(text);
@@ -225,6 +228,7 @@ int CommandLine::getDist(const ge::Point3d* base, std::string_view prompt, doubl
 }
 
 std::optional<ge::Point3d> CommandLine::askCorner(std::string_view prompt) {
+  Expecting point(*this, InputKind::kPoint, base_);
   while (true) {
     Answer a = ask(prompt, false);
     if (a.kind == Reply::kCancel) return std::nullopt;
@@ -236,7 +240,8 @@ std::optional<ge::Point3d> CommandLine::askCorner(std::string_view prompt) {
   }
 }
 
-int CommandLine::getPoint(const ge::Point3d*, std::string_view prompt, ge::Point3d& value) {
+int CommandLine::getPoint(const ge::Point3d* base, std::string_view prompt, ge::Point3d& value) {
+  Expecting point(*this, InputKind::kPoint, base ? std::optional(*base) : std::nullopt);
   auto read = [&](const std::string& text, const InitGet&) -> Read<ge::Point3d> {
     std::optional<PointAnswer> p = parsePoint(text);
     if (!p) return {};
@@ -244,6 +249,15 @@ int CommandLine::getPoint(const ge::Point3d*, std::string_view prompt, ge::Point
     return {lastPoint_};
   };
   return readValue(prompt, read, [](const std::string&) { return "Invalid point."; }, value);
+}
+
+int CommandLine::dragPoint(const ge::Point3d* base, std::string_view prompt, const DragPreview& preview,
+                           ge::Point3d& value) {
+  const DragPreview* outer = preview_;
+  preview_ = &preview;
+  int rc = getPoint(base, prompt, value);
+  preview_ = outer;
+  return rc;
 }
 
 int CommandLine::entSel(std::string_view prompt, host::ObjectId& entity, ge::Point3d& picked) {
@@ -264,6 +278,7 @@ int CommandLine::entSel(std::string_view prompt, host::ObjectId& entity, ge::Poi
     return {Pick{finder_.pickAt(lastPoint_, pickAperture()), lastPoint_}};
   };
   Pick pick;
+  Expecting pickOne(*this, InputKind::kPick);
   int rc = readValue(
       prompt, read,
       [](const std::string&) { return "*Invalid selection*\nExpects a point or an entity handle (#1F)."; }, pick);

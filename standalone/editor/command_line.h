@@ -51,6 +51,8 @@ class CommandLine : public host::Editor {
   int getKword(std::string_view prompt, std::string& keyword) override;
   int getString(bool allowSpaces, std::string_view prompt, std::string& value) override;
   int getInput(std::string& value) override;
+  int dragPoint(const ge::Point3d* base, std::string_view prompt, const DragPreview& preview,
+                ge::Point3d& value) override;
   int entSel(std::string_view prompt, host::ObjectId& entity, ge::Point3d& picked) override;
   int ssget(std::string_view mode, const ge::Point3d* p1, const ge::Point3d* p2, const host::ResBufList* filter,
             std::vector<host::ObjectId>& selection) override;
@@ -79,6 +81,27 @@ class CommandLine : public host::Editor {
   struct InitGet {
     int bits = 0;
     KeywordList keywords;
+  };
+
+  // What the prompts asked inside its lifetime want (a text answer outside any).
+  class Expecting {
+   public:
+    Expecting(CommandLine& line, InputKind kind, std::optional<ge::Point3d> base = std::nullopt)
+        : line_(line), kind_(line.kind_), base_(line.base_) {
+      line.kind_ = kind;
+      line.base_ = base;
+    }
+    ~Expecting() {
+      line_.kind_ = kind_;
+      line_.base_ = base_;
+    }
+    Expecting(const Expecting&) = delete;
+    Expecting& operator=(const Expecting&) = delete;
+
+   private:
+    CommandLine& line_;
+    InputKind kind_;
+    std::optional<ge::Point3d> base_;
   };
 
   Answer ask(std::string_view prompt, bool wholeLine);
@@ -120,6 +143,9 @@ class CommandLine : public host::Editor {
   const View& view_;
   EntityFinder finder_;
   std::vector<Source> sources_;
+  InputKind kind_ = InputKind::kText;
+  std::optional<ge::Point3d> base_;
+  const DragPreview* preview_ = nullptr;  // while a dragged point is asked for
   InitGet pending_;
   std::string lastInput_;
   ge::Point3d lastPoint_;

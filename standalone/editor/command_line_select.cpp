@@ -122,6 +122,7 @@ std::vector<host::ObjectId> CommandLine::selectionAnswer(const std::string& text
 int CommandLine::interactiveSelection(bool single, const EntityFilter& filter, std::vector<host::ObjectId>& set) {
   EntityFinder::CacheScope cache(finder_);
   std::unordered_set<host::ObjectId> members(set.begin(), set.end());  // membership without a scan of the set
+  Expecting objects(*this, InputKind::kSelection);
   bool removing = false;
   while (true) {
     Answer a = ask(removing ? "Remove objects: " : "Select objects: ", false);

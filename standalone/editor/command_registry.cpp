@@ -21,6 +21,15 @@ bool CommandRegistry::removeGroup(std::string_view group) {
   return removed > 0;
 }
 
+bool CommandRegistry::replaceHandler(std::string_view globalName, host::CommandHandler handler) {
+  for (CommandEntry& e : entries_)
+    if (equalsNoCase(e.globalName, globalName)) {
+      e.handler = std::move(handler);
+      return true;
+    }
+  return false;
+}
+
 const CommandEntry* CommandRegistry::find(std::string_view name, bool globalOnly) const {
   if (!globalOnly)
     for (const CommandEntry& e : entries_)

@@ -24,6 +24,9 @@ class CommandRegistry : public host::CommandStack {
                   host::CommandHandler handler) override;
   bool removeGroup(std::string_view group) override;
 
+  // Gives a registered command another handler (a desktop shows a dialog
+  // where the plug-in asks on the command line); false when there is none.
+  bool replaceHandler(std::string_view globalName, host::CommandHandler handler);
   // The command a name selects: global names only when globalOnly (the user
   // typed a leading "_"), otherwise local names first, then global ones.
   const CommandEntry* find(std::string_view name, bool globalOnly) const;

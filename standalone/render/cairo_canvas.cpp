@@ -12,6 +12,7 @@
 #include "io/replace_file.h"
 #include "standalone/render/file_canvas.h"
 #include "standalone/render/font_choice.h"
+#include "standalone/render/pixel_canvas.h"
 #include "standalone/render/render.h"
 #include "standalone/render/render_error.h"
 #include "standalone/render/text_placement.h"
@@ -59,7 +60,26 @@ class CairoCanvas : public FileCanvas {
     cairo_select_font_face(cr_, kFontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
     paintBackground(kWhite);
   }
+  // A canvas over the caller's pixels, for screens: nothing is written anywhere.
+  CairoCanvas(unsigned char* pixels, int widthPx, int heightPx, int strideBytes) : format_(FileFormat::kPng) {
+    surface_ = cairo_image_surface_create_for_data(pixels, CAIRO_FORMAT_RGB24, widthPx, heightPx, strideBytes);
+    if (cairo_surface_status(surface_) != CAIRO_STATUS_SUCCESS) {
+      std::string why = cairo_status_to_string(cairo_surface_status(surface_));
+      cairo_surface_destroy(surface_);
+      throw RenderError("Cannot paint the view: " + why);
+    }
+    cr_ = cairo_create(surface_);
+    cairo_set_line_cap(cr_, CAIRO_LINE_CAP_ROUND);
+    cairo_set_line_join(cr_, CAIRO_LINE_JOIN_ROUND);
+    cairo_set_fill_rule(cr_, CAIRO_FILL_RULE_EVEN_ODD);
+    cairo_select_font_face(cr_, kFontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    // A screen repaints often: the quicker rasteriser (lines a pixel thin stay
+    // crisp), and strokes of one colour and width gathered into one path.
+    cairo_set_antialias(cr_, CAIRO_ANTIALIAS_NONE);
+    batchStrokes_ = true;
+  }
   ~CairoCanvas() override {
+    flushStrokes();
     cairo_destroy(cr_);
     cairo_surface_destroy(surface_);
     if (!finished_) removePart();
@@ -75,17 +95,34 @@ class CairoCanvas : public FileCanvas {
     cairo_set_matrix(cr_, &m);
   }
   void clipToPage(const PageRect& r) override {
+    flushStrokes();
     cairo_save(cr_);
     cairo_identity_matrix(cr_);
     cairo_rectangle(cr_, r.x, r.y, r.width, r.height);
     cairo_restore(cr_);
     cairo_clip(cr_);
   }
-  void setColor(const Rgb& c) override { cairo_set_source_rgb(cr_, c.r, c.g, c.b); }
-  void setLineWidth(double px) override { lineWidthPx_ = px; }
-  void moveTo(const ge::Point2d& p) override { cairo_move_to(cr_, p.x, p.y); }
-  void lineTo(const ge::Point2d& p) override { cairo_line_to(cr_, p.x, p.y); }
+  void setColor(const Rgb& c) override {
+    if (batchStrokes_ && hasColor_ && c == color_) return;
+    flushStrokes();
+    color_ = c;
+    hasColor_ = true;
+    cairo_set_source_rgb(cr_, c.r, c.g, c.b);
+  }
+  void setLineWidth(double px) override {
+    if (px != lineWidthPx_) flushStrokes();
+    lineWidthPx_ = px;
+  }
+  void moveTo(const ge::Point2d& p) override {
+    ++pathOps_;
+    cairo_move_to(cr_, p.x, p.y);
+  }
+  void lineTo(const ge::Point2d& p) override {
+    ++pathOps_;
+    cairo_line_to(cr_, p.x, p.y);
+  }
   void arc(const ge::Point2d& c, double r, double a0, double a1, bool ccw) override {
+    ++pathOps_;
     // The user space has y up, so cairo's increasing-angle arc runs counter-clockwise on the page.
     if (ccw)
       cairo_arc(cr_, c.x, c.y, r, a0, a1);
@@ -94,15 +131,40 @@ class CairoCanvas : public FileCanvas {
   }
   void closePath() override { cairo_close_path(cr_); }
   void stroke() override {
+    // Gathered strokes are painted when the colour or width changes, when
+    // anything else is drawn, and when the path grows long.
+    constexpr std::size_t kMostGatheredOps = 4096;
+    if (batchStrokes_ && pathOps_ < kMostGatheredOps) {
+      pendingStroke_ = true;
+      return;
+    }
+    strokeNow();
+  }
+  void strokeNow() {
+    pendingStroke_ = false;
+    pathOps_ = 0;
     // Widths are page pixels: stroke with the identity matrix, the path stays where it is.
     cairo_save(cr_);
     cairo_identity_matrix(cr_);
     cairo_set_line_width(cr_, lineWidthPx_);
+    if (batchStrokes_ && lineWidthPx_ <= 1.5) {
+      // On a screen a thin line's caps and joins are below a pixel: the
+      // plain ones cost far less to compute than round ones.
+      cairo_set_line_cap(cr_, CAIRO_LINE_CAP_BUTT);
+      cairo_set_line_join(cr_, CAIRO_LINE_JOIN_BEVEL);
+    }
     cairo_stroke(cr_);
     cairo_restore(cr_);
   }
-  void fill() override { cairo_fill(cr_); }
+  // The gathered strokes must not become part of a filled area.
+  void beginFill() override { flushStrokes(); }
+  void fill() override {
+    flushStrokes();  // a caller that did not say so beforehand
+    cairo_fill(cr_);
+    pathOps_ = 0;
+  }
   void paintBackground(const Rgb& c) override {
+    flushStrokes();
     cairo_save(cr_);
     setColor(c);
     cairo_paint(cr_);
@@ -110,6 +172,7 @@ class CairoCanvas : public FileCanvas {
   }
   void text(const TextRun& run) override;
   void pageText(const std::string& utf8, const ge::Point2d& topLeftPx, double sizePx) override {
+    flushStrokes();
     cairo_save(cr_);
     selectFaceFor(utf8);
     cairo_identity_matrix(cr_);
@@ -123,6 +186,7 @@ class CairoCanvas : public FileCanvas {
   }
 
   void finish() override {
+    flushStrokes();
     cairo_surface_flush(surface_);
     cairo_status_t status = CAIRO_STATUS_SUCCESS;
     if (format_ == FileFormat::kPng)
@@ -161,6 +225,9 @@ class CairoCanvas : public FileCanvas {
       throw RenderError(describe(file_, "the folder is not writable"));
     }
   }
+  void flushStrokes() {
+    if (pendingStroke_) strokeNow();
+  }
   // Drops the unfinished picture.
   void removePart() { part_.reset(); }
 
@@ -173,11 +240,17 @@ class CairoCanvas : public FileCanvas {
   cairo_surface_t* surface_ = nullptr;
   cairo_t* cr_ = nullptr;
   double lineWidthPx_ = 1;
+  bool batchStrokes_ = false;  // screens only: files stroke every path as it comes
+  bool pendingStroke_ = false;
+  std::size_t pathOps_ = 0;
+  Rgb color_;
+  bool hasColor_ = false;
   FontChooser fonts_;  // for page captions
   TextPlacer placer_;
 };
 
 void CairoCanvas::text(const TextRun& run) {
+  flushStrokes();
   cairo_save(cr_);
   if (placer_.place(cr_, run)) cairo_show_text(cr_, run.utf8.c_str());
   cairo_new_path(cr_);
@@ -193,6 +266,12 @@ std::unique_ptr<FileCanvas> openFileCanvas(FileFormat format, const std::filesys
 
 std::unique_ptr<FileCanvas> openPdfCanvas(const std::filesystem::path& file, double widthPt, double heightPt) {
   return std::make_unique<CairoCanvas>(FileFormat::kPdf, file, widthPt, heightPt);
+}
+
+std::unique_ptr<Canvas> openPixelCanvas(unsigned char* pixels, int widthPx, int heightPx, int strideBytes) {
+  if (widthPx <= 0 || heightPx <= 0 || widthPx > kMaxPagePx || heightPx > kMaxPagePx)
+    throw RenderError("Cannot paint the view: the size must be 1 to 32767 pixels per side");
+  return std::make_unique<CairoCanvas>(pixels, widthPx, heightPx, strideBytes);
 }
 
 void releaseFontCaches() {

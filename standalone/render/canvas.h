@@ -55,6 +55,9 @@ class Canvas {
   virtual void stroke() = 0;
   // Fills and clears the current path; overlapping sub-paths make holes (even-odd rule).
   virtual void fill() = 0;
+  // Says that the path traced next is to be filled: a canvas that gathers
+  // strokes into one path paints them first.
+  virtual void beginFill() {}
   // Fills the whole page with a colour.
   virtual void paintBackground(const Rgb& color) = 0;
 

@@ -188,21 +188,65 @@ Box2d Scene::extents() const {
   return box;
 }
 
+std::vector<Box2d> itemBoxes(const Scene& scene) {
+  std::vector<Box2d> boxes;
+  boxes.reserve(scene.items.size());
+  for (const auto& item : scene.items) {
+    Box2d box;
+    if (auto* p = std::get_if<ScenePath>(&item.shape))
+      addPathExtents(p->path, box);
+    else if (auto* t = std::get_if<TextRun>(&item.shape))
+      addTextExtents(*t, box);
+    else if (auto* m = std::get_if<PointMarker>(&item.shape))
+      box.add(m->at.x, m->at.y);
+    boxes.push_back(box);
+  }
+  return boxes;
+}
+
+namespace {
+
+bool overlaps(const Box2d& a, const Box2d& b) {
+  return a.minX <= b.maxX && b.minX <= a.maxX && a.minY <= b.maxY && b.minY <= a.maxY;
+}
+
+// A text too small to read: a line through the middle of where it stands.
+void paintTextStroke(const TextRun& t, Canvas& canvas) {
+  double ems = 0;
+  for (unsigned char c : t.utf8) ems += (c & 0xC0) == 0x80 ? 0.0 : c >= 0xE3 ? 1.4 : 0.75;
+  double w = t.fitWidth > 0 ? t.fitWidth : t.height * t.widthFactor * ems;
+  double x0 = -t.hAlign * w;
+  double y = t.vAlign == TextVAlign::kTop ? -t.height / 2 : t.vAlign == TextVAlign::kMiddle ? 0 : t.height / 2;
+  double c = std::cos(t.rotation), s = std::sin(t.rotation);
+  auto at = [&](double dx) { return ge::Point2d{t.anchor.x + c * dx - s * y, t.anchor.y + s * dx + c * y}; };
+  canvas.moveTo(at(x0));
+  canvas.lineTo(at(x0 + w));
+  canvas.stroke();
+}
+
+}  // namespace
+
 void paintScene(const Scene& scene, Canvas& canvas, const PaintScale& scale) {
   double viewHeight = scale.viewHeight;
-  for (const auto& item : scene.items) {
+  bool cull = scale.visible && scale.boxes && scale.boxes->size() == scene.items.size();
+  for (std::size_t i = 0; i < scene.items.size(); ++i) {
+    const SceneItem& item = scene.items[i];
+    if (cull && (*scale.boxes)[i].isValid() && !overlaps((*scale.boxes)[i], *scale.visible)) continue;
     canvas.setColor(item.color);
     canvas.setLineWidth(item.lineWidthPx);
     if (auto* p = std::get_if<ScenePath>(&item.shape)) {
       if (!isFinite(p->path)) continue;
       if (p->filled) {
+        canvas.beginFill();
         tracePath(p->path, canvas);
         canvas.fill();
       } else {
         strokeInPieces(p->path, canvas, scale.pixelsPerUnit);
       }
     } else if (auto* t = std::get_if<TextRun>(&item.shape)) {
-      if (isFinite(*t)) canvas.text(*t);
+      if (!isFinite(*t)) continue;
+      if (t->height * scale.pixelsPerUnit < scale.smallestTextPx) paintTextStroke(*t, canvas);
+      else canvas.text(*t);
     } else if (auto* m = std::get_if<PointMarker>(&item.shape)) {
       if (isFinite(m->at) && std::isfinite(m->rotation) && std::isfinite(markerSize(*m, viewHeight)))
         paintMarker(*m, canvas, viewHeight);

@@ -71,7 +71,18 @@ double markerSize(const PointMarker& m, double viewHeight);
 struct PaintScale {
   double pixelsPerUnit = 1;  // page pixels per drawing unit
   double viewHeight = 1;     // drawing units; sizes the point glyphs whose size is relative
+  // A screen's level of detail (pictures and files keep every detail): text
+  // runs whose height is below this many pixels are drawn as a line where
+  // their text would stand; 0 draws every glyph.
+  double smallestTextPx = 0;
+  // When given (with one box per item, from itemBoxes), items whose box
+  // misses the visible box (drawing units) are not painted.
+  const Box2d* visible = nullptr;
+  const std::vector<Box2d>* boxes = nullptr;
 };
+
+// The box of each item of the scene, in item order (texts by their estimate).
+std::vector<Box2d> itemBoxes(const Scene& scene);
 
 // Paints the scene on the canvas in its current view.
 void paintScene(const Scene& scene, Canvas& canvas, const PaintScale& scale);

@@ -1,0 +1,283 @@
+// The main window: open, the Corvane menu and the command line, the view's
+// clicks and windows at prompts and at "Command:", save and read back.
+#include <QAction>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#include <QTest>
+
+#include "apps/corvane-workbench/command_panel.h"
+#include "apps/corvane-workbench/drawing_view.h"
+#include "apps/corvane-workbench/layer_panel.h"
+#include "apps/corvane-workbench/properties_panel.h"
+#include "standalone/editor/entity_finder.h"
+#include "apps/corvane-workbench/session.h"
+#include "tests/workbench/workbench_fixture.h"
+
+namespace workbench_test {
+namespace {
+
+const std::string kDemo = std::string(CORVANE_SAMPLES) + "/demo.dxf";
+
+int countKind(workbench::MainWindow& w, std::size_t variantIndex) {
+  standalone::DrawingDatabase& db = w.session()->host().drawing();
+  int n = 0;
+  for (host::ObjectId id : db.entitiesOf(db.modelSpace()))
+    if (const host::Entity* e = db.peek(id); e && e->data.index() == variantIndex) ++n;
+  return n;
+}
+constexpr std::size_t kLwPolylineIndex = 4;  // in host::EntityData
+constexpr std::size_t kSplineIndex = 7;
+
+QAction* menuAction(QMenu* menu, const QString& label) {
+  for (QAction* a : menu->actions())
+    if (a->text() == label) return a;
+  return nullptr;
+}
+
+TEST_F(WorkbenchTest, OpensRunsFromTheMenuAndTypedAndSavesWhatEzdxfReads) {
+  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  EXPECT_FALSE(window().isWindowModified());
+  EXPECT_EQ(window().layerPanel()->topLevelItemCount(), 5);
+  // The Corvane menu is the one the plug-in loaded from its menu file.
+  QAction* divide = menuAction(window().corvaneMenu(), "Divide polylines");
+  ASSERT_NE(divide, nullptr);
+  EXPECT_EQ(window().corvaneMenu()->title(), "Corvane");
+
+  int polylines = countKind(window(), kLwPolylineIndex);
+  divide->trigger();
+  window().submitLine("W 0,10 50,20  8");
+  runUntilIdle();
+  EXPECT_EQ(countKind(window(), kLwPolylineIndex), polylines + 1) << transcript();
+  EXPECT_NE(transcript().find("Command: _ZORL_PLDevide"), std::string::npos) << transcript();
+
+  // Typed, with the answers on the same line as the script rules allow.
+  std::size_t entities = window().session()->host().drawing().entitiesOf(window().session()->host().drawing().modelSpace()).size();
+  window().commandPanel()->typeLine("PLBH 0,15   ");
+  runUntilIdle();
+  std::size_t after = window().session()->host().drawing().entitiesOf(window().session()->host().drawing().modelSpace()).size();
+  EXPECT_GT(after, entities) << transcript();
+  EXPECT_TRUE(window().isWindowModified());
+  EXPECT_EQ(window().commandPanel()->history().back(), "PLBH 0,15   ");
+  screenshot(window(), "workbench-main-window.png");
+
+  std::string out = dir_.file("saved.dxf");
+  ASSERT_TRUE(window().saveDrawingAs(QString::fromStdString(out)));
+  EXPECT_FALSE(window().isWindowModified());
+  std::string dump = dumpWithEzdxf(out);
+  EXPECT_EQ(countOf(dump, "LWPOLYLINE"), polylines + 1) << dump;
+  int lines = 0;
+  for (char c : dump) lines += c == '\n';
+  EXPECT_EQ(static_cast<std::size_t>(lines - countOf(dump, "HEADER")), after) << dump;
+}
+
+TEST_F(WorkbenchTest, UnsavedChangesAreAskedAboutBeforeTheyAreLost) {
+  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  window().submitLine("PLDF W 0,10 50,20  8");
+  runUntilIdle();
+  ASSERT_TRUE(window().isWindowModified());
+  QMessageBox::StandardButton reply = QMessageBox::Cancel;
+  int asked = 0;
+  QTimer answerer;
+  QObject::connect(&answerer, &QTimer::timeout, [&] {
+    for (QWidget* w : QApplication::topLevelWidgets())
+      if (auto* box = qobject_cast<QMessageBox*>(w); box && box->isVisible()) {
+        ++asked;
+        box->button(reply)->click();
+      }
+  });
+  answerer.start(10);
+  EXPECT_FALSE(window().openDrawing(QString::fromStdString(kDemo)));  // Cancel keeps the changed drawing
+  EXPECT_EQ(asked, 1);
+  EXPECT_TRUE(window().isWindowModified());
+  reply = QMessageBox::Discard;
+  EXPECT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  EXPECT_EQ(asked, 2);
+  EXPECT_FALSE(window().isWindowModified());
+  EXPECT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));  // nothing to lose: no question
+  EXPECT_EQ(asked, 2);
+}
+
+TEST_F(WorkbenchTest, AMenuPickCancelsTheRunningCommandAndRunsItsOwn) {
+  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  std::size_t entities = db.entitiesOf(db.modelSpace()).size();
+  play({{[&] { return window().waiting(); }, [&] { window().runMacro("^C^C_ZORL_PLBH"); }},
+        {[&] { return window().waiting() && transcript().find("Command: _ZORL_PLBH") != std::string::npos; },
+         [&] { window().submitLine("^C"); }}});
+  window().submitLine("PLDF");
+  runUntilPlayed();
+  EXPECT_EQ(db.entitiesOf(db.modelSpace()).size(), entities) << transcript();
+  EXPECT_FALSE(window().busy());
+}
+
+TEST_F(WorkbenchTest, PointPromptsTakeSnappedClicksFromTheView) {
+  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  workbench::DrawingView& view = *window().view();
+  view.zoomExtents();
+  QApplication::processEvents();
+  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  // The demo's first line: its ends are where the connector must start and end exactly.
+  std::optional<host::Line> line;
+  for (host::ObjectId id : db.entitiesOf(db.modelSpace()))
+    if (const host::Entity* e = db.peek(id))
+      if (const auto* l = std::get_if<host::Line>(&e->data); l && !line) line = *l;
+  ASSERT_TRUE(line);
+  int splines = countKind(window(), kSplineIndex);
+  auto clickNear = [&](const ge::Point3d& end) {
+    // A click three pixels off the end snaps onto it.
+    QPoint at = (view.toWidget({end.x, end.y}) + QPointF(3, -2)).toPoint();
+    QTest::mouseMove(&view, at);
+    QTest::mouseClick(&view, Qt::LeftButton, Qt::NoModifier, at);
+  };
+  play({{[&] { return window().waiting() && promptsWaited() == 1; }, [&] { clickNear(line->start); }},
+        {[&] { return window().waiting() && promptsWaited() == 2; }, [&] { clickNear(line->end); }}});
+  window().submitLine("linkLine00");
+  runUntilPlayed();
+  ASSERT_EQ(countKind(window(), kSplineIndex), splines + 1) << transcript();
+  const host::Entity* made = db.peek(db.lastEntity());
+  ASSERT_NE(made, nullptr);
+  const auto& spline = std::get<host::Spline>(made->data);
+  ASSERT_EQ(spline.fitPoints.size(), 2u);
+  EXPECT_EQ(spline.fitPoints[0], line->start);
+  EXPECT_EQ(spline.fitPoints[1], line->end);
+}
+
+TEST_F(WorkbenchTest, PlAffClickDragsTheInfluenceCurveWithTheCursor) {
+  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  workbench::DrawingView& view = *window().view();
+  std::vector<host::EntityData> shown;
+  bool jigDuringPrompt = false;
+  play({{[&] { return window().waiting() && transcript().find("Pick a point to apply") != std::string::npos; },
+         [&] {
+           jigDuringPrompt = view.hasJig();
+           shown = view.jigAt({100, 200, 0});
+           QTest::mouseMove(&view, QPoint(50, 60));
+           view.grab();  // paints the dragged curve over the drawing
+           window().submitLine("");  // Enter ends the command
+         }}});
+  // The line along y = -10 influences everything; the defaults answer the rest.
+  window().submitLine("plAffClick 0,-10  ALL       ");
+  runUntilPlayed();
+  EXPECT_TRUE(jigDuringPrompt);
+  EXPECT_FALSE(view.hasJig());  // the preview ends with its prompt
+  ASSERT_EQ(shown.size(), 1u);
+  ge::Extents3d box;
+  ASSERT_EQ(window().session()->host().host().curves.getGeomExtents(shown[0], box), host::ErrorStatus::eOk);
+  EXPECT_NEAR((box.min.x + box.max.x) / 2, 100, 1e-9);
+  EXPECT_NEAR((box.min.y + box.max.y) / 2, 200, 1e-9);
+  EXPECT_NE(transcript().find("Applied the influence <0 > time(s)."), std::string::npos) << transcript();
+}
+
+TEST_F(WorkbenchTest, AGripMovedOnALinkedShapeTakesItsConnectorAlong) {
+  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  auto rectangle = [&](double x0, double x1) {
+    host::Entity e;
+    e.props = db.defaultProps();
+    host::LwPolyline pl;
+    pl.vertices = {{x0, 0}, {x1, 0}, {x1, 10}, {x0, 10}};
+    pl.closed = true;
+    e.data = pl;
+    db.append(e);
+    return e.id;
+  };
+  host::ObjectId left = rectangle(0, 10);
+  rectangle(30, 40);
+  workbench::DrawingView& view = *window().view();
+  view.drawingChanged();
+  view.zoomExtents();
+  window().submitLine("linkLineAuto 10,5 30,5");
+  runUntilIdle();
+  host::ObjectId connector = db.lastEntity();
+  ASSERT_TRUE(std::holds_alternative<host::Spline>(db.peek(connector)->data)) << transcript();
+  // Pick the left shape at "Command:", then drag its lower right corner grip to the right.
+  QPoint edge = view.toWidget({0, 5}).toPoint();
+  QTest::mouseClick(&view, Qt::LeftButton, Qt::NoModifier, edge);
+  ASSERT_EQ(view.selection(), std::vector<host::ObjectId>{left});
+  QPoint grip = view.toWidget({10, 0}).toPoint(), to = view.toWidget({20, 0}).toPoint();
+  QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, grip);
+  QTest::mouseMove(&view, to);
+  QTest::mouseRelease(&view, Qt::LeftButton, Qt::NoModifier, to);
+  const auto& shape = std::get<host::LwPolyline>(db.peek(left)->data);
+  EXPECT_NEAR(shape.vertices[1].x, 20, view.toDrawing({1, 0}).x - view.toDrawing({0, 0}).x);
+  // The connector's start follows the middle of the shape's right side.
+  const auto& spline = std::get<host::Spline>(db.peek(connector)->data);
+  ASSERT_FALSE(spline.fitPoints.empty());
+  EXPECT_NEAR(spline.fitPoints.front().x, shape.vertices[1].x, 1e-9);
+  EXPECT_NEAR(spline.fitPoints.front().y, (std::min(0.0, shape.vertices[1].y) + 10) / 2, 1e-9);
+  EXPECT_TRUE(window().isWindowModified());
+}
+
+TEST_F(WorkbenchTest, WindowsSelectInsideAndCrossingsWhatTheyTouch) {
+  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  workbench::DrawingView& view = *window().view();
+  view.zoomExtents();
+  QApplication::processEvents();
+  auto drag = [&](ge::Point2d from, ge::Point2d to) {
+    QPoint a = view.toWidget(from).toPoint(), b = view.toWidget(to).toPoint();
+    QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, a);
+    QTest::mouseMove(&view, (a + b) / 2);
+    QTest::mouseMove(&view, b);
+    QTest::mouseRelease(&view, Qt::LeftButton, Qt::NoModifier, b);
+    QApplication::processEvents();
+    return view.selection().size();
+  };
+  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  ge::Extents3d all;
+  for (host::ObjectId id : db.entitiesOf(db.modelSpace()))
+    if (auto box = standalone::entityExtents(db, window().session()->host().host().curves, db.peek(id)->data))
+      all.add(*box);
+  ge::Point2d lo{all.min.x - 1, all.min.y - 1}, hi{all.max.x + 1, all.max.y + 1};
+  ge::Point2d mid{(all.min.x + all.max.x) / 2, (all.min.y + all.max.y) / 2};
+  std::size_t total = db.entitiesOf(db.modelSpace()).size();
+  EXPECT_EQ(drag(lo, hi), total);                 // a window round everything
+  std::size_t windowHalf = drag({lo.x, lo.y}, {mid.x, hi.y});
+  std::size_t crossingHalf = drag({mid.x, hi.y}, {lo.x, lo.y});  // the same box, right to left
+  EXPECT_LT(windowHalf, crossingHalf);
+  EXPECT_LE(crossingHalf, total);
+  EXPECT_GT(window().propertiesPanel()->topLevelItemCount(), 0);
+}
+
+TEST_F(WorkbenchTest, TheWheelZoomsAboutTheCursorAndTheViewPans) {
+  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  workbench::DrawingView& view = *window().view();
+  QPointF at(view.width() * 0.3, view.height() * 0.7);
+  ge::Point2d before = view.toDrawing(at);
+  double height = window().session()->host().view().height;
+  view.zoomAbout(at, 2);
+  ge::Point2d after = view.toDrawing(at);
+  EXPECT_NEAR(after.x, before.x, 1e-9 * height);
+  EXPECT_NEAR(after.y, before.y, 1e-9 * height);
+  EXPECT_DOUBLE_EQ(window().session()->host().view().height, height / 2);
+  ge::Point2d centre = window().session()->host().view().center;
+  view.panByPixels({10, 0});
+  EXPECT_LT(window().session()->host().view().center.x, centre.x);  // the drawing follows the hand
+}
+
+TEST_F(WorkbenchTest, ALayerTurnedOffLeavesThePictureAndIsSaved) {
+  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  window().view()->zoomExtents();
+  QImage shown = window().view()->picture().copy();
+  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  for (standalone::LayerState layer : db.layerStates())
+    if (layer.name == "Outline") {
+      layer.on = false;
+      ASSERT_TRUE(db.setLayerState(layer));
+    }
+  window().view()->drawingChanged();
+  EXPECT_NE(window().view()->picture(), shown);
+  std::string out = dir_.file("layers.dxf");
+  ASSERT_TRUE(window().saveDrawingAs(QString::fromStdString(out)));
+  std::string command = std::string(CORVANE_PYTHON) +
+                        " -c \"import ezdxf,sys; d=ezdxf.readfile(sys.argv[1]); print(d.layers.get('Outline').is_off())\" '" +
+                        out + "'";
+  FILE* pipe = popen(command.c_str(), "r");
+  char buf[64] = {};
+  ASSERT_TRUE(pipe && fgets(buf, sizeof buf, pipe));
+  pclose(pipe);
+  EXPECT_EQ(std::string(buf), "True\n");
+}
+
+}  // namespace
+}  // namespace workbench_test

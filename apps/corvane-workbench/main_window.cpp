@@ -2,11 +2,17 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QDockWidget>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QFormLayout>
+#include <QLineEdit>
 #include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -183,6 +189,52 @@ bool MainWindow::saveAs() {
   return saveDrawingAs(path);
 }
 
+bool MainWindow::plotToPdf(const QString& path, const standalone::PlotSettings& settings) {
+  if (!session_) return false;
+  try {
+    standalone::plotDrawingToPdf(session_->host().drawing(), std::filesystem::path(path.toStdString()), settings);
+    return true;
+  } catch (const std::exception& e) {
+    QMessageBox::warning(this, "Export PDF", QString::fromStdString(e.what()));
+    return false;
+  }
+}
+
+void MainWindow::exportPdf() {
+  if (!session_) return;
+  // Paper, orientation and scale; the file dialog asks before replacing a file.
+  QDialog ask(this);
+  ask.setWindowTitle("Export PDF");
+  auto* form = new QFormLayout(&ask);
+  auto* paper = new QComboBox(&ask);
+  paper->addItems({"A4", "A3", "A2", "A1", "A0", "A5", "Letter", "Legal", "Tabloid"});
+  auto* landscape = new QCheckBox("Landscape", &ask);
+  landscape->setChecked(true);
+  auto* scale = new QLineEdit("fit", &ask);
+  scale->setToolTip("fit, 1:100 (paper millimetres : drawing units), 2:1 or a factor");
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &ask);
+  form->addRow("Paper", paper);
+  form->addRow("", landscape);
+  form->addRow("Scale", scale);
+  form->addRow(buttons);
+  connect(buttons, &QDialogButtonBox::accepted, &ask, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, &ask, &QDialog::reject);
+  if (ask.exec() != QDialog::Accepted) return;
+  std::optional<std::optional<double>> parsedScale = standalone::parsePlotScale(scale->text().toStdString());
+  if (!parsedScale) {
+    QMessageBox::warning(this, "Export PDF", "The scale is not one of fit, 1:N, N:1 or a factor.");
+    return;
+  }
+  standalone::PlotSettings settings;
+  settings.paper = standalone::paperSizeByName(paper->currentText().toStdString()).value_or(standalone::PaperSize{});
+  settings.landscape = landscape->isChecked();
+  settings.scale = *parsedScale;
+  QString path = QFileDialog::getSaveFileName(this, "Export PDF", QString(), "PDF files (*.pdf)");
+  if (path.isEmpty()) return;
+  if (QFileInfo(path).suffix().isEmpty()) path += ".pdf";
+  if (plotToPdf(path, settings)) statusBar()->showMessage("Plotted to " + path, 5000);
+}
+
 void MainWindow::open() {
   QString path = QFileDialog::getOpenFileName(this, "Open drawing", QString(), "Drawings (*.dxf)");
   if (!path.isEmpty() && !openDrawing(path))
@@ -304,8 +356,7 @@ void MainWindow::buildMenus() {
   file->addAction("&Open...", QKeySequence::Open, this, &MainWindow::open);
   file->addAction("&Save", QKeySequence::Save, this, [this] { save(); });
   file->addAction("Save &As...", QKeySequence::SaveAs, this, [this] { saveAs(); });
-  QAction* pdf = file->addAction("Export PDF... (not available yet)");
-  pdf->setEnabled(false);
+  file->addAction("Export &PDF...", this, &MainWindow::exportPdf);
   file->addSeparator();
   file->addAction("&Quit", QKeySequence::Quit, this, &QWidget::close);
 

@@ -17,6 +17,7 @@
 #include "apps/corvane-workbench/interactive_answers.h"
 #include "apps/corvane-workbench/transcript_stream.h"
 #include "standalone/editor/embedded_host.h"
+#include "standalone/render/plot.h"
 
 class QEventLoop;
 class QLabel;
@@ -45,6 +46,10 @@ class MainWindow : public QMainWindow {
   void newDrawing();
   // Saves to path, written aside and renamed; false with a message on failure.
   bool saveDrawingAs(const QString& path);
+  // Plots the drawing to a PDF file, written aside and renamed; false with a
+  // message on failure. exportPdf() asks for the file and the paper first.
+  bool plotToPdf(const QString& path, const standalone::PlotSettings& settings);
+  void exportPdf();
   // Types a line at the command line: the answer to the waiting prompt, or
   // commands to run when none waits.
   void submitLine(const QString& line);

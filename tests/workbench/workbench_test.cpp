@@ -1,7 +1,10 @@
 // The main window: open, the Corvane menu and the command line, the view's
 // clicks and windows at prompts and at "Command:", save and read back.
+#include <fstream>
+
 #include <QAction>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -61,6 +64,33 @@ TEST_F(WorkbenchTest, OpensRunsFromTheMenuAndTypedAndSavesWhatEzdxfReads) {
   EXPECT_TRUE(window().isWindowModified());
   EXPECT_EQ(window().commandPanel()->history().back(), "PLBH 0,15   ");
   screenshot(window(), "workbench-main-window.png");
+
+  // Edit > Undo takes the typed command back whole, Edit > Redo brings it again.
+  QMenu* editMenu = nullptr;
+  for (QAction* a : window().menuBar()->actions())
+    if (a->text() == "&Edit") editMenu = a->menu();
+  ASSERT_NE(editMenu, nullptr);
+  auto modelSpaceCount = [&] {
+    standalone::DrawingDatabase& db = window().session()->host().drawing();
+    return db.entitiesOf(db.modelSpace()).size();
+  };
+  menuAction(editMenu, "&Undo")->trigger();
+  runUntilIdle();
+  EXPECT_EQ(modelSpaceCount(), entities) << transcript();
+  menuAction(editMenu, "&Redo")->trigger();
+  runUntilIdle();
+  EXPECT_EQ(modelSpaceCount(), after) << transcript();
+
+  // A plot of the drawing on A3 landscape, fitted.
+  standalone::PlotSettings plot;
+  plot.paper = *standalone::paperSizeByName("A3");
+  plot.landscape = true;
+  std::string pdf = dir_.file("plot.pdf");
+  ASSERT_TRUE(window().plotToPdf(QString::fromStdString(pdf), plot));
+  std::ifstream pdfFile(pdf, std::ios::binary);
+  std::string head(5, '\0');
+  pdfFile.read(head.data(), 5);
+  EXPECT_EQ(head, "%PDF-");
 
   std::string out = dir_.file("saved.dxf");
   ASSERT_TRUE(window().saveDrawingAs(QString::fromStdString(out)));

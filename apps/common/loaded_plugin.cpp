@@ -10,13 +10,17 @@
 
 namespace corvane_app {
 
-LoadedPlugin::LoadedPlugin(standalone::EmbeddedHost& h) {
+void addHostCommands(standalone::EmbeddedHost& h) {
   standalone::addPolylineEditCommands(h.hostCommands());
   standalone::addInsertCommand(h.hostCommands());
   standalone::addEditCommands(h.hostCommands());
   standalone::addMetafileCommands(h.hostCommands());
   standalone::addBoundaryCommands(h.hostCommands());
   standalone::addPngOutCommand(h.hostCommands());
+}
+
+LoadedPlugin::LoadedPlugin(standalone::EmbeddedHost& h) {
+  addHostCommands(h);
   // A host loads only modules built against its own interface release.
   if (frame::acrxGetApiVersion() != h.hostCommands().releaseNumber())
     throw standalone::InputError("the plug-in was built for another host release");

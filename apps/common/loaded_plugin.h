@@ -9,6 +9,10 @@
 
 namespace corvane_app {
 
+// The host commands the programs offer besides the basic ones: PEDIT,
+// INSERT, the edit commands, WMFOUT and WMFIN, BOUNDARY and PNGOUT.
+void addHostCommands(standalone::EmbeddedHost& h);
+
 // Loaded for as long as it lives (initialisation, the drawing's menu, the
 // queued expressions), unloaded at the end.
 class LoadedPlugin {

@@ -304,15 +304,15 @@ void DrawingView::paintOverlay(QPainter& painter) {
     if (jig_) {
       painter.setPen(QPen(QColor(200, 30, 30), 1.5));
       painter.setBrush(Qt::NoBrush);
-      for (const host::EntityData& data : jig_(p)) {
+      for (const host::EntityData& curve : jig_(p)) {
         double length = 0, end = 0;
-        if (h.host().curves.getEndParam(data, end) != host::ErrorStatus::eOk ||
-            h.host().curves.getDistAtParam(data, end, length) != host::ErrorStatus::eOk)
+        if (h.host().curves.getEndParam(curve, end) != host::ErrorStatus::eOk ||
+            h.host().curves.getDistAtParam(curve, end, length) != host::ErrorStatus::eOk)
           continue;
         QPainterPath path;
         for (int i = 0; i <= kJigSamples; ++i) {
           ge::Point3d q;
-          if (h.host().curves.getPointAtDist(data, length * i / kJigSamples, q) != host::ErrorStatus::eOk) continue;
+          if (h.host().curves.getPointAtDist(curve, length * i / kJigSamples, q) != host::ErrorStatus::eOk) continue;
           QPointF w = toWidget({q.x, q.y});
           if (path.elementCount() == 0) path.moveTo(w);
           else path.lineTo(w);

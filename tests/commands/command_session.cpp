@@ -5,16 +5,11 @@
 #include <fstream>
 #include <stdexcept>
 
+#include "apps/common/loaded_plugin.h"
 #include "frame/language.h"
 #include "standalone/db/dxf_reader.h"
 #include "standalone/db/dxf_writer.h"
 #include "standalone/editor/answer_source.h"
-#include "standalone/hostcmds/insert_block.h"
-#include "standalone/hostcmds/boundary.h"
-#include "standalone/hostcmds/pngout.h"
-#include "standalone/hostcmds/edit_commands.h"
-#include "standalone/hostcmds/polyline_edit.h"
-#include "standalone/metafile/wmf_commands.h"
 
 namespace commands_test {
 
@@ -42,25 +37,12 @@ void CommandSession::start() {
   std::filesystem::path in = root() / "in.dxf";
   standalone::saveDxf(draft_, in);
   HostSession::start(standalone::loadDxf(in), root() / "corvane",
-                     [](standalone::EmbeddedHost& h) {
-                       standalone::addPolylineEditCommands(h.hostCommands());
-                       standalone::addInsertCommand(h.hostCommands());
-                       standalone::addEditCommands(h.hostCommands());
-                       standalone::addMetafileCommands(h.hostCommands());
-                       standalone::addBoundaryCommands(h.hostCommands());
-                       standalone::addPngOutCommand(h.hostCommands());
-                     });
+                     [](standalone::EmbeddedHost& h) { corvane_app::addHostCommands(h); });
 }
 
 void CommandSession::startFrom(const std::filesystem::path& dxf) {
-  HostSession::start(standalone::loadDxf(dxf), root() / "corvane", [](standalone::EmbeddedHost& h) {
-    standalone::addPolylineEditCommands(h.hostCommands());
-    standalone::addInsertCommand(h.hostCommands());
-    standalone::addEditCommands(h.hostCommands());
-    standalone::addMetafileCommands(h.hostCommands());
-    standalone::addBoundaryCommands(h.hostCommands());
-    standalone::addPngOutCommand(h.hostCommands());
-  });
+  HostSession::start(standalone::loadDxf(dxf), root() / "corvane",
+                     [](standalone::EmbeddedHost& h) { corvane_app::addHostCommands(h); });
 }
 
 std::vector<host::Entity> CommandSession::entities() {

@@ -11,9 +11,7 @@
 #include <string>
 
 #include "bench/support/timing.h"
-#include "frame/module.h"
-#include "standalone/editor/answer_source.h"
-#include "standalone/editor/embedded_host.h"
+#include "bench/support/plugin_session.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/metafile/wmf_commands.h"
 
@@ -46,26 +44,13 @@ standalone::DrawingDatabase drawing(int texts) {
 
 int main(int argc, char** argv) {
   int texts = argc > 1 ? std::atoi(argv[1]) : 1000;
-  char pattern[] = "/tmp/corvane-bench-XXXXXX";
-  std::string dir = mkdtemp(pattern);
-  std::ofstream(dir + "/settings.reg") << "Windows Registry Editor Version 5.00\n\n"
-                                          "[HKEY_CURRENT_USER\\Software\\Brightvale\\Corvane]\n"
-                                          "\"pagetimes\"=dword:0000000a\n";
-  standalone::EmbeddedHostOptions options;
-  options.settingsPath = dir + "/settings.reg";
-  options.modulePath = dir + "/corvane";
-  std::ostringstream transcript;
-  auto host = std::make_unique<standalone::EmbeddedHost>(drawing(texts), transcript, options);
-  standalone::addEditCommands(host->hostCommands());
-  standalone::addMetafileCommands(host->hostCommands());
-  auto module = std::make_unique<frame::Module>(host->host());
-  module->acrxEntryPoint(frame::AppMsg::kInitAppMsg);
-  double t = benchsupport::bestSeconds(1, [&] {
-    auto source = standalone::ScriptReader::fromText("bench.scr", "txt2PL\nALL\n\n");
-    host->run(source);
+  bench_support::PluginSession session(drawing(texts), [](standalone::EmbeddedHost& h) {
+    standalone::addEditCommands(h.hostCommands());
+    standalone::addMetafileCommands(h.hostCommands());
   });
+  double t = benchsupport::bestSeconds(1, [&] { session.run("txt2PL\nALL\n\n"); });
   // What the command made: the polylines of the imported block.
-  const host::Drawing& db = host->host().drawing;
+  const host::Drawing& db = session.host->host().drawing;
   std::size_t polylines = 0, vertices = 0, open = 0;
   if (std::optional<host::ObjectId> block = db.findBlock("WMF0"))
     for (host::ObjectId id : db.entitiesOf(*block))
@@ -77,9 +62,6 @@ int main(int argc, char** argv) {
         }
   std::printf("txt2PL on %d texts: %.2f s, %zu polylines (%zu open) with %zu vertices\n", texts, t, polylines, open,
               vertices);
-  if (std::getenv("TEXT_BENCH_TRANSCRIPT")) std::printf("%s\n", transcript.str().c_str());
-  module.reset();
-  host.reset();
-  std::system(("rm -rf " + dir).c_str());
+  if (std::getenv("TEXT_BENCH_TRANSCRIPT")) std::printf("%s\n", session.out.str().c_str());
   return 0;
 }

@@ -117,15 +117,10 @@ void insertBlock(HostCommandContext& c) {
   if (c.editor.getPoint(nullptr, "Specify insertion point or [Basepoint/Scale/X/Y/Z/Rotate]: ", ref.position) !=
       host::RTNORM)
     return;
-  std::optional<double> sx = realOr(c, "Enter X scale factor, specify opposite corner, or [Corner/XYZ] <1>: ", 1.0,
-                                    host::RSG_NOZERO);
-  if (!sx) return;
-  std::optional<double> sy = realOr(c, "Enter Y scale factor <use X scale factor>: ", *sx, host::RSG_NOZERO);
-  if (!sy) return;
-  std::optional<double> degrees = realOr(c, "Specify rotation angle <0>: ", 0.0, 0);
-  if (!degrees) return;
-  ref.scale = {*sx, *sy, *sx};
-  ref.rotation = *degrees * std::numbers::pi / 180.0;
+  std::optional<InsertScaleRotation> placing = askInsertScaleRotation(c);
+  if (!placing) return;
+  ref.scale = {placing->xScale, placing->yScale, placing->xScale};
+  ref.rotation = placing->rotation;
   host::Entity e;
   e.props = c.drawing.defaultProps();
   e.data = ref;
@@ -133,6 +128,17 @@ void insertBlock(HostCommandContext& c) {
 }
 
 }  // namespace
+
+std::optional<InsertScaleRotation> askInsertScaleRotation(HostCommandContext& c) {
+  std::optional<double> sx = realOr(c, "Enter X scale factor, specify opposite corner, or [Corner/XYZ] <1>: ", 1.0,
+                                    host::RSG_NOZERO);
+  if (!sx) return std::nullopt;
+  std::optional<double> sy = realOr(c, "Enter Y scale factor <use X scale factor>: ", *sx, host::RSG_NOZERO);
+  if (!sy) return std::nullopt;
+  std::optional<double> degrees = realOr(c, "Specify rotation angle <0>: ", 0.0, 0);
+  if (!degrees) return std::nullopt;
+  return InsertScaleRotation{*sx, *sy, *degrees * std::numbers::pi / 180.0};
+}
 
 void addInsertCommand(HostCommandRunner& runner) {
   runner.addHostCommand("INSERT", insertBlock);

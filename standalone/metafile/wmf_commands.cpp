@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "standalone/db/database.h"
+#include "standalone/hostcmds/insert_block.h"
 #include "standalone/metafile/view_frame.h"
 #include "standalone/metafile/wmf_file.h"
 #include "standalone/render/outlines.h"
@@ -107,15 +108,6 @@ std::string freshBlockName(const host::Drawing& drawing) {
   }
 }
 
-std::optional<double> realOr(HostCommandContext& c, std::string_view prompt, double fallback, int bits) {
-  c.editor.initGet(bits, "");
-  double v = fallback;
-  int rc = c.editor.getReal(prompt, v);
-  if (rc == host::RTNONE) return fallback;
-  if (rc != host::RTNORM) return std::nullopt;
-  return v;
-}
-
 // The polylines of a metafile in a new block: the logical origin at the
 // block's base point, y up, at the import size of the current view.
 std::optional<std::string> makeBlock(HostCommandContext& c, DrawingDatabase& db, const WmfPicture& picture) {
@@ -152,18 +144,13 @@ void wmfIn(HostCommandContext& c) {
   }
   host::BlockReference ref;
   if (c.editor.getPoint(nullptr, "Specify insertion point: ", ref.position) != host::RTNORM) return;
-  std::optional<double> sx = realOr(c, "Enter X scale factor, specify opposite corner, or [Corner/XYZ] <1>: ", 1.0,
-                                    host::RSG_NOZERO);
-  if (!sx) return;
-  std::optional<double> sy = realOr(c, "Enter Y scale factor <use X scale factor>: ", *sx, host::RSG_NOZERO);
-  if (!sy) return;
-  std::optional<double> degrees = realOr(c, "Specify rotation angle <0>: ", 0.0, 0);
-  if (!degrees) return;
+  std::optional<InsertScaleRotation> placing = askInsertScaleRotation(c);
+  if (!placing) return;
   std::optional<std::string> block = makeBlock(c, *db, picture);
   if (!block) return;
   ref.blockName = *block;
-  ref.scale = {*sx, *sy, 1};
-  ref.rotation = *degrees * std::numbers::pi / 180.0;
+  ref.scale = {placing->xScale, placing->yScale, 1};
+  ref.rotation = placing->rotation;
   host::Entity e;
   e.props = c.drawing.defaultProps();
   e.data = ref;

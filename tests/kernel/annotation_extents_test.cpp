@@ -85,14 +85,12 @@ TEST_P(TextExtents, EstimatedBox) {
 INSTANTIATE_TEST_SUITE_P(Texts, TextExtents, ::testing::ValuesIn(textCases()),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST(TextContent, WidthsCountCharactersNotBytes) {
+// Widths count characters, not bytes; an empty or heightless text has no extents.
+TEST(TextExtentsEdge, CharactersNotBytesAndNothingForEmptyOrHeightlessText) {
   using standalone::kernel::estimatedWidthInHeights;
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("中文"), 2.8);  // CJK characters are wider
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("é"), 0.75);    // one character, two bytes
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("\u00B0\u2300\u00B1"), 3 * 0.75);  // the %%d, %%c, %%p symbols are narrow
-}
-
-TEST(TextExtentsEdge, EmptyOrHeightlessTextHasNone) {
   CurveKernel kernel;
   ge::Extents3d e;
   EXPECT_EQ(kernel.getGeomExtents(text("", {0, 0, 0}, 1), e), ErrorStatus::eDegenerateGeometry);

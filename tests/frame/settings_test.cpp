@@ -61,13 +61,6 @@ TEST_F(StoredSettings, TheReadTextBufferIsSharedAndBounded) {
   EXPECT_STREQ(two, "");
 }
 
-TEST_F(StoredSettings, CountersReadIncrementAndWrite) {
-  EXPECT_EQ(settings.incrementCounter("cmdtimes"), 0u);
-  EXPECT_EQ(settings.incrementCounter("cmdtimes"), 1u);
-  EXPECT_EQ(settings.readInt("cmdtimes"), 2u);
-  EXPECT_TRUE(store.keys.count(std::string(kSettingsKey)));
-}
-
 struct FolderCase {
   std::optional<std::string> location;
   std::string appName, modulePath, expected;

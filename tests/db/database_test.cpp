@@ -45,23 +45,12 @@ TEST(DatabaseEntities, AppendReadWriteEraseKeepIdsAndOrder) {
   EXPECT_EQ(db.entitiesOf(db.modelSpace()).size(), 1u);
 }
 
-TEST(DatabaseEntities, PolylineVerticesGetHandlesBelowTheSeed) {
-  auto db = DrawingDatabase::createEmpty();
-  host::Entity e = entityOf(host::Polyline2d{{{}, {}, {}}});
-  ASSERT_EQ(db.append(e), ErrorStatus::eOk);
-  const auto& stored = std::get<host::Polyline2d>(db.peek(e.id)->data);
-  std::uint64_t seed = db.newHandle();
-  for (const auto& v : stored.vertices) {
-    EXPECT_NE(v.handle, 0u);
-    EXPECT_LT(v.handle, seed);
-  }
-  EXPECT_NE(stored.seqendHandle, 0u);
-}
-
-TEST(DatabaseEntities, ACopiedPolylineGetsVertexHandlesOfItsOwn) {
+// Vertices and the SEQEND get handles below the seed, and a copy gets its
+// own, distinct from the original's and every other handle.
+TEST(DatabaseEntities, PolylineVerticesGetHandlesOfTheirOwn) {
   auto db = DrawingDatabase::createEmpty();
   host::Entity original = entityOf(host::Polyline3d{{{}, {}}});
-  db.append(original);
+  ASSERT_EQ(db.append(original), ErrorStatus::eOk);
   host::Entity copy = *db.read(original.id);
   ASSERT_EQ(db.append(copy), ErrorStatus::eOk);
   const auto& a = std::get<host::Polyline3d>(db.peek(original.id)->data);
@@ -70,6 +59,8 @@ TEST(DatabaseEntities, ACopiedPolylineGetsVertexHandlesOfItsOwn) {
   for (const auto* p : {&a, &b})
     for (const auto& v : p->vertices) handles.push_back(v.handle);
   std::sort(handles.begin(), handles.end());
+  EXPECT_NE(handles.front(), 0u);
+  EXPECT_LT(handles.back(), db.newHandle());
   EXPECT_EQ(std::adjacent_find(handles.begin(), handles.end()), handles.end());
   // Writing the original back keeps its handles; a repeated one is replaced.
   host::Entity again = *db.read(original.id);
@@ -128,8 +119,8 @@ TEST(DatabaseObjects, DictionaryEntriesOwnersAndReactors) {
   EXPECT_EQ(db.removeReactor(e.id, r), ErrorStatus::eKeyNotFound);
 }
 
-TEST(DatabaseHeader, VariablesAreTypedByGroupCode) {
-  auto db = DrawingDatabase::createEmpty();
+TEST(DatabaseHeader, VariablesAreTypedByGroupCodeAndTheActiveViewIsKept) {
+  auto db = DrawingDatabase::createEmpty("AC1015");
   EXPECT_FALSE(db.headerVariable("PDMODE"));
   db.setHeaderVariable("pdmode", {{70, std::int16_t{35}}});
   EXPECT_EQ(*db.headerVariable("$PDMODE"), (host::ResBufList{{70, std::int16_t{35}}}));
@@ -139,10 +130,8 @@ TEST(DatabaseHeader, VariablesAreTypedByGroupCode) {
   db.setHeaderVariable("$CECOLOR", {{62, std::int16_t{1}}});
   EXPECT_EQ(db.currentLayer(), "Walls");
   EXPECT_EQ(db.defaultProps().color.index, 1);
-}
 
-TEST(DatabaseHeader, ActiveViewIsAddedAndUpdated) {
-  auto db = DrawingDatabase::createEmpty("AC1015");
+  // The active view is added and updated.
   EXPECT_FALSE(db.activeView());
   db.setActiveView({{10, 20}, 50, 1.5});
   auto v = db.activeView();

@@ -10,7 +10,7 @@
 namespace formula {
 namespace {
 
-TEST(FormulaCatalogue, NamesInBothLanguages) {
+TEST(FormulaCatalogue, NamesInBothLanguagesNumberedInListOrder) {
   const auto& en = englishCatalogue();
   const auto& zh = chineseCatalogue();
   // Row, English name, Chinese name (null where only the other is checked).
@@ -25,9 +25,6 @@ TEST(FormulaCatalogue, NamesInBothLanguages) {
   }
   EXPECT_EQ(&catalogueFor(true), &zh);
   EXPECT_EQ(&catalogueFor(false), &en);
-}
-
-TEST(FormulaCatalogue, EveryRowIsNumberedInListOrder) {
   for (bool chinese : {false, true}) {
     const auto& table = catalogueFor(chinese);
     for (int row = 0; row < kCurveCount; ++row) {
@@ -36,13 +33,6 @@ TEST(FormulaCatalogue, EveryRowIsNumberedInListOrder) {
       EXPECT_EQ(table[row].name[number.size()], '.') << table[row].name;
     }
   }
-}
-
-TEST(FormulaCatalogue, PictureIdsRiseByRowAndSkipOneForTheLast) {
-  const auto& en = englishCatalogue();
-  for (int row = 0; row < 70; ++row) EXPECT_EQ(en[row].pictureId, 407 + row);  // 407 .. 476
-  EXPECT_EQ(en[70].pictureId, 478);
-  EXPECT_EQ(chineseCatalogue()[70].pictureId, 478);
 }
 
 TEST(FormulaCatalogue, CaptionsAreTranslatedWordsOnly) {
@@ -64,8 +54,9 @@ TEST(FormulaCatalogue, CaptionsAreTranslatedWordsOnly) {
     }
 }
 
-// Hidden slots that still carry a range, by list number: the generators read them.
-TEST(FormulaCatalogue, HiddenSlotsKeepTheirRanges) {
+// How many slots each row shows and their ranges; hidden slots that still
+// carry a range, by list number: the generators read them.
+TEST(FormulaCatalogue, ShownAndHiddenSlotsWithTheirRanges) {
   struct Hidden {
     int row, slot, min, def, max;
   };
@@ -80,9 +71,6 @@ TEST(FormulaCatalogue, HiddenSlotsKeepTheirRanges) {
               std::make_tuple(false, h.min, h.def, h.max))
         << h.row;
   }
-}
-
-TEST(FormulaCatalogue, ShownSlotCountsAndRanges) {
   auto shown = [](int row) {
     int n = 0;
     for (const auto& p : englishCatalogue()[row].params) n += p.shown();
@@ -102,9 +90,14 @@ TEST(FormulaCatalogue, ShownSlotCountsAndRanges) {
   EXPECT_EQ(englishCatalogue()[12].params[1].clamp(7), 1);
 }
 
-// Every row's preview picture is in the resources, as a PNG file.
+// Picture ids rise by row and skip one for the last; every row's preview
+// picture is in the resources, as a PNG file.
 TEST(FormulaPictures, EveryRowHasItsPicture) {
-  for (const auto& row : englishCatalogue()) {
+  const auto& en = englishCatalogue();
+  for (int row = 0; row < 70; ++row) EXPECT_EQ(en[row].pictureId, 407 + row);  // 407 .. 476
+  EXPECT_EQ(en[70].pictureId, 478);
+  EXPECT_EQ(chineseCatalogue()[70].pictureId, 478);
+  for (const auto& row : en) {
     std::filesystem::path file =
         std::filesystem::path(CORVANE_FORMULA_PICTURES) / previewPictureFileName(row.pictureId);
     std::ifstream in(file, std::ios::binary);

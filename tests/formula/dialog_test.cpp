@@ -49,13 +49,6 @@ TEST_P(Dialog, StartsWithTheHeartSplineAndNoFrameWhenNothingIsStored) {
   EXPECT_EQ(entityCount(), 0u);
 }
 
-TEST_P(Dialog, AStoredIndexBeyondTheListSelectsTheFirstRow) {
-  storeInt(kSettingListIndex, 200);
-  EXPECT_EQ(open().selectedIndex(), 0);
-  storeInt(kSettingListIndex, 70);
-  EXPECT_EQ(open().selectedIndex(), 70);
-}
-
 TEST_P(Dialog, TheHyperbolaShowsThreeGroupsAndTheHiddenSlotKeepsItsValue) {
   CMainDlgDlg dlg = open();
   dlg.onSelectionChange(14);  // four slots: Loops, Direction, Dist, Radius
@@ -90,7 +83,7 @@ TEST_P(Dialog, HiddenSlotsTakeTheListedDefaultUntilSetThenKeepTheirValue) {
   EXPECT_EQ(dlg.values()[2], 18);
 }
 
-TEST_P(Dialog, EditsAreClampedToTheirRange) {
+TEST_P(Dialog, EditsAreClampedAndFollowTheSlider) {
   CMainDlgDlg dlg = open();
   dlg.onSelectionChange(1);  // Waves [1..100], Hight [1..1000]
   dlg.onEditChange(1, "5000");
@@ -107,12 +100,7 @@ TEST_P(Dialog, EditsAreClampedToTheirRange) {
   EXPECT_EQ(parseEditInteger("  12abc"), 12);
   EXPECT_EQ(parseEditInteger("99999999999999"), 2147483647);
   EXPECT_EQ(parseEditInteger("-99999999999999"), -2147483647 - 1);
-}
-
-// Found by fuzzing: slider to 40, edit to 5, slider back to 40 left "5" in the edit.
-TEST_P(Dialog, TheEditFollowsTheSliderBackAfterTyping) {
-  CMainDlgDlg dlg = open();
-  dlg.onSelectionChange(1);
+  // Found by fuzzing: slider to 40, edit to 5, slider back to 40 left "5" in the edit.
   dlg.onSliderMoved(0, 40);
   dlg.onEditChange(0, "5");
   dlg.onSliderMoved(0, 40);
@@ -181,7 +169,7 @@ TEST_P(Dialog, ClosingAsksForTheOriginOnlyWithoutPreview) {
   EXPECT_EQ(entityCount(), 2u);
 }
 
-TEST_P(Dialog, ChoicesPersistToTheNextRun) {
+TEST_P(Dialog, ChoicesPersistToTheNextRunAndNoSelectionIsStoredAsZero) {
   {
     CMainDlgDlg dlg = open();
     dlg.onSelectionChange(12);
@@ -200,9 +188,13 @@ TEST_P(Dialog, ChoicesPersistToTheNextRun) {
   EXPECT_EQ(next.selectedIndex(), 12);
   EXPECT_EQ(next.curveKindIndex(), 1);
   EXPECT_TRUE(next.drawUcs());
-}
 
-TEST_P(Dialog, NoSelectionIsStoredAsZero) {
+  storeInt(kSettingListIndex, 200);  // beyond the list: the first row
+  EXPECT_EQ(open().selectedIndex(), 0);
+  storeInt(kSettingListIndex, 70);
+  EXPECT_EQ(open().selectedIndex(), 70);
+
+  // No selection is stored as zero.
   CMainDlgDlg dlg = open();
   dlg.onSelectionChange(-1);
   dlg.onCurveKindChange(-1);

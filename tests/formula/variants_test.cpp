@@ -26,7 +26,10 @@ class Variants : public formula_test::CommandTest {
   }
 };
 
-TEST_F(Variants, ConeHelixOf175SamplesAtTheOrigin) {
+TEST_F(Variants, ConeHelixOf175SamplesAtTheOriginAndNothingWithoutAPoint) {
+  run(coneHelixCommand, {Reply::enter()});
+  EXPECT_TRUE(h->modelSpace().empty());
+  h->editor.transcript.clear();
   run(coneHelixCommand, {Reply::point({1, 2, 3})});
   EXPECT_EQ(h->editor.transcript, "\nPlease specify the origin>>");
   auto c = curves();
@@ -41,11 +44,6 @@ TEST_F(Variants, ConeHelixOf175SamplesAtTheOrigin) {
   // The frame reaches 25 on each side: labels -25 .. 25 by 5.
   EXPECT_TRUE(formula_test::contains(h->labels(), "-25"));
   EXPECT_TRUE(formula_test::contains(h->labels(), "25"));
-}
-
-TEST_F(Variants, AnythingButAPointEndsWithoutDrawing) {
-  run(coneHelixCommand, {Reply::enter()});
-  EXPECT_TRUE(h->modelSpace().empty());
 }
 
 TEST_F(Variants, ArchimedesAsksTurnsAndSenseInChinese) {

@@ -34,7 +34,7 @@ class Lifecycle : public testing::TestWithParam<bool> {
   EmbeddedSession session;
 };
 
-TEST_P(Lifecycle, GreetsOnceAndRegistersTheTableWithTheHost) {
+TEST_P(Lifecycle, GreetsOnceRegistersTheTableAndUnloadRemovesIt) {
   session.load();
   std::string greeting = chinese() ? "【Corvane】 " + std::string(frame::versionLabel()) + " 已成功加载。"
                                    : "Corvane " + std::string(frame::versionLabel()) + " loaded successfully.";
@@ -48,6 +48,10 @@ TEST_P(Lifecycle, GreetsOnceAndRegistersTheTableWithTheHost) {
     EXPECT_EQ(entries[i].localName, table[i].localName);
     EXPECT_EQ(entries[i].flags, host::ACRX_CMD_MODAL);
   }
+  session.unload();
+  EXPECT_TRUE(session.host().commands().entries().empty());
+  session.run("CHBJ\n");
+  EXPECT_TRUE(session.lastResult().failure) << "CHBJ is unknown after unload";
 }
 
 // The entry reaches the host's settings file and names the module by the path the host loaded it from.
@@ -109,14 +113,6 @@ TEST_P(Lifecycle, MissingMenuFileIsReportedInAMessageBox) {
   EXPECT_FALSE(session.host().menus().isLoaded("CORVANE"));
   session.run("ZORL_DEMO1\n");
   EXPECT_FALSE(session.lastResult().failure) << "the commands stay usable";
-}
-
-TEST_P(Lifecycle, UnloadRemovesTheCommands) {
-  session.load();
-  session.unload();
-  EXPECT_TRUE(session.host().commands().entries().empty());
-  session.run("CHBJ\n");
-  EXPECT_TRUE(session.lastResult().failure) << "CHBJ is unknown after unload";
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, Lifecycle, testing::Bool(), test_support::languageName);

@@ -49,12 +49,6 @@ TEST_P(Prompts, KeywordPromptsAskAgainWhileTheAnswerIsEnter) {
   EXPECT_EQ(value, 7);
 }
 
-TEST(Clamp, BoundsAreInclusive) {
-  EXPECT_EQ(frame::clampToRange(4, 4, 100), 4);
-  EXPECT_EQ(frame::clampToRange(101, 4, 100), 100);
-  EXPECT_EQ(frame::clampToRange(-100.5, -100.0, 100.0), -100.0);
-}
-
 TEST(Filters, AreOrGroupsOfDxfTypeNames) {
   auto names = [](const host::ResBufList& list) {
     std::vector<std::string> out;
@@ -73,7 +67,7 @@ TEST(Filters, AreOrGroupsOfDxfTypeNames) {
                                       "0:SPLINE", "-4:or>"}));
 }
 
-TEST_P(Prompts, CurveSelectionKeepsOnlyCurves) {
+TEST_P(Prompts, CurveSelectionKeepsOnlyCurvesAndPickOneTakesTheFirst) {
   auto line = fake.drawing.add(host::Line{{0, 0, 0}, {1, 0, 0}});
   auto text = fake.drawing.add(host::Text{});
   auto circle = fake.drawing.add(host::Circle{{0, 0, 0}, 1});
@@ -86,6 +80,8 @@ TEST_P(Prompts, CurveSelectionKeepsOnlyCurves) {
   EXPECT_FALSE(frame::selectCurves(fake.host, {}, ids)) << "no curve among the selection";
   EXPECT_EQ(fake.editor.transcript.find(chinese() ? "未选中" : "No Curve"), std::string::npos)
       << "a selection without curves prints no message";
+  answer({Reply::selection({circle, line})});
+  EXPECT_EQ(frame::pickOne(fake.host, {"", ""}, frame::PickKind::kClosedShapesAndBlocks), circle);
 }
 
 TEST_P(Prompts, SelectionDefaultsAndMessages) {
@@ -112,13 +108,6 @@ TEST_P(Prompts, AGivenPromptReplacesOnlyItsOwnDefault) {
   std::vector<host::ObjectId> ids;
   frame::selectCurves(fake.host, {"Pick curves:", ""}, ids);
   EXPECT_EQ(fake.editor.transcript.rfind(chinese() ? "\n请选择多根曲线>" : "Pick curves:", 0), 0u);
-}
-
-TEST_P(Prompts, PickOneReturnsTheFirstEntity) {
-  auto a = fake.drawing.add(host::Circle{{0, 0, 0}, 1});
-  auto b = fake.drawing.add(host::Circle{{5, 0, 0}, 1});
-  answer({Reply::selection({b, a})});
-  EXPECT_EQ(frame::pickOne(fake.host, {"", ""}, frame::PickKind::kClosedShapesAndBlocks), b);
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, Prompts, testing::Bool(), test_support::languageName);

@@ -18,9 +18,6 @@ TEST(Format, PlaceholdersTakeTheirArgumentsInOrder) {
   EXPECT_EQ(format({"%s=%u, %x, %c", ""}, "n", 42u, 255, 'A'), "n=42, ff, A");
   EXPECT_EQ(format({"[%5d|%-5d|%05.1f]", ""}, 42, 7, 3.14159), "[   42|7    |003.1]");
   EXPECT_EQ(format({"%*d|%.*f", ""}, 4, 9, 3, 2.0), "   9|2.000");
-}
-
-TEST(Format, PercentSignsAndLengthModifiers) {
   EXPECT_EQ(formatPrintf("100%% done", {}), "100% done");
   EXPECT_EQ(format({"%ld %lf %lld", ""}, 5L, 0.5, 6LL), "5 0.500000 6");
 }

@@ -17,21 +17,17 @@ void expectNear(const Point3d& a, const Point3d& b, double tol = 1e-12) {
   EXPECT_NEAR(a.z, b.z, tol);
 }
 
-TEST(Matrix, RotationAboutPointIsCounterClockwise) {
+// Rotation about a point is counter-clockwise; a mirror flips orientation and
+// is still a similarity; a non-uniform scale is none.
+TEST(Matrix, SimilaritiesTheirOrientationAndScale) {
   auto r = Matrix3d::rotation(std::numbers::pi / 2, ge::kZAxis, {1, 1, 0});
   expectNear(r.apply(Point3d{2, 1, 0}), {1, 2, 0});
   EXPECT_NEAR(r.determinant3(), 1.0, 1e-12);
   EXPECT_NEAR(r.uniformScale(), 1.0, 1e-12);
-}
-
-TEST(Matrix, MirrorFlipsOrientationAndIsSimilarity) {
   auto m = Matrix3d::mirroring({0, 0, 0}, {1, 0, 0});
   expectNear(m.apply(Point3d{3, 4, 5}), {-3, 4, 5});
   EXPECT_LT(m.determinant3(), 0);
   EXPECT_NEAR(m.uniformScale(), 1.0, 1e-12);
-}
-
-TEST(Matrix, NonUniformScaleIsNotSimilarity) {
   Matrix3d s;
   s(0, 0) = 2;
   EXPECT_EQ(s.uniformScale(), 0.0);

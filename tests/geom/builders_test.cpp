@@ -27,10 +27,14 @@ class Builders : public ::testing::Test {
   }
 };
 
-TEST_F(Builders, FewerThanTwoPointsMakeNothing) {
+// Fewer than two points make nothing; an append the drawing refuses reports false.
+TEST_F(Builders, NothingMadeReportsFalse) {
   EXPECT_FALSE(geom::makeCurveByPoints(ctx, nullptr, {{1, 2, 3}}, 7, false, zero, zero));
   EXPECT_FALSE(geom::buildPolyline(ctx, kNullId, {{1, 2, 3}}, false));
   EXPECT_TRUE(drawing.appended.empty());
+  drawing.appendStatus = ErrorStatus::eNotOpenForWrite;
+  EXPECT_FALSE(geom::makeCurveByPoints(ctx, nullptr, {{0, 0, 0}, {1, 0, 0}}, 7, false, zero, zero));
+  EXPECT_FALSE(geom::buildPolyline(ctx, kNullId, {{0, 0, 0}, {1, 1, 0}}, false));
 }
 
 TEST_F(Builders, CurveKindFlagChoosesSplineOrPolyline) {
@@ -100,25 +104,18 @@ TEST_F(Builders, PolylineGoesBesideItsSource) {
   EXPECT_EQ(drawing.appended.back().props.layer, "WORK");
 }
 
-TEST_F(Builders, ClosedFitRequestGivesAClosed3dPolyline) {
+// A closed fit gives a closed 3D polyline; a target drawing receives the curve instead.
+TEST_F(Builders, ClosedFitsAndTargetDrawings) {
   ASSERT_TRUE(geom::buildFitSpline(ctx, nullptr, {{0, 0, 0}, {1, 1, 0}, {2, 0, 0}}, Color{}, true, zero, zero));
   auto* p3 = std::get_if<Polyline3d>(&only());
   ASSERT_NE(p3, nullptr);
   EXPECT_TRUE(p3->closed);
-}
-
-TEST_F(Builders, TargetDrawingReceivesTheCurve) {
+  drawing.appended.clear();
   test_support::MemoryDrawing other;
   ASSERT_TRUE(geom::makeCurveByPoints(ctx, &other, {{0, 0, 0}, {1, 1, 0}, {3, 0, 0}}, 3, false, zero, zero));
   EXPECT_TRUE(drawing.appended.empty());
   ASSERT_EQ(other.appended.size(), 1u);
   EXPECT_TRUE(std::holds_alternative<Spline>(other.appended[0].data));
-}
-
-TEST_F(Builders, FailedAppendReportsFalse) {
-  drawing.appendStatus = ErrorStatus::eNotOpenForWrite;
-  EXPECT_FALSE(geom::makeCurveByPoints(ctx, nullptr, {{0, 0, 0}, {1, 0, 0}}, 7, false, zero, zero));
-  EXPECT_FALSE(geom::buildPolyline(ctx, kNullId, {{0, 0, 0}, {1, 1, 0}}, false));
 }
 
 }  // namespace

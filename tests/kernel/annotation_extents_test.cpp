@@ -85,14 +85,12 @@ TEST_P(TextExtents, EstimatedBox) {
 INSTANTIATE_TEST_SUITE_P(Texts, TextExtents, ::testing::ValuesIn(textCases()),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST(TextContent, WidthsCountCharactersNotBytes) {
+// Widths count characters, not bytes; an empty or heightless text has no extents.
+TEST(TextExtentsEdge, CharactersNotBytesAndNothingForEmptyOrHeightlessText) {
   using standalone::kernel::estimatedWidthInHeights;
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("中文"), 2.8);  // CJK characters are wider
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("é"), 0.75);    // one character, two bytes
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("\u00B0\u2300\u00B1"), 3 * 0.75);  // the %%d, %%c, %%p symbols are narrow
-}
-
-TEST(TextExtentsEdge, EmptyOrHeightlessTextHasNone) {
   CurveKernel kernel;
   ge::Extents3d e;
   EXPECT_EQ(kernel.getGeomExtents(text("", {0, 0, 0}, 1), e), ErrorStatus::eDegenerateGeometry);
@@ -155,51 +153,41 @@ class BlockReferenceExtents : public ::testing::Test {
   };
 };
 
-TEST_F(BlockReferenceExtents, ArcUnderRotationAndNonUniformScaleIsBoundTightly) {
-  host::BlockReference ref{"QUARTER", {10, 0, 0}, {2, 1, 1}, kPi / 2};
-  // The quarter ellipse (2 cos t, sin t) turned a quarter turn: (-sin t, 2 cos t).
-  expectBox(extentsOf(ref), {9, 0, 10, 2});
-  ref.rotation = kPi / 4;
-  // (2 cos t - sin t, 2 cos t + sin t) / √2: the top is at tan t = 1/2, not at a corner of the box.
-  const double r = std::sqrt(0.5);
-  expectBox(extentsOf(ref), {10 - r, r, 10 + 2 * r, std::sqrt(2.5)});
-}
-
-TEST_F(BlockReferenceExtents, MirroredNormalAndTextInside) {
-  // Normal -Z: block X runs along world -X.
-  host::BlockReference ref{"QUARTER", {0, 0, 0}, {1, 1, 1}, 0, {0, 0, -1}};
-  expectBox(extentsOf(ref), {-1, 0, 0, 1});
-  host::BlockReference label{"LABEL", {0, 0, 0}, {1, 0.5, 1}, 0};
-  expectBox(extentsOf(label), {0, 0, 6, 1});
-}
-
-TEST_F(BlockReferenceExtents, HatchBoundaryIsMappedAsItsCurves) {
+TEST_F(BlockReferenceExtents, BoxesAreTightUnderEveryPlacement) {
   host::HatchPath round;
   round.edges = {host::HatchArcEdge{{0, 0}, 1, 0, 2 * kPi}};
   host::Hatch disc;
   disc.paths = {round};
   blocks["DISC"] = {{0, 0, 0}, {disc}};
-  // The unit circle stretched to (2 cos t, sin t) and turned 45°: half-widths √(4/2 + 1/2) both ways,
-  // where the corners of the stretched box would give (2 + 1)/√2.
-  const double half = std::sqrt(2.5);
-  expectBox(extentsOf({"DISC", {0, 0, 0}, {2, 1, 1}, kPi / 4}), {-half, -half, half, half});
-}
-
-TEST_F(BlockReferenceExtents, NestedReferencesCompose) {
   blocks["OUTER"] = {{0, 0, 0},
                      {host::BlockReference{"QUARTER", {5, 0, 0}, {1, 1, 1}, kPi},
                       host::Line{{0, 0, 0}, {0, -1, 0}}}};
-  // Inside OUTER the quarter turned half round sits in [4,5] × [-1,0]; the line adds (0,-1)..(0,0).
-  host::BlockReference ref{"OUTER", {100, 100, 0}, {2, 2, 2}, 0};
-  expectBox(extentsOf(ref), {100, 98, 110, 100});
-}
-
-TEST_F(BlockReferenceExtents, ArraysCoverTheirFarCells) {
-  host::BlockReference ref{"QUARTER", {0, 0, 0}, {1, 1, 1}, kPi / 2};
-  ref.columnCount = 3, ref.columnSpacing = 10;  // columns along the rotated X axis: world +Y
-  ref.rowCount = 2, ref.rowSpacing = 5;         // rows along the rotated Y axis: world -X
-  // One cell is [-1,0] × [0,1].
-  expectBox(extentsOf(ref), {-6, 0, 0, 21});
+  host::BlockReference arrayed{"QUARTER", {0, 0, 0}, {1, 1, 1}, kPi / 2};
+  arrayed.columnCount = 3, arrayed.columnSpacing = 10;  // columns along the rotated X axis: world +Y
+  arrayed.rowCount = 2, arrayed.rowSpacing = 5;         // rows along the rotated Y axis: world -X
+  const double r = std::sqrt(0.5), half = std::sqrt(2.5);
+  const struct {
+    const char* what;
+    host::BlockReference ref;
+    Box box;
+  } cases[] = {
+      // The quarter ellipse (2 cos t, sin t) turned a quarter turn: (-sin t, 2 cos t).
+      {"stretched and turned", {"QUARTER", {10, 0, 0}, {2, 1, 1}, kPi / 2}, {9, 0, 10, 2}},
+      // (2 cos t - sin t, 2 cos t + sin t) / √2: the top is at tan t = 1/2, not at a corner of the box.
+      {"stretched and turned 45°", {"QUARTER", {10, 0, 0}, {2, 1, 1}, kPi / 4}, {10 - r, r, 10 + 2 * r, half}},
+      {"normal -Z: block X runs along world -X", {"QUARTER", {0, 0, 0}, {1, 1, 1}, 0, {0, 0, -1}}, {-1, 0, 0, 1}},
+      {"a text inside", {"LABEL", {0, 0, 0}, {1, 0.5, 1}, 0}, {0, 0, 6, 1}},
+      // The unit circle stretched to (2 cos t, sin t) and turned 45°: half-widths √(4/2 + 1/2) both ways,
+      // where the corners of the stretched box would give (2 + 1)/√2.
+      {"a hatch boundary mapped as its curves", {"DISC", {0, 0, 0}, {2, 1, 1}, kPi / 4}, {-half, -half, half, half}},
+      // Inside OUTER the quarter turned half round sits in [4,5] × [-1,0]; the line adds (0,-1)..(0,0).
+      {"nested references compose", {"OUTER", {100, 100, 0}, {2, 2, 2}, 0}, {100, 98, 110, 100}},
+      {"an array covers its far cells (one cell is [-1,0] × [0,1])", arrayed, {-6, 0, 0, 21}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    expectBox(extentsOf(c.ref), c.box);
+  }
 }
 
 TEST_F(BlockReferenceExtents, NearestPointOnWhatTheBlockDraws) {

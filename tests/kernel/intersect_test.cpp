@@ -37,27 +37,70 @@ void expectPoints(const std::vector<Point3d>& got, std::vector<Point3d> want, do
   }
 }
 
-TEST(Intersect, LinesCrossOnlyWithinBothUnlessExtended) {
-  Line a{{0, 0, 0}, {4, 4, 0}}, b{{0, 4, 0}, {1, 3, 0}};
-  expectPoints(meet(a, b), {});
-  expectPoints(meet(a, b, Intersect::kExtendArg), {{2, 2, 0}});
-  expectPoints(meet(b, a, Intersect::kExtendThis), {{2, 2, 0}});
-  expectPoints(meet(a, Line{{0, 4, 0}, {4, 0, 0}}), {{2, 2, 0}});
-  // Parallel lines never meet; a shared end point counts once.
-  expectPoints(meet(a, Line{{1, 0, 0}, {5, 4, 0}}), {});
-  expectPoints(meet(a, Line{{4, 4, 0}, {9, 0, 0}}), {{4, 4, 0}});
+LwPolyline lw(std::vector<LwVertex> vertices, bool closed = false) {
+  LwPolyline pl;
+  pl.vertices = std::move(vertices);
+  pl.closed = closed;
+  return pl;
 }
 
-// A closed polyline first: its start is its end, which once passed it as a
-// straight path and lost every crossing.
-TEST(Intersect, AClosedStraightSidedPolylineMeetsALineInEitherOrder) {
-  LwPolyline square;
-  for (auto [x, y] : {std::pair{0.0, 0.0}, {10.0, 0.0}, {10.0, 10.0}, {0.0, 10.0}}) square.vertices.push_back({x, y});
-  square.closed = true;
-  Line across{{-5, 4.5, 0}, {15, 4.5, 0}};
-  expectPoints(meet(square, across), {{0, 4.5, 0}, {10, 4.5, 0}});
-  expectPoints(meet(across, square), {{0, 4.5, 0}, {10, 4.5, 0}});
-  expectPoints(meet(square, Line{{9.5, 4.5, 0}, {10.5, 4.5, 0}}), {{10, 4.5, 0}});
+// Pairs whose crossings have a closed form. Each pair is met in the order
+// given; those marked `both` also the other way round.
+struct Meeting {
+  const char* what;
+  EntityData a, b;
+  Intersect mode;
+  std::vector<Point3d> want;
+  bool both = false;
+  double tol = 1e-9;
+};
+
+std::vector<Meeting> meetings() {
+  const Line diagonal{{0, 0, 0}, {4, 4, 0}}, stub{{0, 4, 0}, {1, 3, 0}};
+  // A closed polyline first: its start is its end, which once passed it as a
+  // straight path and lost every crossing.
+  const LwPolyline square = lw({{0, 0}, {10, 0}, {10, 10}, {0, 10}}, true);
+  const LwPolyline zig = lw({{0, 0}, {1, 1}, {2, 0}, {3, 1}, {4, 0}});
+  const Arc upperHalf{{0, 0, 0}, 1, 0, kPi};
+  const Circle besideUnit{{1, 0, 0}, 1};  // meets the unit circle at (1/2, ±√3/2)
+  const double h = std::sqrt(3.0) / 2, ex = 4 * std::sqrt(1 - 0.25);
+  Polyline3d bent;
+  bent.vertices = {{{0, 0, 0}}, {{2, 2, 2}}, {{4, 0, 0}}};
+  const auto on = Intersect::kOnBothOperands;
+  return {
+      {"lines apart within their lengths", diagonal, stub, on, {}},
+      {"the argument extended", diagonal, stub, Intersect::kExtendArg, {{2, 2, 0}}},
+      {"this extended", stub, diagonal, Intersect::kExtendThis, {{2, 2, 0}}},
+      {"crossing lines", diagonal, Line{{0, 4, 0}, {4, 0, 0}}, on, {{2, 2, 0}}},
+      {"parallel lines never meet", diagonal, Line{{1, 0, 0}, {5, 4, 0}}, on, {}},
+      {"a shared end counts once", diagonal, Line{{4, 4, 0}, {9, 0, 0}}, on, {{4, 4, 0}}},
+      {"closed square and a line", square, Line{{-5, 4.5, 0}, {15, 4.5, 0}}, on, {{0, 4.5, 0}, {10, 4.5, 0}}, true},
+      {"closed square and a short line", square, Line{{9.5, 4.5, 0}, {10.5, 4.5, 0}}, on, {{10, 4.5, 0}}},
+      {"an arc meets only inside its sweep", upperHalf, besideUnit, on, {{0.5, h, 0}}},
+      {"an extended arc is its whole circle", upperHalf, besideUnit, Intersect::kExtendThis, {{0.5, h, 0}, {0.5, -h, 0}}},
+      {"tangent circles touch once", Circle{{0, 0, 0}, 1}, Circle{{3, 0, 0}, 2}, on, {{1, 0, 0}}},
+      {"zigzag crossed four times", zig, Line{{-1, 0.5, 0}, {5, 0.5, 0}}, on,
+       {{0.5, 0.5, 0}, {1.5, 0.5, 0}, {2.5, 0.5, 0}, {3.5, 0.5, 0}}},
+      {"through a shared vertex: one point, not two", zig, Line{{1, 0, 0}, {1, 3, 0}}, on, {{1, 1, 0}}},
+      // Clockwise semicircle above the chord, top at (1, 1): a tangent line.
+      {"bulge touched at its top", lw({{0, 0, -1}, {2, 0}}), Line{{-1, 1, 0}, {3, 1, 0}}, on, {{1, 1, 0}}, false, 1e-7},
+      {"ellipse and line refined to the exact points", Ellipse{{0, 0, 0}, {4, 0, 0}, {0, 0, 1}, 0.5, 0, 2 * kPi},
+       Line{{-5, 1, 0}, {5, 1, 0}}, on, {{-ex, 1, 0}, {ex, 1, 0}}, true},
+      // Unit circles about the origin in the XY and XZ planes share (±1, 0, 0).
+      {"circles in crossing planes", Circle{{0, 0, 0}, 1}, Circle{{0, 0, 0}, 1, 0, {0, 1, 0}}, on,
+       {{-1, 0, 0}, {1, 0, 0}}},
+      {"a vertical line through a flat circle", Circle{{0, 0, 0}, 2}, Line{{2, 0, -1}, {2, 0, 1}}, on, {{2, 0, 0}}},
+      {"skew lines never meet", Line{{0, 1, 0}, {1, 0, 0}}, Line{{0, 0, 1}, {1, 1, 1}}, on, {}},
+      {"a 3D polyline crossed by a vertical line", bent, Line{{1, 1, -3}, {1, 1, 3}}, on, {{1, 1, 1}}},
+  };
+}
+
+TEST(Intersect, ClosedFormCrossingsForEveryPairingOfKinds) {
+  for (const Meeting& m : meetings()) {
+    SCOPED_TRACE(m.what);
+    expectPoints(meet(m.a, m.b, m.mode), m.want, m.tol);
+    if (m.both) expectPoints(meet(m.b, m.a, m.mode), m.want, m.tol);
+  }
 }
 
 class CircleLine : public ::testing::TestWithParam<std::tuple<double, double>> {};
@@ -78,35 +121,6 @@ TEST_P(CircleLine, ChordPointsAtTheClosedFormDistance) {
 
 INSTANTIATE_TEST_SUITE_P(Radii, CircleLine,
                          ::testing::Combine(::testing::Values(0.01, 1.0, 1000.0), ::testing::Values(0.0, 0.005, 0.7, 5.0)));
-
-TEST(Intersect, ArcsMeetOnlyInsideTheirSweeps) {
-  Arc a{{0, 0, 0}, 1, 0, kPi};   // upper half of the unit circle
-  Circle c{{1, 0, 0}, 1};        // meets the unit circle at (1/2, ±√3/2)
-  expectPoints(meet(a, c), {{0.5, std::sqrt(3.0) / 2, 0}});
-  expectPoints(meet(a, c, Intersect::kExtendThis), {{0.5, std::sqrt(3.0) / 2, 0}, {0.5, -std::sqrt(3.0) / 2, 0}});
-  // Tangent circles touch once.
-  expectPoints(meet(Circle{{0, 0, 0}, 1}, Circle{{3, 0, 0}, 2}), {{1, 0, 0}});
-}
-
-TEST(Intersect, BulgedPolylinesGiveEveryCrossingOnce) {
-  LwPolyline zig;
-  zig.vertices = {{0, 0}, {1, 1}, {2, 0}, {3, 1}, {4, 0}};
-  Line across{{-1, 0.5, 0}, {5, 0.5, 0}};
-  expectPoints(meet(zig, across), {{0.5, 0.5, 0}, {1.5, 0.5, 0}, {2.5, 0.5, 0}, {3.5, 0.5, 0}});
-  // Through a shared vertex: one point, not two.
-  expectPoints(meet(zig, Line{{1, 0, 0}, {1, 3, 0}}), {{1, 1, 0}});
-  LwPolyline bump;
-  bump.vertices = {{0, 0, -1}, {2, 0}};  // clockwise semicircle above the chord, top at (1, 1)
-  expectPoints(meet(bump, Line{{-1, 1, 0}, {3, 1, 0}}), {{1, 1, 0}}, 1e-7);
-}
-
-TEST(Intersect, EllipseAndLineRefineToTheExactPoints) {
-  Ellipse e{{0, 0, 0}, {4, 0, 0}, {0, 0, 1}, 0.5, 0, 2 * kPi};  // x²/16 + y²/4 = 1
-  Line l{{-5, 1, 0}, {5, 1, 0}};
-  double x = 4 * std::sqrt(1 - 0.25);
-  expectPoints(meet(e, l), {{-x, 1, 0}, {x, 1, 0}});
-  expectPoints(meet(l, e), {{-x, 1, 0}, {x, 1, 0}});
-}
 
 TEST(Intersect, SplineAndCircle) {
   Spline s;
@@ -142,24 +156,6 @@ TEST(Intersect, TwoSplinesMeetAtPointsOnBoth) {
   auto back = meet(b, a);
   ASSERT_EQ(back.size(), pts.size());
   for (size_t i = 0; i < pts.size(); ++i) EXPECT_LT(back[i].distanceTo(pts[i]), 1e-9);
-}
-
-TEST(Intersect, CirclesInCrossingPlanesTouchOnTheCommonLine) {
-  // Unit circles about the origin in the XY and XZ planes share the points (±1, 0, 0).
-  Circle flat{{0, 0, 0}, 1};
-  Circle upright{{0, 0, 0}, 1, 0, {0, 1, 0}};
-  expectPoints(meet(flat, upright), {{-1, 0, 0}, {1, 0, 0}});
-}
-
-TEST(Intersect, CurvesInDifferentPlanesMeetWhereOneCrossesTheOther) {
-  Circle flat{{0, 0, 0}, 2};
-  Line vertical{{2, 0, -1}, {2, 0, 1}};
-  expectPoints(meet(flat, vertical), {{2, 0, 0}});
-  Line skew{{0, 0, 1}, {1, 1, 1}};
-  expectPoints(meet(Line{{0, 1, 0}, {1, 0, 0}}, skew), {});
-  Polyline3d p3;
-  p3.vertices = {{{0, 0, 0}}, {{2, 2, 2}}, {{4, 0, 0}}};
-  expectPoints(meet(p3, Line{{1, 1, -3}, {1, 1, 3}}), {{1, 1, 1}});
 }
 
 }  // namespace

@@ -102,9 +102,6 @@ TEST_P(EllipseRatio, LengthAreaAndInverseDistance) {
 
 INSTANTIATE_TEST_SUITE_P(Ratios, EllipseRatio, ::testing::Values(1.0, 0.5, 0.1, 0.01));
 
-struct Radius {
-  double r;
-};
 class ArcFamily : public ::testing::TestWithParam<std::tuple<double, double, bool>> {};
 
 TEST_P(ArcFamily, LengthAndSegmentArea) {
@@ -119,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(Arcs, ArcFamily,
                          ::testing::Combine(::testing::Values(1e-3, 1.0, 250.0), ::testing::Values(0.1, kPi / 2, 3.0, 6.0),
                                             ::testing::Bool()));
 
-TEST(Area, BulgedClosedPolylineIsSquarePlusHalfDisc) {
+TEST(Area, BulgedClosedPolylineIsSquarePlusHalfDiscAndOpenCurvesCloseWithAChord) {
   // Unit square whose top edge bulges outwards as a semicircle.
   LwPolyline pl;
   pl.vertices = {{0, 0}, {2, 0}, {2, 2, 1}, {0, 2}};
@@ -131,12 +128,8 @@ TEST(Area, BulgedClosedPolylineIsSquarePlusHalfDisc) {
   ASSERT_EQ(kernel.reverseCurve(rev), ErrorStatus::eOk);
   EXPECT_NEAR(signedArea(rev), -signedArea(pl), 1e-12);
   EXPECT_NEAR(area(rev), area(pl), 1e-12);
-}
-
-TEST(Area, OpenCurvesCloseWithAChord) {
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {4, 0}, {4, 3}};
-  EXPECT_NEAR(area(pl), 6, 1e-12);
+  // Open curves close with a chord.
+  EXPECT_NEAR(area(LwPolyline{{{0, 0}, {4, 0}, {4, 3}}}), 6, 1e-12);
   EXPECT_NEAR(area(Line{{0, 0, 0}, {4, 0, 0}}), 0, 1e-15);
 }
 

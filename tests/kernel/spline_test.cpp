@@ -32,6 +32,8 @@ TEST(FitSpline, MatchesTheHostsControlPointsForTheReferenceFitPoints) {
   EXPECT_DOUBLE_EQ(end, 40.0);
   EXPECT_EQ(s.fitTolerance, 0.0);
   EXPECT_TRUE(s.flags & 8);  // planar
+  // Fewer than two distinct points are refused.
+  EXPECT_EQ(kernel.fitSpline({{1, 1, 0}, {1, 1, 0}}, nullptr, nullptr, s), ErrorStatus::eInvalidInput);
 }
 
 TEST(FitSpline, PassesThroughEveryFitPointWithTheGivenEndTangents) {
@@ -66,11 +68,6 @@ TEST(FitSpline, NaturalEndsHaveNoCurvatureAtTheEnds) {
     ASSERT_EQ(kernel.getFirstDeriv(s, u + sign * h, b), ErrorStatus::eOk);
     EXPECT_LT((b - a).length() / h, 1e-3);
   }
-}
-
-TEST(FitSpline, FewerThanTwoDistinctPointsIsRefused) {
-  Spline s;
-  EXPECT_EQ(kernel.fitSpline({{1, 1, 0}, {1, 1, 0}}, nullptr, nullptr, s), ErrorStatus::eInvalidInput);
 }
 
 TEST(SplineLength, AgreesWithIndependentQuadrature) {
@@ -122,6 +119,13 @@ TEST_P(ConicSpline, RationalFormLiesExactlyOnTheCurveAndSharesItsEnds) {
   EXPECT_NEAR(l0, l1, 1e-9 * l0);
 }
 
+// Polylines have no spline of their own.
+TEST(ConicSplines, PolylinesHaveNone) {
+  Spline s;
+  EXPECT_EQ(kernel.getSpline(LwPolyline{{{0, 0}, {1, 0}}}, s), ErrorStatus::eNotApplicable);
+  EXPECT_EQ(kernel.getSpline(Polyline3d{}, s), ErrorStatus::eNotApplicable);
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, ConicSpline,
                          ::testing::Values(EntityData{Circle{{1, 2, 0}, 3}},
                                            EntityData{Arc{{0, 0, 1}, 2, 5.5, 1.0}},
@@ -129,6 +133,8 @@ INSTANTIATE_TEST_SUITE_P(Kinds, ConicSpline,
                                            EntityData{Ellipse{{1, 1, 0}, {4, 3, 0}, {0, 0, 1}, 0.4, 0.5, 5.0}},
                                            EntityData{Ellipse{{0, 0, 0}, {2, 0, 0}, {0, 1, 1}, 0.5, 0, 2 * kPi}}));
 
+// Precision sets the segments per span, the ends match and every vertex lies
+// on the spline; a spline off its plane gives a 3D polyline.
 TEST(SplineToPolyline, PrecisionSetsSegmentsPerSpanAndEndsMatch) {
   Spline s;
   ASSERT_EQ(kernel.fitSpline({{0, 0, 0}, {1, 1, 0}, {2, 0, 0}, {3, 1, 0}}, nullptr, nullptr, s), ErrorStatus::eOk);
@@ -145,22 +151,9 @@ TEST(SplineToPolyline, PrecisionSetsSegmentsPerSpanAndEndsMatch) {
     kernel.getClosestPointTo(s, {v.x, v.y, 0}, q);
     EXPECT_LT(q.distanceTo({v.x, v.y, 0}), 1e-9);
   }
-}
-
-TEST(SplineToPolyline, NonPlanarSplineGivesA3dPolyline) {
-  Spline s;
   ASSERT_EQ(kernel.fitSpline({{0, 0, 0}, {1, 1, 1}, {2, 0, 0}, {3, 1, 2}}, nullptr, nullptr, s), ErrorStatus::eOk);
-  EntityData out;
   ASSERT_EQ(kernel.splineToPolyline(s, 4, out), ErrorStatus::eOk);
   EXPECT_TRUE(std::holds_alternative<Polyline3d>(out));
-}
-
-TEST(PolylinesHaveNoSplineOfTheirOwn, GetSplineIsNotApplicable) {
-  Spline s;
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {1, 0}};
-  EXPECT_EQ(kernel.getSpline(pl, s), ErrorStatus::eNotApplicable);
-  EXPECT_EQ(kernel.getSpline(Polyline3d{}, s), ErrorStatus::eNotApplicable);
 }
 
 TEST(SplineFitPolyline, GeneratedVerticesComeFirstAndTheFrameIsKept) {

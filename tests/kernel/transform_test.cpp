@@ -113,15 +113,13 @@ TEST_P(EveryCurve, ReverseRunsThroughTheSamePointsBackwards) {
 
 INSTANTIATE_TEST_SUITE_P(Kinds, EveryCurve, ::testing::Range<size_t>(0, 8));
 
-TEST(Transform, MirroredArcFlipsItsNormal) {
+// A mirrored arc flips its normal; a non-uniform scale of a circle is refused and leaves it alone.
+TEST(Transform, MirroredArcsFlipAndStretchedCirclesAreRefused) {
   EntityData a = Arc{{2, 0, 0}, 1, 0, kPi / 2};
   ASSERT_EQ(kernel.transformBy(a, ge::Matrix3d::mirroring({0, 0, 0}, {1, 0, 0})), ErrorStatus::eOk);
-  const auto& m = std::get<Arc>(a);
-  EXPECT_NEAR(m.normal.z, -1, 1e-12);
-  EXPECT_NEAR(m.center.x, -2, 1e-12);
-}
+  EXPECT_NEAR(std::get<Arc>(a).normal.z, -1, 1e-12);
+  EXPECT_NEAR(std::get<Arc>(a).center.x, -2, 1e-12);
 
-TEST(Transform, NonUniformScaleOfACircleIsRefusedAndLeavesItAlone) {
   ge::Matrix3d m;
   m(0, 0) = 2;
   EntityData c = Circle{{0, 0, 0}, 1};
@@ -178,6 +176,7 @@ TEST(Reverse, PolylineBulgesAndWidthsMoveWithTheirSegments) {
   EXPECT_EQ(v[0].endWidth, 3);
 }
 
+// Lightweight to 2D and back keeps the curve; a constant width becomes vertex widths and back.
 TEST(Conversion, LightweightTo2dAndBackKeepsTheCurve) {
   LwPolyline lw = sampleLw(true);
   lw.constantWidth = 0;
@@ -191,16 +190,11 @@ TEST(Conversion, LightweightTo2dAndBackKeepsTheCurve) {
   EXPECT_EQ(back.vertices, lw.vertices);
   p2.splineFit = true;
   EXPECT_EQ(kernel.convert2dToLw(p2, back), ErrorStatus::eNotApplicable);
-}
-
-TEST(Conversion, ConstantWidthBecomesVertexWidths) {
-  LwPolyline lw;
-  lw.vertices = {{0, 0}, {1, 0}};
-  lw.constantWidth = 0.5;
-  Polyline2d p2;
-  kernel.convertLwTo2d(lw, p2);
+  LwPolyline wide;
+  wide.vertices = {{0, 0}, {1, 0}};
+  wide.constantWidth = 0.5;
+  kernel.convertLwTo2d(wide, p2);
   EXPECT_EQ(p2.vertices[0].startWidth, 0.5);
-  LwPolyline back;
   kernel.convert2dToLw(p2, back);
   EXPECT_EQ(back.constantWidth, 0.5);
 }

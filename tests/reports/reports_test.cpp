@@ -20,41 +20,29 @@ std::string contentOf(const std::string& path) {
   return s.str();
 }
 
-struct Coding {
-  const char* utf8;
-  const char* cp936;
+struct Conversion {
+  const char* from;
+  const char* to;
 };
 
-class CodePage : public ::testing::TestWithParam<Coding> {};
-
-TEST_P(CodePage, WritesTheCharacterOrAQuestionMark) {
-  EXPECT_EQ(reports::toCodePage936(GetParam().utf8), GetParam().cp936);
+TEST(CodePage, WritesTheCharacterOrAQuestionMark) {
+  const Conversion cases[] = {
+      {"Index width=5%", "Index width=5%"},
+      {"序号", "\xD0\xF2\xBA\xC5"},
+      {"Lines、Arcs", "Lines\xA1\xA2" "Arcs"},
+      {"a\xF0\x9F\x98\x80" "b", "a?b"},  // no such character in the code page
+      {"\xE2\x82\xAC", "\x80"},          // the euro sign of code page 936
+      {"x\xE5\xBA" "y", "x?y"},          // a sequence cut short
+      {"\xFF\xC0" "z", "??z"},           // bytes that are no UTF-8
+  };
+  for (const Conversion& c : cases) EXPECT_EQ(reports::toCodePage936(c.from), c.to) << c.from;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, CodePage,
-    ::testing::Values(Coding{"Index width=5%", "Index width=5%"},
-                      Coding{"序号", "\xD0\xF2\xBA\xC5"},
-                      Coding{"Lines、Arcs", "Lines\xA1\xA2" "Arcs"},
-                      Coding{"a\xF0\x9F\x98\x80" "b", "a?b"},          // no such character in the code page
-                      Coding{"\xE2\x82\xAC", "\x80"},                  // the euro sign of code page 936
-                      Coding{"x\xE5\xBA" "y", "x?y"},                  // a sequence cut short
-                      Coding{"\xFF\xC0" "z", "??z"}));                 // bytes that are no UTF-8
-
-struct Naming {
-  const char* chosen;
-  const char* written;
-};
-
-class NameRule : public ::testing::TestWithParam<Naming> {};
-
-TEST_P(NameRule, EveryXlsBecomesHtml) { EXPECT_EQ(reports::htmlNameFor(GetParam().chosen), GetParam().written); }
-
-INSTANTIATE_TEST_SUITE_P(Names, NameRule,
-                         ::testing::Values(Naming{"/tmp/a.xls", "/tmp/a.html"}, Naming{"a.txt", "a.txt"},
-                                           Naming{"x.xls.xls", "x.html.html"},
-                                           Naming{"/d.xls/b.xlsx", "/d.html/b.htmlx"}, Naming{"a.XLS", "a.XLS"},
-                                           Naming{"", ""}));
+TEST(NameRule, EveryXlsBecomesHtml) {
+  const Conversion cases[] = {{"/tmp/a.xls", "/tmp/a.html"},        {"a.txt", "a.txt"}, {"x.xls.xls", "x.html.html"},
+                              {"/d.xls/b.xlsx", "/d.html/b.htmlx"}, {"a.XLS", "a.XLS"}, {"", ""}};
+  for (const Conversion& c : cases) EXPECT_EQ(reports::htmlNameFor(c.from), c.to) << c.from;
+}
 
 TEST(ReportFile, AnExistingFileStaysWholeUntilThePageIsComplete) {
   test_support::TempDir dir("reports");

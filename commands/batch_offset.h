@@ -3,6 +3,8 @@
 // the spacing-list text that sets the spacings. Shared by the batch offset
 // and the inner offsets of enclosed areas.
 #include <array>
+#include <functional>
+#include <vector>
 #include <string_view>
 
 #include "host/host.h"
@@ -36,5 +38,12 @@ SpacingList parseSpacingList(std::string_view text);
 // that owns the source; a distance the curve cannot be offset at gives no
 // copy. Not a curve, or shorter than 0.0001: nothing. The number of copies made.
 int offsetCopies(host::Host& host, host::ObjectId source, OffsetSide side, int count, const Spacings& spacings);
+
+// offsetCopies for every source in turn, with the drawing changed exactly as
+// by calling it source after source; where the curve kernel allows, the
+// offsets are computed on a second thread meanwhile. progress(n) after the
+// n-th source's copies are in the drawing.
+void offsetCopiesOfAll(host::Host& host, const std::vector<host::ObjectId>& sources, OffsetSide side, int count,
+                       const Spacings& spacings, const std::function<void(std::size_t)>& progress);
 
 }  // namespace commands

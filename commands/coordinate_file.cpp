@@ -151,6 +151,35 @@ std::optional<double> exactDecimal(const char* p, const char* end) {
   return negative ? -value : value;
 }
 
+// The commonest line, two or three plain decimals ("-12.345", at most 15
+// digits each) between commas, read in one pass with exactDecimal's
+// arithmetic, so to the same doubles; nothing for any other line.
+std::optional<CoordinateLine> parseSimple(std::string_view line) {
+  constexpr double kPowers[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  auto digit = [](char c) { return static_cast<unsigned>(c - '0') < 10; };
+  const char* p = line.data();
+  const char* end = p + line.size();
+  std::array<double, 3> xyz{};
+  int fields = 0;
+  for (;;) {
+    bool negative = p < end && *p == '-';
+    if (negative) ++p;
+    std::uint64_t mantissa = 0;
+    int digits = 0, scale = 0;
+    for (; p < end && digit(*p); ++p, ++digits) mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+    if (p < end && *p == '.')
+      for (++p; p < end && digit(*p); ++p, ++digits, --scale) mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+    if (digits == 0 || digits > 15) return std::nullopt;
+    double value = scale < 0 ? static_cast<double>(mantissa) / kPowers[-scale] : static_cast<double>(mantissa);
+    xyz[fields++] = negative ? -value : value;
+    if (p == end) break;
+    if (*p != ',' || fields == 3) return std::nullopt;
+    ++p;
+  }
+  if (fields < 2) return std::nullopt;
+  return CoordinateLine{CoordinateLine::Kind::kPoint, {xyz[0], xyz[1], xyz[2]}};
+}
+
 // The common line "x,y,z" read in place, or nothing when it needs the full
 // clean-up (blanks, other separators, comments, words, signs "+").
 std::optional<CoordinateLine> parsePlain(std::string_view line) {
@@ -183,6 +212,7 @@ std::optional<CoordinateLine> parsePlain(std::string_view line) {
 }  // namespace
 
 CoordinateLine parseCoordinateLine(std::string_view line) {
+  if (std::optional<CoordinateLine> simple = parseSimple(line)) return *simple;
   if (std::optional<CoordinateLine> plain = parsePlain(line)) return *plain;
   std::array<char, 256> small;
   if (line.size() < small.size()) return parseCleaned(small.data(), cleanUp(line, small.data()));
@@ -194,55 +224,80 @@ namespace {
 
 // Lines read from one place to another: the runs of points between the
 // separator lines, the first run continuing what came before the range and
-// the last one open at its end, and the error lines.
+// the last one open at its end, and the error lines numbered from the
+// range's first line.
 struct LineRange {
   std::vector<ge::PointList> runs{1};
   std::vector<CoordinateError> errors;
+  std::size_t lines = 0;
 };
 
-template <class LineAt>
-LineRange readRange(std::size_t from, std::size_t to, const LineAt& lineAt) {
+// The lines of text[from, to), where `from` starts a line and `to` ends one
+// or the text; split as decodeTextLines splits them.
+LineRange readRange(std::string_view text, std::size_t from, std::size_t to) {
   LineRange range;
-  for (std::size_t i = from; i < to; ++i) {
-    std::string_view line = lineAt(i);
+  std::size_t lastBlock = 0;
+  const char* p = text.data() + from;
+  const char* stop = text.data() + to;
+  while (p < stop) {
+    const char* feed = static_cast<const char*>(std::memchr(p, '\n', static_cast<std::size_t>(stop - p)));
+    const char* end = feed ? feed : stop;
+    std::string_view line(p, static_cast<std::size_t>(end - p - (end > p && end[-1] == '\r' ? 1 : 0)));
     CoordinateLine parsed = parseCoordinateLine(line);
     switch (parsed.kind) {
-      case CoordinateLine::Kind::kPoint: range.runs.back().push_back(parsed.point); break;
-      case CoordinateLine::Kind::kError: range.errors.push_back({static_cast<int>(i + 1), std::string(line)}); break;
+      case CoordinateLine::Kind::kPoint: {
+        ge::PointList& run = range.runs.back();
+        // Blocks tend to be alike: room for the last one's points at once.
+        if (run.empty()) run.reserve(lastBlock);
+        run.push_back(parsed.point);
+        break;
+      }
+      case CoordinateLine::Kind::kError: range.errors.push_back({static_cast<int>(range.lines + 1), std::string(line)}); break;
       case CoordinateLine::Kind::kSeparator:
         // The first run may continue a block from before the range, so its
         // end is kept even when the range has no points in it yet.
-        if (!range.runs.back().empty() || range.runs.size() == 1) range.runs.emplace_back();
+        if (!range.runs.back().empty() || range.runs.size() == 1) {
+          lastBlock = range.runs.back().size();
+          range.runs.emplace_back();
+        }
         break;
     }
+    ++range.lines;
+    if (!feed) break;
+    p = feed + 1;
   }
   return range;
 }
 
-// Files of this many lines are read in two halves at once, where there are
+// Texts of this many bytes are read in two halves at once, where there are
 // two processors: reading the numbers is the work, and the halves meet only
 // where a block runs across the middle.
-constexpr std::size_t kLinesForTwoHalves = 100'000;
+constexpr std::size_t kBytesForTwoHalves = 512 * 1024;
 
-template <class LineAt>
-CoordinateFile readLines(std::size_t count, LineAt lineAt) {
+}  // namespace
+
+CoordinateFile readCoordinateText(std::string_view text) {
   std::vector<LineRange> parts;
-  if (count >= kLinesForTwoHalves && std::thread::hardware_concurrency() >= 2) {
-    std::size_t middle = count / 2;
+  // The halves meet at the line start nearest after the middle.
+  std::size_t middle = text.size() / 2;
+  if (text.size() >= kBytesForTwoHalves) middle = text.find('\n', middle);
+  if (text.size() >= kBytesForTwoHalves && middle != std::string_view::npos && std::thread::hardware_concurrency() >= 2) {
+    ++middle;
     LineRange second;
     {
-      std::jthread worker([&] { second = readRange(middle, count, lineAt); });
-      parts.push_back(readRange(0, middle, lineAt));
+      std::jthread worker([&] { second = readRange(text, middle, text.size()); });
+      parts.push_back(readRange(text, 0, middle));
     }
     parts.push_back(std::move(second));
   } else {
-    parts.push_back(readRange(0, count, lineAt));
+    parts.push_back(readRange(text, 0, text.size()));
   }
   // A run closed by a separator is a block; the run still open at the end of
   // the file is not drawn. An open run at the end of a part continues in the
   // first run of the next.
   CoordinateFile file;
   ge::PointList open;
+  std::size_t linesBefore = 0;
   for (LineRange& part : parts) {
     for (std::size_t r = 0; r < part.runs.size(); ++r) {
       ge::PointList& run = part.runs[r];
@@ -256,19 +311,21 @@ CoordinateFile readLines(std::size_t count, LineAt lineAt) {
         open.clear();
       }
     }
-    for (CoordinateError& e : part.errors) file.errors.push_back(std::move(e));
+    for (CoordinateError& e : part.errors) {
+      e.lineNumber += static_cast<int>(linesBefore);
+      file.errors.push_back(std::move(e));
+    }
+    linesBefore += part.lines;
   }
   return file;
 }
 
-}  // namespace
-
 CoordinateFile readCoordinateLines(const std::vector<std::string>& lines) {
-  return readLines(lines.size(), [&](std::size_t i) { return std::string_view(lines[i]); });
+  std::string text;
+  for (const std::string& line : lines) (text += line) += '\n';
+  return readCoordinateText(text);
 }
 
-CoordinateFile readCoordinateLines(const TextLines& lines) {
-  return readLines(lines.size(), [&](std::size_t i) { return lines.line(i); });
-}
+CoordinateFile readCoordinateLines(const TextLines& lines) { return readCoordinateText(lines.text); }
 
 }  // namespace commands

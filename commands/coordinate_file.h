@@ -40,6 +40,10 @@ struct CoordinateFile {
   std::vector<CoordinateError> errors;
 };
 
+// The file's text as decodeText gives it, split into lines as decodeTextLines
+// splits it; large texts are read in two halves at once.
+CoordinateFile readCoordinateText(std::string_view text);
+// Lines without their line ends.
 CoordinateFile readCoordinateLines(const std::vector<std::string>& lines);
 CoordinateFile readCoordinateLines(const TextLines& lines);
 

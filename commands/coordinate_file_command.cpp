@@ -50,17 +50,17 @@ void drawPolylineByTxtFile(frame::CommandContext& context) {
   if (host.editor.getFileName(kDialogTitle, "", extension, false, path) != host::RTNORM) return;
 
   std::optional<std::string> bytes = readWholeFile(path);
-  std::optional<TextLines> lines;
-  if (bytes) lines = decodeTextLines(std::move(*bytes));
-  if (!lines) {
+  std::optional<std::string> text;
+  if (bytes) text = decodeText(std::move(*bytes));
+  if (!text) {
     frame::print(host, kReadError, path);
     return;
   }
-  if (lines->size() <= 1) {
+  if (lineCount(*text) <= 1) {
     frame::print(host, kTooFewLines);
     return;
   }
-  CoordinateFile file = readCoordinateLines(*lines);
+  CoordinateFile file = readCoordinateText(*text);
   for (const CoordinateError& e : file.errors) frame::print(host, kErrorLine, e.lineNumber, e.line);
   int made = 0;
   {

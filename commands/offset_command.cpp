@@ -82,10 +82,7 @@ void plBatchOffset(frame::CommandContext& context) {
   std::optional<Spacings> spacings = askSpacings(host, count);
   if (!spacings) return;
   frame::ProgressMeter meter(host.editor, context.localName, ids->size());
-  for (std::size_t i = 0; i < ids->size(); ++i) {
-    offsetCopies(host, (*ids)[i], *side, count, *spacings);
-    meter.step(i + 1);
-  }
+  offsetCopiesOfAll(host, *ids, *side, count, *spacings, [&](std::size_t done) { meter.step(done); });
 }
 
 }  // namespace commands

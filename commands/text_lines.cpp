@@ -100,6 +100,24 @@ std::optional<std::string> gbkToUtf8(std::string_view bytes) {
 
 bool hasNul(std::string_view s) { return s.find('\0') != std::string_view::npos; }
 
+// ASCII without a NUL, the usual coordinate file: UTF-8 that needs no
+// decoding. Thirty-two bytes a step: a byte at or above 0x80, or a zero
+// byte, sets its top bit in the combined word.
+bool isPlainAscii(std::string_view s) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101ull, kTops = 0x8080808080808080ull;
+  auto suspect = [&](std::size_t at) {
+    std::uint64_t w;
+    std::memcpy(&w, s.data() + at, 8);
+    return w | ((w - kOnes) & ~w);
+  };
+  std::size_t i = 0;
+  for (; s.size() - i >= 32; i += 32)
+    if ((suspect(i) | suspect(i + 8) | suspect(i + 16) | suspect(i + 24)) & kTops) return false;
+  for (; i < s.size(); ++i)
+    if (s[i] == '\0' || static_cast<unsigned char>(s[i]) >= 0x80) return false;
+  return true;
+}
+
 std::vector<TextLines::Span> splitLines(std::string_view text) {
   std::vector<TextLines::Span> spans;
   spans.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1);
@@ -118,6 +136,7 @@ std::vector<TextLines::Span> splitLines(std::string_view text) {
 }  // namespace
 
 std::optional<TextEncoding> detectEncoding(std::string_view bytes) {
+  if (isPlainAscii(bytes)) return TextEncoding::kUtf8;  // no mark either: its bytes are not ASCII
   if (bytes.starts_with(kUtf8Bom)) {
     if (hasNul(bytes) || !isValidUtf8(bytes.substr(kUtf8Bom.size()))) return std::nullopt;
     return TextEncoding::kUtf8;
@@ -136,7 +155,7 @@ std::vector<std::string> TextLines::all() const {
   return out;
 }
 
-std::optional<TextLines> decodeTextLines(std::string bytes) {
+std::optional<std::string> decodeText(std::string bytes) {
   std::optional<TextEncoding> encoding = detectEncoding(bytes);
   if (!encoding) return std::nullopt;
   std::optional<std::string> text;
@@ -149,6 +168,16 @@ std::optional<TextLines> decodeTextLines(std::string bytes) {
     case TextEncoding::kUtf16BigEndian: text = utf16ToUtf8(std::string_view(bytes).substr(2), true); break;
     case TextEncoding::kGbk: text = gbkToUtf8(bytes); break;
   }
+  return text;
+}
+
+std::size_t lineCount(std::string_view text) {
+  if (text.empty()) return 0;
+  return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + (text.back() == '\n' ? 0 : 1);
+}
+
+std::optional<TextLines> decodeTextLines(std::string bytes) {
+  std::optional<std::string> text = decodeText(std::move(bytes));
   if (!text) return std::nullopt;
   TextLines lines;
   lines.text = std::move(*text);

@@ -32,6 +32,14 @@ struct TextLines {
   std::vector<std::string> all() const;
 };
 
+// The file's text as UTF-8: a byte-order mark dropped, UTF-16 and GBK
+// converted, UTF-8 bytes kept as they are (without a copy when moved in).
+// Nothing when the bytes are not text.
+std::optional<std::string> decodeText(std::string bytes);
+
+// How many lines the text has, split as decodeTextLines splits it.
+std::size_t lineCount(std::string_view text);
+
 // The file's lines as UTF-8 without their line ends, as a text reader gives
 // them: split at line feeds, a carriage return before the feed dropped, and no
 // line after a final line feed. Nothing when the bytes are not text. UTF-8

@@ -157,8 +157,8 @@ void benchCoordinateFile(std::size_t lines) {
   for (int round = 0; round < 3; ++round) {
     std::string file = bytes;  // the command hands its own bytes over, as this copy is
     Timing t = timed([&] {
-      auto decoded = commands::decodeTextLines(std::move(file));
-      blocks = commands::readCoordinateLines(*decoded).blocks.size();
+      std::optional<std::string> text = commands::decodeText(std::move(file));
+      blocks = commands::readCoordinateText(*text).blocks.size();
     });
     reader = {std::min(reader.wall, t.wall), std::min(reader.cpu, t.cpu)};
   }

@@ -1,5 +1,6 @@
 // PLOFFSET end to end: prompts and spacings in both languages, and every copy
 // measured against its source by shapely over the drawing ezdxf reads back.
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
@@ -58,6 +59,30 @@ TEST_P(BatchOffset, EqualSpacingsAccumulateAndACountAboveTenIsTen) {
   s.run("PLOFFSET\n" + selectionOf({circle}) + "O\n25\n0.5\n");
   EXPECT_EQ(circleRadii().size(), 4u + 10u);
   EXPECT_DOUBLE_EQ(circleRadii().back(), 6.0);
+}
+
+// Enough sources for the offsets to be computed on two threads: the copies
+// still come source by source in the selection's order, each distance's
+// positive side before its negative one, and missing copies leave no gap.
+TEST_P(BatchOffset, ManySourcesGiveTheirCopiesInSelectionOrder) {
+  auto radius = [](int i) { return 1 + (i * 7) % 13 * 0.5; };
+  std::vector<host::ObjectId> sources;
+  std::vector<double> want;  // the sources as added, then the copies
+  for (int i = 0; i < 40; ++i) {
+    sources.push_back(s.add(host::Circle{{i * 100.0, 0, 0}, radius(i)}));
+    want.push_back(radius(i));
+  }
+  std::reverse(sources.begin(), sources.end());
+  for (int i = 39; i >= 0; --i)
+    for (double d : {1.5, 3.0}) {
+      want.push_back(radius(i) + d);
+      if (radius(i) - d > 0) want.push_back(radius(i) - d);
+    }
+  std::string picks;
+  for (host::ObjectId id : sources) picks += pickOf(id) + "\n";
+  s.start();
+  s.run("PLOFFSET\n" + picks + "\n\n2\n1.5\n");
+  EXPECT_EQ(circleRadii(), want);
 }
 
 TEST_P(BatchOffset, SpacingListsFollowThePredecessorRuleAndInnerCopiesTooCloseToTheCentreAreMissing) {

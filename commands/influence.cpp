@@ -52,7 +52,7 @@ ge::PointList samplesOf(const host::Host& host, const host::EntityData& curve) {
   return points;
 }
 
-bool transform(host::Host& host, host::Entity& e, const ge::Matrix3d& m) {
+bool transform(const host::Host& host, host::Entity& e, const ge::Matrix3d& m) {
   return host.curves.transformBy(e.data, m) == ErrorStatus::eOk;
 }
 
@@ -73,22 +73,24 @@ std::optional<ge::Point3d> horizontalCrossing(const host::CurveServices& curves,
   return hits.front();
 }
 
-bool bendCurve(host::Host& host, const host::EntityData& influence, const host::Entity& affected,
-               const InfluenceParams& params) {
-  ge::PointList points = samplesOf(host, affected.data);
+namespace {
+
+// The samples of the affected curve, each pushed by the influence curve.
+ge::PointList bentPoints(const host::Host& host, const host::EntityData& influence, const host::EntityData& affected,
+                         const InfluenceParams& params) {
+  ge::PointList points = samplesOf(host, affected);
   for (ge::Point3d& p : points) {
     std::optional<ge::Point3d> q = horizontalCrossing(host.curves, influence, p, params.distance);
     if (!q) continue;
     double r = p.distanceTo(*q);
     if (r <= params.distance) p.x = pushedX(p.x, q->x, r, params);
   }
-  bool closed = host.curves.isClosed(affected.data);
-  if (!geom::makeCurveByPoints(host, nullptr, points, affected.props.color.index, closed, {}, {})) return false;
-  return host.drawing.erase(affected.id) == ErrorStatus::eOk;
+  return points;
 }
 
-bool moveRigidly(host::Host& host, const host::EntityData& influence, host::Entity& affected,
-                 const InfluenceParams& params, const RigidFlags& flags) {
+// The rigid-body step on the entity's data in place; false when it stayed as it was.
+bool moveRigidlyInPlace(const host::Host& host, const host::EntityData& influence, host::Entity& affected,
+                        const InfluenceParams& params, const RigidFlags& flags) {
   std::optional<ge::Extents3d> ext = extentsOf(host, affected.data);
   if (!ext) return false;
   const ge::Point3d c = centreOf(*ext);
@@ -117,7 +119,22 @@ bool moveRigidly(host::Host& host, const host::EntityData& influence, host::Enti
       }
     }
   }
-  if (!changed) return false;
+  return changed;
+}
+
+}  // namespace
+
+bool bendCurve(host::Host& host, const host::EntityData& influence, const host::Entity& affected,
+               const InfluenceParams& params) {
+  ge::PointList points = bentPoints(host, influence, affected.data, params);
+  bool closed = host.curves.isClosed(affected.data);
+  if (!geom::makeCurveByPoints(host, nullptr, points, affected.props.color.index, closed, {}, {})) return false;
+  return host.drawing.erase(affected.id) == ErrorStatus::eOk;
+}
+
+bool moveRigidly(host::Host& host, const host::EntityData& influence, host::Entity& affected,
+                 const InfluenceParams& params, const RigidFlags& flags) {
+  if (!moveRigidlyInPlace(host, influence, affected, params, flags)) return false;
   return host.drawing.write(affected) == ErrorStatus::eOk;
 }
 
@@ -125,6 +142,17 @@ bool applyInfluence(host::Host& host, const host::EntityData& influence, host::E
                     const InfluenceParams& params, const RigidFlags& flags, bool rigid) {
   if (!rigid && host::isCurve(affected.data)) return bendCurve(host, influence, affected, params);
   return moveRigidly(host, influence, affected, params, flags);
+}
+
+std::optional<host::EntityData> influencedShape(const host::Host& host, const host::EntityData& influence,
+                                                const host::Entity& affected, const InfluenceParams& params,
+                                                const RigidFlags& flags, bool rigid) {
+  if (!rigid && host::isCurve(affected.data))
+    return geom::curveShapeByPoints(host.curves, bentPoints(host, influence, affected.data, params),
+                                    host.curves.isClosed(affected.data));
+  host::Entity moved = affected;
+  if (!moveRigidlyInPlace(host, influence, moved, params, flags)) return std::nullopt;
+  return std::move(moved.data);
 }
 
 namespace {

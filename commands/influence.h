@@ -54,6 +54,13 @@ bool moveRigidly(host::Host& host, const host::EntityData& influence, host::Enti
 bool applyInfluence(host::Host& host, const host::EntityData& influence, host::Entity& affected,
                     const InfluenceParams& params, const RigidFlags& flags, bool rigid);
 
+// What applyInfluence would make of the affected object, with the drawing
+// left as it is: the bent curve, or the object moved rigidly; nothing when
+// the step would leave the object as it was.
+std::optional<host::EntityData> influencedShape(const host::Host& host, const host::EntityData& influence,
+                                                const host::Entity& affected, const InfluenceParams& params,
+                                                const RigidFlags& flags, bool rigid);
+
 // Vertical-curve shift: every affected object but the curve itself moves
 // along X by the curve's deviation at the object's height from its upper end,
 // faded by the object's distance from that point against its distance to the

@@ -1,5 +1,6 @@
 // PLAFFECT, plAffectMoveX and plAffClick: influence curves push, turn, shrink
 // or bend nearby objects along X.
+#include <chrono>
 #include <optional>
 
 #include "commands/commands.h"
@@ -40,6 +41,11 @@ constexpr frame::Text kNotACurve{
 constexpr frame::Text kClickPrompt{"\nPick a point to apply the influence there <Enter to finish>:",
                                    "\n请点取施加影响的位置<回车结束>:"};
 constexpr frame::Text kClickCount{"\nApplied the influence <%d > time(s).", "\n施加了< %d >次影响。"};
+
+// The drag preview shows the affected objects' next step only for this many
+// objects at most, and only while one preview takes no longer than the budget.
+constexpr std::size_t kMostPreviewed = 300;
+constexpr std::chrono::milliseconds kPreviewBudget{60};
 
 constexpr int kFewestStrength = 1;
 constexpr int kMostStrength = 10;
@@ -88,6 +94,16 @@ std::optional<Setup> askSetup(host::Host& host) {
   setup.flags.scale = frame::askYesNo(host, kScalePrompt, true);
   setup.rigid = frame::askYesNo(host, kRigidPrompt, true);
   return setup;
+}
+
+// The influence curve moved so that the centre of its extents lies on the point.
+std::optional<host::EntityData> carriedCurve(const host::Host& host, host::EntityData curve, const ge::Point3d& to) {
+  ge::Extents3d ext;
+  if (host.curves.getGeomExtents(curve, ext) != host::ErrorStatus::eOk) return std::nullopt;
+  ge::Point3d centre{(ext.min.x + ext.max.x) / 2, (ext.min.y + ext.max.y) / 2, (ext.min.z + ext.max.z) / 2};
+  if (host.curves.transformBy(curve, ge::Matrix3d::translation(to - centre)) != host::ErrorStatus::eOk)
+    return std::nullopt;
+  return curve;
 }
 
 // One influence curve acting on every affected object but itself, in
@@ -145,29 +161,48 @@ void plAffClick(frame::CommandContext& context) {
   if (!setup) return;
   int steps = 0;
   ge::Point3d at;
-  // While the point is dragged, the influence curves ride on the cursor.
+  // While the point is dragged, the influence curves ride on the cursor and
+  // the affected objects show what one step there would make of them; past
+  // kMostPreviewed objects, or once a preview took longer than
+  // kPreviewBudget, the curves ride alone so that the cursor stays smooth.
+  bool showAffected = setup->affected.size() <= kMostPreviewed;
   host::Editor::DragPreview carriedTo = [&](const ge::Point3d& cursor) {
+    auto started = std::chrono::steady_clock::now();
     std::vector<host::EntityData> shown;
+    std::vector<host::Entity> affected;
+    std::vector<bool> changed;
+    if (showAffected)
+      for (host::ObjectId id : setup->affected)
+        if (std::optional<host::Entity> e = host.drawing.read(id)) affected.push_back(std::move(*e));
+    changed.assign(affected.size(), false);
     for (host::ObjectId influenceId : setup->influences) {
       std::optional<host::Entity> influence = host.drawing.read(influenceId);
-      ge::Extents3d ext;
-      if (!influence || host.curves.getGeomExtents(influence->data, ext) != host::ErrorStatus::eOk) continue;
-      ge::Point3d centre{(ext.min.x + ext.max.x) / 2, (ext.min.y + ext.max.y) / 2, (ext.min.z + ext.max.z) / 2};
-      if (host.curves.transformBy(influence->data, ge::Matrix3d::translation(cursor - centre)) == host::ErrorStatus::eOk)
-        shown.push_back(std::move(influence->data));
+      std::optional<host::EntityData> carried;
+      if (influence) carried = carriedCurve(host, influence->data, cursor);
+      if (!carried) continue;
+      shown.push_back(*carried);
+      if (!showAffected || !host::isCurve(influence->data)) continue;
+      for (std::size_t i = 0; i < affected.size() && showAffected; ++i) {
+        if (affected[i].id == influenceId) continue;
+        if (auto shape = influencedShape(host, *carried, affected[i], setup->params, setup->flags, setup->rigid)) {
+          affected[i].data = std::move(*shape);
+          changed[i] = true;
+        }
+        showAffected = std::chrono::steady_clock::now() - started <= kPreviewBudget;
+      }
     }
+    if (showAffected)
+      for (std::size_t i = 0; i < affected.size(); ++i)
+        if (changed[i]) shown.push_back(std::move(affected[i].data));
     return shown;
   };
   while (host.editor.dragPoint(nullptr, kClickPrompt.chosen(), carriedTo, at) == host::RTNORM) {
     for (host::ObjectId influenceId : setup->influences) {
       std::optional<host::Entity> influence = host.drawing.read(influenceId);
       if (!influence || !host::isCurve(influence->data)) continue;
-      ge::Extents3d ext;
-      if (host.curves.getGeomExtents(influence->data, ext) != host::ErrorStatus::eOk) continue;
-      ge::Point3d centre{(ext.min.x + ext.max.x) / 2, (ext.min.y + ext.max.y) / 2, (ext.min.z + ext.max.z) / 2};
-      host::EntityData carried = influence->data;
-      if (host.curves.transformBy(carried, ge::Matrix3d::translation(at - centre)) != host::ErrorStatus::eOk)
-        continue;
+      std::optional<host::EntityData> carriedData = carriedCurve(host, influence->data, at);
+      if (!carriedData) continue;
+      const host::EntityData& carried = *carriedData;
       for (host::ObjectId& id : setup->affected) {
         if (id == influenceId) continue;
         std::optional<host::Entity> e = host.drawing.read(id);

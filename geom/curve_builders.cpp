@@ -85,6 +85,22 @@ bool makeCurveByPoints(BuildContext ctx, host::Drawing* target, const ge::PointL
   return buildFitSpline(ctx, target, points, color, closed, startTangent, endTangent);
 }
 
+std::optional<host::EntityData> curveShapeByPoints(const host::CurveServices& curves, const ge::PointList& points,
+                                                   bool closed) {
+  if (points.size() < 2) return std::nullopt;
+  if (points.size() == 2 || collinearByAngle(points)) return host::Line{points.front(), points.back()};
+  if (!curveKindIsSpline()) return polylineData(points, closed);
+  if (closed) {
+    host::Polyline3d pl;
+    for (const auto& p : points) pl.vertices.push_back({p});
+    pl.closed = true;
+    return pl;
+  }
+  host::Spline s;
+  if (curves.fitSpline(points, nullptr, nullptr, s) != host::ErrorStatus::eOk) return std::nullopt;
+  return s;
+}
+
 bool buildPolyline(BuildContext ctx, host::ObjectId source, const ge::PointList& points, bool closed) {
   if (points.size() < 2) return false;
   host::Entity e = newEntity(ctx.drawing, polylineData(points, closed));

@@ -1,6 +1,8 @@
 #pragma once
 // Turning point lists into drawing entities: a line, a polyline or a fitted
 // spline through the points.
+#include <optional>
+
 #include "ge/point.h"
 #include "host/host.h"
 
@@ -30,6 +32,11 @@ host::Color resolveColor(int colorNumber, const host::Drawing& drawing);
 // entity was appended.
 bool makeCurveByPoints(BuildContext ctx, host::Drawing* target, const ge::PointList& points, int colorNumber,
                        bool closed, const ge::Vector3d& startTangent, const ge::Vector3d& endTangent);
+
+// The shape makeCurveByPoints (without tangents) appends for the points,
+// made but not appended; nothing when it would append nothing.
+std::optional<host::EntityData> curveShapeByPoints(const host::CurveServices& curves, const ge::PointList& points,
+                                                   bool closed);
 
 // A straight-segment polyline through the points with the drawing's default
 // properties: lightweight when consecutive z values differ by at most 0.0001

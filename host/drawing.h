@@ -56,6 +56,14 @@ class Drawing {
     return std::nullopt;
   }
 
+  // Whether a layer is frozen: its entities are neither drawn nor picked, nor
+  // is anything drawn through a block reference that lies on it. False for an
+  // unknown layer.
+  virtual bool isLayerFrozen(const std::string& layer) const {
+    (void)layer;
+    return false;
+  }
+
   // The font a text style names: its TrueType family when the style keeps
   // one, else its font file ("romans.shx", "arial.ttf"; a bare file name is
   // an SHX font and gets ".shx"). Nothing for an unknown style.

@@ -1,5 +1,6 @@
 #include "apps/corvane-workbench/dialogs.h"
 
+#include <QEventLoop>
 #include <QMessageBox>
 
 #include "apps/corvane-workbench/formula_dialog.h"
@@ -13,6 +14,17 @@
 namespace workbench {
 
 namespace {
+
+// Shows the dialog application-modal until it finishes. Not QDialog::exec,
+// which ends as soon as the dialog hides: these dialogs step aside while a
+// prompt waits for the view, and come back.
+void showUntilFinished(QDialog& dialog) {
+  dialog.setWindowModality(Qt::ApplicationModal);
+  QEventLoop loop;
+  QObject::connect(&dialog, &QDialog::finished, &loop, &QEventLoop::quit);
+  dialog.show();
+  loop.exec();
+}
 
 // The prologue and the failure rule every plug-in command runs under.
 template <class Body>
@@ -34,14 +46,14 @@ void installDialogCommands(Session& session, QWidget* parent) {
       frame::Settings& settings = session.module().settings();
       formula::CMainDlgDlg model(session.host().host(), settings);
       FormulaDialog dialog(model, frame::pluginFolder(settings, session.host().host().platform), parent);
-      dialog.run();
+      showUntilFinished(dialog);
     });
   });
   registry.replaceHandler("ZORL_ImageHoleNet", [&session, parent] {
     asPluginCommand(session, "imageHoleNet", [&] {
       image::ImageHoleNet model(session.host().host());
       HoleNetDialog dialog(model, parent);
-      dialog.run();
+      showUntilFinished(dialog);
     });
   });
   registry.replaceHandler("ZORL_ABOUT", [&session, parent] {

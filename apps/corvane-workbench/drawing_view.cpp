@@ -509,14 +509,7 @@ bool DrawingView::moveGrip(host::ObjectId id, std::size_t grip, const ge::Point3
       [&](auto& d) {
         using T = std::decay_t<decltype(d)>;
         if constexpr (std::is_same_v<T, host::LwPolyline>) {
-          // Vertices move themselves; a middle grip moves its whole piece.
-          for (std::size_t i = 0; i < d.vertices.size(); ++i)
-            if (d.vertices[i].x == from.x && d.vertices[i].y == from.y) {
-              d.vertices[i].x = to.x;
-              d.vertices[i].y = to.y;
-              return true;
-            }
-          return false;
+          return moveLwPolylineGrip(d, from, to);
         } else if constexpr (std::is_same_v<T, host::Line>) {
           if (d.start == from) d.start = to;
           else if (d.end == from) d.end = to;

@@ -4,7 +4,6 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QEventLoop>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -163,14 +162,6 @@ void FormulaDialog::closeDialog() {
 void FormulaDialog::closeEvent(QCloseEvent* event) {
   event->ignore();
   closeDialog();
-}
-
-void FormulaDialog::run() {
-  setWindowModality(Qt::ApplicationModal);
-  QEventLoop loop;
-  connect(this, &QDialog::finished, &loop, &QEventLoop::quit);
-  show();
-  loop.exec();
 }
 
 }  // namespace workbench

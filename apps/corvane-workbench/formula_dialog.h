@@ -23,9 +23,7 @@ class FormulaDialog : public QDialog {
  public:
   FormulaDialog(formula::CMainDlgDlg& model, std::string pluginFolder, QWidget* parent = nullptr);
 
-  // Shows the dialog and runs until it is closed: OK and the window's close
-  // both close it as the model closes (the final draw).
-  void run();
+  // OK and the window's close both close the dialog as the model closes (the final draw).
   QListWidget* list() { return list_; }
   QSlider* slider(int slot) { return groups_[slot].slider; }
   QLineEdit* edit(int slot) { return groups_[slot].edit; }

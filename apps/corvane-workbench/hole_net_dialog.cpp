@@ -2,7 +2,6 @@
 
 #include <QButtonGroup>
 #include <QCheckBox>
-#include <QEventLoop>
 #include <QFileDialog>
 #include <QFormLayout>
 #include <QGroupBox>
@@ -157,14 +156,6 @@ void HoleNetDialog::doDrawing() {
   hide();
   model_.onDoDrawing();
   show();
-}
-
-void HoleNetDialog::run() {
-  setWindowModality(Qt::ApplicationModal);
-  QEventLoop loop;
-  connect(this, &QDialog::finished, &loop, &QEventLoop::quit);
-  show();
-  loop.exec();
 }
 
 }  // namespace workbench

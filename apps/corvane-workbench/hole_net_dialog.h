@@ -20,7 +20,6 @@ class HoleNetDialog : public QDialog {
  public:
   explicit HoleNetDialog(image::ImageHoleNet& model, QWidget* parent = nullptr);
 
-  void run();
   // "Load Image" with a chosen file (the button asks with a file dialog).
   bool loadImage(const QString& path);
   QSlider* contrast() { return contrast_; }

@@ -126,6 +126,7 @@ void MainWindow::startSession(std::unique_ptr<Session> session) {
   session_ = std::move(session);
   session_->setCommandEnded([this] { afterCommand(); });
   installDialogCommands(*session_, this);
+  session_->host().editor().setDialogs(&hostDialogs_);
   view_->setSession(session_.get());
   layers_->setSession(session_.get());
   properties_->setSession(session_.get());

@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 
+#include "apps/corvane-workbench/host_dialogs.h"
 #include "apps/corvane-workbench/interactive_answers.h"
 #include "apps/corvane-workbench/transcript_stream.h"
 #include "standalone/editor/embedded_host.h"
@@ -95,6 +96,7 @@ class MainWindow : public QMainWindow {
   bool openPages_;
   TranscriptStream transcript_;
   InteractiveAnswers answers_;
+  HostDialogs hostDialogs_{this};
   std::unique_ptr<Session> session_;
   DrawingView* view_ = nullptr;
   CommandPanel* commandPanel_ = nullptr;

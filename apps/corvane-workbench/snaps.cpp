@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <string>
+#include <unordered_map>
 #include <unordered_set>
 
 #include "standalone/editor/entity_finder.h"
@@ -58,19 +60,21 @@ void addCircleLike(Candidate& c, const ge::Point3d& center, double r, const std:
   }
 }
 
-void addSegment(Candidate& c, const ge::Point3d& a, const ge::Point3d& b, double bulge,
-                const std::optional<ge::Point3d>& base) {
+// The middle of a straight or bulged segment from a to b.
+ge::Point3d segmentMiddle(const ge::Point3d& a, const ge::Point3d& b, double bulge) {
   double dx = b.x - a.x, dy = b.y - a.y, chord = std::hypot(dx, dy);
-  if (bulge == 0 || chord == 0) {
-    c.add({(a.x + b.x) / 2, (a.y + b.y) / 2, (a.z + b.z) / 2}, SnapKind::kMidpoint);
-    if (base)
-      if (auto f = footOnSegment(a, b, *base)) c.add(*f, SnapKind::kPerpendicular);
-    return;
-  }
+  if (bulge == 0 || chord == 0) return {(a.x + b.x) / 2, (a.y + b.y) / 2, (a.z + b.z) / 2};
   // The arc's middle lies the sagitta away from the chord's middle, to the
   // right of the chord for a counter-clockwise (positive) bulge.
   double sagitta = bulge * chord / 2;
-  c.add({(a.x + b.x) / 2 + sagitta * dy / chord, (a.y + b.y) / 2 - sagitta * dx / chord, a.z}, SnapKind::kMidpoint);
+  return {(a.x + b.x) / 2 + sagitta * dy / chord, (a.y + b.y) / 2 - sagitta * dx / chord, a.z};
+}
+
+void addSegment(Candidate& c, const ge::Point3d& a, const ge::Point3d& b, double bulge,
+                const std::optional<ge::Point3d>& base) {
+  c.add(segmentMiddle(a, b, bulge), SnapKind::kMidpoint);
+  if (base && (bulge == 0 || distanceXY(a, b) == 0))
+    if (auto f = footOnSegment(a, b, *base)) c.add(*f, SnapKind::kPerpendicular);
 }
 
 Candidate snapPointsOf(const host::Entity& e, const host::CurveServices& curves,
@@ -122,9 +126,14 @@ Candidate snapPointsOf(const host::Entity& e, const host::CurveServices& curves,
 
 EntityGrid::EntityGrid(const host::Drawing& drawing, const host::CurveServices& curves) {
   ge::Extents3d all;
+  std::unordered_map<std::string, bool> frozenLayers;
   for (host::ObjectId id : drawing.entitiesOf(drawing.modelSpace())) {
     std::optional<host::Entity> e = drawing.read(id);
-    if (!e) continue;
+    if (!e || e->props.invisible) continue;
+    // What is not shown is not snapped to.
+    auto [frozen, fresh] = frozenLayers.try_emplace(e->props.layer, false);
+    if (fresh) frozen->second = drawing.isLayerFrozen(e->props.layer);
+    if (frozen->second) continue;
     if (std::optional<ge::Extents3d> box = standalone::entityExtents(drawing, curves, e->data)) {
       items_.push_back({id, *box});
       all.add(*box);
@@ -230,6 +239,47 @@ std::vector<ge::Point3d> gripPointsOf(const host::Entity& entity, const host::Cu
   for (const auto& [p, k] : snapPointsOf(entity, curves, std::nullopt).points)
     if (k != SnapKind::kPerpendicular) grips.push_back(p);
   return grips;
+}
+
+std::optional<double> bulgeThrough(const ge::Point2d& a, const ge::Point2d& b, const ge::Point2d& p) {
+  // The angle alpha at p between a and b is an inscribed angle: the arc from
+  // a to b through p turns through 2 pi - 2 alpha, so its bulge, the tangent
+  // of a quarter of that, is cot(alpha / 2) = (|u||v| + u.v) / |u x v|.
+  double ux = a.x - p.x, uy = a.y - p.y, vx = b.x - p.x, vy = b.y - p.y;
+  double lengths = std::hypot(ux, uy) * std::hypot(vx, vy), dot = ux * vx + uy * vy, cross = ux * vy - uy * vx;
+  if (lengths == 0) return std::nullopt;
+  if (std::abs(cross) <= 1e-12 * lengths) {
+    if (dot < 0) return 0.0;  // on the chord: a straight segment
+    return std::nullopt;      // beyond an end: no arc passes
+  }
+  // Counter-clockwise (positive) when p lies right of a to b, where u x v is negative.
+  return (lengths + dot) / -cross;
+}
+
+bool moveLwPolylineGrip(host::LwPolyline& pl, const ge::Point3d& from, const ge::Point3d& to) {
+  std::size_t n = pl.vertices.size();
+  for (std::size_t i = 0; i < n; ++i)
+    if (pl.vertices[i].x == from.x && pl.vertices[i].y == from.y) {
+      pl.vertices[i].x = to.x;
+      pl.vertices[i].y = to.y;
+      return true;
+    }
+  for (std::size_t i = 0; i < n && n > 1 && (i + 1 < n || pl.closed); ++i) {
+    host::LwVertex &a = pl.vertices[i], &b = pl.vertices[(i + 1) % n];
+    ge::Point3d middle = segmentMiddle({a.x, a.y, pl.elevation}, {b.x, b.y, pl.elevation}, a.bulge);
+    if (middle.x != from.x || middle.y != from.y) continue;
+    if (a.bulge == 0) {
+      // A straight segment moves whole.
+      double dx = to.x - from.x, dy = to.y - from.y;
+      a.x += dx, a.y += dy, b.x += dx, b.y += dy;
+      return true;
+    }
+    std::optional<double> bulge = bulgeThrough({a.x, a.y}, {b.x, b.y}, {to.x, to.y});
+    if (!bulge) return false;
+    a.bulge = *bulge;
+    return true;
+  }
+  return false;
 }
 
 ge::Point3d orthoPoint(const ge::Point3d& base, const ge::Point3d& p) {

@@ -54,6 +54,19 @@ std::optional<SnapHit> findSnap(const host::Drawing& drawing, const host::CurveS
 // pieces, its centre and quadrants.
 std::vector<ge::Point3d> gripPointsOf(const host::Entity& entity, const host::CurveServices& curves);
 
+// The bulge of the arc from a to b through p: 0 when p lies on the chord
+// between them, nothing when no arc passes (p on the chord's line beyond an
+// end, or at an end).
+std::optional<double> bulgeThrough(const ge::Point2d& a, const ge::Point2d& b, const ge::Point2d& p);
+
+// Drags the polyline's grip at from (a vertex, or the middle of a segment,
+// where gripPointsOf shows them) to to, as the host's grips do: a vertex
+// moves alone; a straight segment's middle carries the segment, both its
+// vertices by the same offset; an arc segment's middle bends the arc to pass
+// through to, its ends fixed. False when no grip lies at from or no arc
+// passes through to.
+bool moveLwPolylineGrip(host::LwPolyline& pl, const ge::Point3d& from, const ge::Point3d& to);
+
 // The point ortho makes of p: straight across or straight up from base,
 // whichever is nearer to p.
 ge::Point3d orthoPoint(const ge::Point3d& base, const ge::Point3d& p);

@@ -183,15 +183,19 @@ std::vector<std::string> DrawingDatabase::blockNames() const {
   return out;
 }
 
-bool DrawingDatabase::isLayerFrozenOrLocked(const std::string& layer) const {
+int DrawingDatabase::layerFlags(const std::string& layer) const {
   const TagRecord* r = findTableEntry("LAYER", layer);
-  if (!r) return false;
+  if (!r) return 0;
   TagList tags = tagsOf(*r);
   auto flags = findValue(tags, 70, bodyStart(tags));
   double f = 0;
-  if (!flags || !tryParseReal(*flags, f)) return false;
-  return (static_cast<int>(f) & (1 | 4)) != 0;
+  if (!flags || !tryParseReal(*flags, f)) return 0;
+  return static_cast<int>(f);
 }
+
+bool DrawingDatabase::isLayerFrozenOrLocked(const std::string& layer) const { return (layerFlags(layer) & (1 | 4)) != 0; }
+
+bool DrawingDatabase::isLayerFrozen(const std::string& layer) const { return (layerFlags(layer) & 1) != 0; }
 
 std::optional<host::Color> DrawingDatabase::layerColor(const std::string& layer) const {
   const TagRecord* r = findTableEntry("LAYER", layer);

@@ -111,6 +111,7 @@ class DrawingDatabase final : public host::Drawing {
   std::vector<host::ObjectId> entitiesOf(host::ObjectId blockRecord) const override;
   ge::Point3d blockBasePoint(host::ObjectId blockRecord) const override;
   std::optional<host::Color> layerColor(const std::string& layer) const override;
+  bool isLayerFrozen(const std::string& layer) const override;
   std::optional<std::string> textStyleFont(const std::string& style) const override;
   std::string currentLayer() const override;
   host::Color currentColor() const override;
@@ -126,6 +127,8 @@ class DrawingDatabase final : public host::Drawing {
   host::ErrorStatus removeReactor(host::ObjectId id, host::ObjectId reactor) override;
 
  private:
+  // The LAYER entry's flags (group 70); 0 for an unknown layer.
+  int layerFlags(const std::string& layer) const;
   EntityRecord* liveEntity(std::uint64_t handle);
   const EntityRecord* liveEntity(std::uint64_t handle) const;
   TagRecord* liveRecord(std::uint64_t handle);

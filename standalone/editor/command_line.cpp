@@ -332,13 +332,45 @@ int CommandLine::getInput(std::string& value) {
 }
 
 void CommandLine::messageBox(std::string_view caption, std::string_view text) {
+  if (dialogs_) {
+    dialogs_->messageBox(caption, text);
+    return;
+  }
   transcript_.endLine();
   transcript_.print("[" + std::string(caption) + "] " + std::string(text) + "\n");
 }
 
+bool CommandLine::fileDialogWanted() const {
+  if (!dialogs_ || sources_.size() != 1) return false;
+  host::ResBuf fileDia;
+  if (sysvars_.getVar("FILEDIA", fileDia) != host::RTNORM) return true;
+  const auto* on = std::get_if<std::int16_t>(&fileDia.value);
+  return !on || *on != 0;
+}
+
+namespace {
+
+// A name without an extension gets the expected one, as the host's file prompts do.
+std::string withExtension(std::string name, std::string_view extension) {
+  std::size_t slash = name.find_last_of('/');
+  std::size_t dot = name.find_last_of('.');
+  bool hasExtension = dot != std::string::npos && (slash == std::string::npos || dot > slash);
+  if (!hasExtension && !extension.empty() && extension.find(';') == std::string_view::npos)
+    name += "." + std::string(extension);
+  return name;
+}
+
+}  // namespace
+
 int CommandLine::getFileName(std::string_view title, std::string_view defaultName, std::string_view extension,
-                             bool, std::string& path) {
+                             bool forSaving, std::string& path) {
   takeInitGet();
+  if (fileDialogWanted()) {
+    std::optional<std::string> chosen = dialogs_->fileName(title, defaultName, dialogFilterFor(extension), forSaving);
+    if (!chosen) return host::RTCAN;
+    path = withExtension(std::move(*chosen), extension);
+    return host::RTNORM;
+  }
   std::string prompt(title);
   if (!defaultName.empty()) prompt += " <" + std::string(defaultName) + ">";
   prompt += ": ";
@@ -350,13 +382,16 @@ int CommandLine::getFileName(std::string_view title, std::string_view defaultNam
     if (defaultName.empty()) return host::RTNONE;
     name = std::string(defaultName);
   }
-  // A name without an extension gets the expected one, as the host's file prompts do.
-  std::size_t slash = name.find_last_of('/');
-  std::size_t dot = name.find_last_of('.');
-  bool hasExtension = dot != std::string::npos && (slash == std::string::npos || dot > slash);
-  if (!hasExtension && !extension.empty() && extension.find(';') == std::string_view::npos)
-    name += "." + std::string(extension);
-  path = name;
+  path = withExtension(std::move(name), extension);
+  return host::RTNORM;
+}
+
+int CommandLine::getFileNameWithFilter(std::string_view filter, bool forSaving, std::string& path) {
+  if (!fileDialogWanted()) return host::Editor::getFileNameWithFilter(filter, forSaving, path);
+  takeInitGet();
+  std::optional<std::string> chosen = dialogs_->fileName(forSaving ? "Save As" : "Open", "", filter, forSaving);
+  if (!chosen) return host::RTCAN;
+  path = std::move(*chosen);
   return host::RTNORM;
 }
 

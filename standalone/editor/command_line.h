@@ -13,6 +13,7 @@
 #include "host/sysvars.h"
 #include "standalone/editor/answer_parse.h"
 #include "standalone/editor/answer_source.h"
+#include "standalone/editor/desktop_dialogs.h"
 #include "standalone/editor/entity_finder.h"
 #include "standalone/editor/transcript.h"
 #include "standalone/editor/view.h"
@@ -36,6 +37,11 @@ class CommandLine : public host::Editor {
   // The prompt that was waiting when the user's input ended, if it did.
   const std::optional<std::string>& endedAtPrompt() const { return endedAtPrompt_; }
   Transcript& transcript() { return transcript_; }
+  // Message boxes go to these dialogs from now on, and so do file-name
+  // prompts while the user answers (not a script or a command's tokens) and
+  // FILEDIA is 1; null: the command line's forms. The dialogs must outlive
+  // their use.
+  void setDialogs(DesktopDialogs* dialogs) { dialogs_ = dialogs; }
   // The last point entered (LASTPOINT), for "@" answers.
   const ge::Point3d& lastPoint() const { return lastPoint_; }
   // The crossing windows and crossing polygons answered in the last
@@ -59,6 +65,7 @@ class CommandLine : public host::Editor {
   void messageBox(std::string_view caption, std::string_view text) override;
   int getFileName(std::string_view title, std::string_view defaultName, std::string_view extension, bool forSaving,
                   std::string& path) override;
+  int getFileNameWithFilter(std::string_view filter, bool forSaving, std::string& path) override;
   bool userBreak() override { return false; }
   // Shown on the terminal's error stream, and only when the user types the
   // answers at a terminal: scripts, pipes and tests stay quiet.
@@ -132,6 +139,9 @@ class CommandLine : public host::Editor {
   template <class T, class ReadFn, class ComplaintFn>
   int readValue(std::string_view prompt, ReadFn read, ComplaintFn complaint, T& value);
   double pickAperture() const;
+  // Whether a file name is asked in a dialog: there are dialogs, the user
+  // answers and FILEDIA is 1.
+  bool fileDialogWanted() const;
   int interactiveSelection(bool single, const class EntityFilter& filter, std::vector<host::ObjectId>& selection);
   std::vector<host::ObjectId> selectionAnswer(const std::string& text, bool& understood, bool& cancelled);
   void finishSelection(std::vector<host::ObjectId>& selection);
@@ -146,6 +156,7 @@ class CommandLine : public host::Editor {
   InputKind kind_ = InputKind::kText;
   std::optional<ge::Point3d> base_;
   const DragPreview* preview_ = nullptr;  // while a dragged point is asked for
+  DesktopDialogs* dialogs_ = nullptr;
   InitGet pending_;
   std::string lastInput_;
   ge::Point3d lastPoint_;

@@ -71,11 +71,31 @@ EntityFinder::QueryScope::QueryScope(const EntityFinder& finder) : finder_(finde
 }
 
 EntityFinder::QueryScope::~QueryScope() {
-  if (owner_) finder_.blocks_.reset();
+  if (!owner_) return;
+  finder_.blocks_.reset();
+  finder_.frozen_.clear();
+}
+
+bool EntityFinder::hidden(const host::Entity& e) const {
+  if (e.props.invisible) return true;
+  if (!blocks_) return drawing_.isLayerFrozen(e.props.layer);
+  auto [it, fresh] = frozen_.try_emplace(e.props.layer, false);
+  if (fresh) it->second = drawing_.isLayerFrozen(e.props.layer);
+  return it->second;
 }
 
 host::BlockContentsLookup EntityFinder::blockLookup() const {
-  host::BlockContentsLookup read = host::blockContentsOf(drawing_);
+  // Entities on layer 0 take the reference's layer, thawed when it is met.
+  host::BlockContentsLookup read = [this](const std::string& name) -> std::shared_ptr<const host::BlockContents> {
+    std::optional<host::ObjectId> block = drawing_.findBlock(name);
+    if (!block) return nullptr;
+    auto contents = std::make_shared<host::BlockContents>();
+    contents->basePoint = drawing_.blockBasePoint(*block);
+    for (host::ObjectId id : drawing_.entitiesOf(*block))
+      if (std::optional<host::Entity> e = drawing_.read(id); e && (e->props.layer == "0" ? !e->props.invisible : !hidden(*e)))
+        contents->entities.push_back(std::move(e->data));
+    return contents;
+  };
   if (!blocks_) return read;
   return [this, read](const std::string& name) {
     auto [it, fresh] = blocks_->try_emplace(name);
@@ -123,7 +143,7 @@ std::optional<host::ObjectId> EntityFinder::pickAt(const ge::Point3d& p, double 
   } onGeometry{std::nullopt, aperture}, onBox{std::nullopt, aperture};
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
     std::optional<host::Entity> e = drawing_.read(id);
-    if (!e || e->props.invisible) continue;
+    if (!e || hidden(*e)) continue;
     // The box test is cheap; the closest point on a free-form curve is not.
     double reach = onGeometry.id ? onGeometry.distance : aperture;
     ge::Extents3d ext;
@@ -153,7 +173,7 @@ std::vector<host::ObjectId> EntityFinder::inWindow(const ge::Point3d& a, const g
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
     std::optional<host::Entity> e = drawing_.read(id);
     ge::Extents3d ext;
-    if (!e || e->props.invisible || !boxOf(*e, ext)) continue;
+    if (!e || hidden(*e) || !boxOf(*e, ext)) continue;
     if (box.containsXY(ext) || (crossing && box.intersectsXY(ext) && crossesRectangle(*e, ext, box))) out.push_back(id);
   }
   return out;

@@ -53,8 +53,10 @@ class EntityFinder {
     QueryScope blocks_;
   };
 
-  // Hidden (invisible) entities are neither picked nor selected by any query
-  // but wholeDrawing() and byHandle(), which name objects, not what is seen.
+  // Hidden (invisible) entities and those on frozen layers are neither picked
+  // nor selected by any query but wholeDrawing() and byHandle(), which name
+  // objects, not what is seen. A block reference is met only on what it
+  // shows: its entities on frozen layers do not count.
 
   // The entity of the current space nearest to p in the XY plane within
   // aperture drawing units; of equal distances the one drawn last wins, as
@@ -101,8 +103,12 @@ class EntityFinder {
   // Whether a window polygon (crossing: a crossing polygon) takes the entity whose extents are ext.
   bool polygonTakes(const host::Entity& e, const ge::Extents3d& ext, const std::vector<ge::Point2d>& polygon,
                     bool crossing) const;
-  // Block contents from the drawing, through the memo while a query scope lives.
+  // Block contents as they show (entities on frozen layers left out), through
+  // the memo while a query scope lives.
   host::BlockContentsLookup blockLookup() const;
+  // Whether the entity is hidden: invisible, or on a frozen layer (asked
+  // once per layer while a query scope lives).
+  bool hidden(const host::Entity& e) const;
   // The entity's extents (from the cache while a scope lives); false when it has none.
   bool boxOf(const host::Entity& e, ge::Extents3d& ext) const;
 
@@ -111,6 +117,7 @@ class EntityFinder {
   LayerTest frozenOrLocked_;
   mutable std::optional<std::unordered_map<std::uint64_t, std::optional<ge::Extents3d>>> cache_;
   mutable std::optional<std::unordered_map<std::string, std::shared_ptr<const host::BlockContents>>> blocks_;
+  mutable std::unordered_map<std::string, bool> frozen_;  // per layer, while a query scope lives
 };
 
 // The extents of an entity as picks, windows and ZOOM see them: the curve

@@ -65,7 +65,7 @@ std::vector<host::ObjectId> EntityFinder::inPolygon(const std::vector<ge::Point3
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
     std::optional<host::Entity> e = drawing_.read(id);
     ge::Extents3d ext;
-    if (!e || e->props.invisible || !boxOf(*e, ext) || !hull.intersectsXY(ext)) continue;
+    if (!e || hidden(*e) || !boxOf(*e, ext) || !hull.intersectsXY(ext)) continue;
     if (polygonTakes(*e, ext, polygon, crossing)) out.push_back(id);
   }
   return out;
@@ -80,7 +80,7 @@ std::vector<host::ObjectId> EntityFinder::alongFence(const std::vector<ge::Point
   for (host::ObjectId id : drawing_.entitiesOf(drawing_.currentSpace())) {
     std::optional<host::Entity> e = drawing_.read(id);
     ge::Extents3d ext;
-    if (!e || e->props.invisible || !boxOf(*e, ext) || !hull.intersectsXY(ext) || !fenceTouchesBox(fence, ext)) continue;
+    if (!e || hidden(*e) || !boxOf(*e, ext) || !hull.intersectsXY(ext) || !fenceTouchesBox(fence, ext)) continue;
     if (!host::isCurve(e->data) || curveMeetsChain(*e, ext, fence, false).value_or(true)) out.push_back(id);
   }
   return out;

@@ -52,6 +52,9 @@ class SceneBuilder {
     if (e.props.invisible) return;
     // Entities on layer 0 inside a block take the reference's layer.
     const std::string& layer = (e.props.layer == "0" && !from.layer.empty()) ? from.layer : e.props.layer;
+    // A frozen layer hides its entities and everything a reference on it
+    // shows, whatever their own layers; an off layer hides only its own.
+    if (frozen(layer)) return;
     std::optional<host::Color> layerColor = drawing_.layerColor(layer);
     if (layerColor && layerColor->index < 0) return;  // layer off
     Rgb color = resolveColor(e.props.color, from.byBlock, layerColor);
@@ -93,6 +96,13 @@ class SceneBuilder {
       }
   }
 
+  // Whether a layer is frozen, asked once per layer.
+  bool frozen(const std::string& layer) {
+    auto [it, fresh] = frozenLayers_.try_emplace(layer, false);
+    if (fresh) it->second = drawing_.isLayerFrozen(layer);
+    return it->second;
+  }
+
   // The font of a text style, looked up once per style.
   const std::string& styleFont(const std::string& style) {
     auto it = styleFonts_.find(style);
@@ -118,6 +128,7 @@ class SceneBuilder {
   Scene& scene_;
   TextMeasurer measurer_;
   std::map<std::string, std::string> styleFonts_;
+  std::map<std::string, bool> frozenLayers_;
   std::size_t drawn_ = 0;
 };
 

@@ -126,7 +126,7 @@ class Program(unittest.TestCase):
         self.assertIn("Command: ZOOM", r.stdout)  # the rest of the script still runs
         self.assertNotEqual(r.returncode, 0)
 
-    def test_all_leaves_out_frozen_and_locked_layers(self):
+    def test_frozen_layers_are_neither_picked_nor_selected(self):
         doc = ezdxf.new("R2010")
         doc.layers.add("Frozen").freeze()
         doc.layers.add("Locked").lock()
@@ -134,12 +134,30 @@ class Program(unittest.TestCase):
         msp.add_line((0, 0), (1, 0))
         msp.add_line((0, 1), (1, 1), dxfattribs={"layer": "Frozen"})
         msp.add_line((0, 2), (1, 2), dxfattribs={"layer": "Locked"})
+        doc.blocks.new("ICE").add_line((0, 0), (1, 0), dxfattribs={"layer": "Frozen"})
+        doc.blocks.new("ZERO").add_line((0, 0), (1, 0))
+        msp.add_blockref("ICE", (10, 0))
+        msp.add_blockref("ZERO", (20, 0), dxfattribs={"layer": "Frozen"})
+        msp.add_blockref("ZERO", (30, 0))
         src, out = self.path("layers.dxf"), self.path("out.dxf")
         doc.saveas(src)
+        cases = [  # answer at "Select objects:", how many it finds
+            ("ALL", 3),  # the line on 0 and both references on layer 0
+            ("W -1,-1 2,1.5", 1),
+            ("C 0.5,-0.5 0.6,1.5", 1),
+            ("10.5,0", 0),  # a reference that shows only a frozen layer
+            ("W 9,-1 12,1", 0),
+            ("W 19,-1 22,1", 0),  # layer 0 inside a reference on a frozen layer
+            ("W 29,-1 32,1", 1),
+        ]
+        for answer, found in cases:
+            with self.subTest(answer=answer):
+                r = self.corvane(src, "-c", "ERASE " + answer + "  ")
+                self.assertIn(answer.split(" ")[-1] + "\n" + str(found) + " found\n", r.stdout)
         r = self.corvane(src, "-c", "ERASE ALL ", "-o", out)
         self.assertEqual(r.returncode, 0, r.stderr)
-        self.assertIn("ALL\n1 found\n", r.stdout)
-        self.assertEqual(sorted(e.dxf.layer for e in ezdxf.readfile(out).modelspace()), ["Frozen", "Locked"])
+        self.assertEqual(sorted(e.dxf.layer for e in ezdxf.readfile(out).modelspace()),
+                         ["Frozen", "Frozen", "Locked"])
 
     def test_block_references_are_picked_and_windowed_by_their_placed_content(self):
         doc = ezdxf.new("R2010")

@@ -126,5 +126,47 @@ TEST(FileNamesAndMessageBoxes, AskedAndShownOnTheCommandLine) {
                                                         "Message/Quit]: Message\n[Corvane] Nothing was selected.\n"));
 }
 
+// A desktop's dialogs stand in for the command line's forms: the file
+// question while the user answers and FILEDIA is 1, every message box.
+class FakeDialogs : public standalone::DesktopDialogs {
+ public:
+  void messageBox(std::string_view caption, std::string_view text) override {
+    shown += std::string(caption) + ": " + std::string(text) + "\n";
+  }
+  std::optional<std::string> fileName(std::string_view title, std::string_view defaultName, std::string_view filter,
+                                      bool forSaving) override {
+    shown += std::string(title) + " <" + std::string(defaultName) + "> " + std::string(filter) +
+             (forSaving ? " save\n" : " open\n");
+    return chosen;
+  }
+  std::optional<std::string> chosen;
+  std::string shown;
+};
+
+TEST(FileNamesAndMessageBoxes, GoToTheDesktopsDialogsWhenThereAreAny) {
+  struct Case {
+    const char* script;
+    std::optional<std::string> chosen;
+    const char* transcript;  // a part of it
+    const char* shown;       // what the dialogs showed
+  } cases[] = {
+      {"PROBE File Quit\n", "/tmp/table", "-> RTNORM [/tmp/table.xls]\n", "Save report as <report> *.xls|*.xls| save\n"},
+      {"PROBE File Quit\n", std::nullopt, "File\n-> RTCAN\n", "Save report as <report> *.xls|*.xls| save\n"},
+      {"PROBE Message Quit\n", std::nullopt, "Message\nProbe", "Corvane: Nothing was selected.\n"},
+      {"SETVAR FILEDIA 0 PROBE File\n\nQuit\n", std::nullopt, "Save report as <report>: \n-> RTNORM [report.xls]\n", ""},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.script);
+    HostFixture f;
+    FakeDialogs dialogs;
+    dialogs.chosen = c.chosen;
+    f.host().editor().setDialogs(&dialogs);
+    std::string t = f.run(c.script);
+    EXPECT_THAT(t, HasSubstr(c.transcript));
+    EXPECT_EQ(dialogs.shown, c.shown);
+    EXPECT_EQ(t.find("[Corvane]"), std::string::npos);
+  }
+}
+
 }  // namespace
 }  // namespace corvane_test

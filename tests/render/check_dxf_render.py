@@ -17,6 +17,7 @@ def build(path):
     doc.header["$PDSIZE"] = 2.0
     doc.layers.add("RED", color=1)
     doc.layers.add("HIDDEN", color=3).off()
+    doc.layers.add("ICE", color=5).freeze()
     msp = doc.modelspace()
     msp.add_line((0, 0), (40, 0), dxfattribs={"layer": "RED"})
     # Mirrored arc: OCS centre (-10, 10) is world (10, 10); OCS angles 0..90
@@ -35,6 +36,15 @@ def build(path):
     msp.add_line((0, -5), (40, -5), dxfattribs={"layer": "HIDDEN"})
     msp.add_point((38, 35))
     msp.add_ellipse((10, 40), major_axis=(6, 0), ratio=0.5, dxfattribs={"color": 4})
+    # A frozen layer hides its own entities, a block's entities on it, and
+    # everything a reference on it shows; layer 0 inside follows the reference.
+    msp.add_line((0, -10), (40, -10), dxfattribs={"layer": "ICE"})
+    mix = doc.blocks.new("MIX")
+    mix.add_line((0, 0), (4, 0))
+    mix.add_line((0, 2), (4, 2), dxfattribs={"layer": "ICE"})
+    mix.add_line((0, 4), (4, 4), dxfattribs={"layer": "RED"})
+    msp.add_blockref("MIX", (45, 0), dxfattribs={"layer": "RED"})
+    msp.add_blockref("MIX", (45, 10), dxfattribs={"layer": "ICE"})
     doc.saveas(path)
 
 
@@ -53,6 +63,12 @@ PROBES = {
     "20,-5": "white",    # layer off
     "39,36": "black",    # PDMODE 35: circle of the point glyph
     "16,40": "cyan",
+    "20,-10": "white",   # layer frozen
+    "47,0": "red",       # layer 0 in a block takes the reference's layer
+    "47,2": "white",     # a block's entity on a frozen layer
+    "47,4": "red",
+    "47,10": "white",    # a reference on a frozen layer: nothing it holds shows
+    "47,14": "white",
 }
 
 COLOURS = {

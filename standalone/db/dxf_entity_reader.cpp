@@ -120,6 +120,7 @@ class BodyReader {
   bool polylineTag(host::Polyline2d& d, const RawTag& t);
   bool insertTag(host::BlockReference& d, const RawTag& t);
   bool hatchTag(host::Hatch& d, const RawTag& t);
+  bool hatchTailTag(host::Hatch& d, const RawTag& t);
   bool imageTag(host::Image& d, const RawTag& t);
 
   TagReader& r_;
@@ -435,7 +436,7 @@ bool BodyReader::insertTag(host::BlockReference& d, const RawTag& t) {
 }
 
 bool BodyReader::hatchTag(host::Hatch& d, const RawTag& t) {
-  if (s_.hatchPathsDone) return false;  // pattern data and seed points are kept as they are
+  if (s_.hatchPathsDone) return hatchTailTag(d, t);
   if (isPointCode(t.code, 10)) {
     if (t.code == 30) d.elevation = parseReal(t);
     else parseReal(t);
@@ -450,6 +451,22 @@ bool BodyReader::hatchTag(host::Hatch& d, const RawTag& t) {
       d.paths = readHatchPaths(r_, static_cast<int>(parseInteger(t)), ctx_.version >= "AC1024");
       s_.hatchPathsDone = true;
       return true;
+    default: return false;
+  }
+}
+
+// The groups after the paths: style, pattern, seed points. Anything else
+// there (gradient groups, ...) is kept and written back after them.
+bool BodyReader::hatchTailTag(host::Hatch& d, const RawTag& t) {
+  switch (t.code) {
+    case 75: d.style = static_cast<int>(parseInteger(t)); return true;
+    case 76: d.patternType = static_cast<int>(parseInteger(t)); return true;
+    case 52: d.patternAngle = parseReal(t) * kDegree; return true;
+    case 41: d.patternScale = parseReal(t); return true;
+    case 77: d.patternDouble = parseInteger(t) != 0; return true;
+    case 78: d.patternLines = readHatchPatternLines(r_, static_cast<int>(parseInteger(t))); return true;
+    case 47: d.pixelSize = parseReal(t); return true;
+    case 98: d.seeds = readHatchSeeds(r_, static_cast<int>(parseInteger(t))); return true;
     default: return false;
   }
 }

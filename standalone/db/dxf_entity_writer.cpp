@@ -399,18 +399,7 @@ struct KindWriter {
     out().integer(70, d.solidFill ? 1 : 0);
     out().integer(71, d.associative ? 1 : 0);
     writeHatchPaths(out(), d.paths, ctx.version >= "AC1024");
-    if (!e.hasKept("AcDbHatch")) {
-      // A hatch made here: normal style, predefined pattern, no seed points.
-      out().integer(75, 1);
-      out().integer(76, 1);
-      if (!d.solidFill) {
-        out().real(52, 0);
-        out().real(41, 1);
-        out().integer(77, 0);
-        out().integer(78, 0);
-      }
-      out().integer(98, 0);
-    }
+    writeHatchPattern(out(), d);
   }
   void operator()(const host::Image& d) {
     e.begin("IMAGE");

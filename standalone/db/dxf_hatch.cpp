@@ -198,6 +198,57 @@ std::vector<host::HatchPath> readHatchPaths(TagReader& reader, int count, bool f
   return paths;
 }
 
+std::vector<host::HatchPatternLine> readHatchPatternLines(TagReader& reader, int n) {
+  Pull p(reader);
+  if (n < 0 || n > 1'000'000) throw DxfError(reader.line(), "impossible hatch pattern line count");
+  std::vector<host::HatchPatternLine> lines;
+  for (int i = 0; i < n; ++i) {
+    host::HatchPatternLine line;
+    line.angle = p.real(53) * kDegree;
+    line.base = {p.real(43), p.real(44)};
+    line.offset = {p.real(45), p.real(46)};
+    int dashes = count(p, 79);
+    line.dashes.reserve(p.plausible(dashes));
+    for (int k = 0; k < dashes; ++k) line.dashes.push_back(p.real(49));
+    lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+std::vector<ge::Point2d> readHatchSeeds(TagReader& reader, int n) {
+  Pull p(reader);
+  if (n < 0 || n > 10'000'000) throw DxfError(reader.line(), "impossible hatch seed point count");
+  std::vector<ge::Point2d> seeds;
+  seeds.reserve(p.plausible(n));
+  for (int i = 0; i < n; ++i) seeds.push_back(p.point(10));
+  return seeds;
+}
+
+void writeHatchPattern(DxfOut& out, const host::Hatch& h) {
+  out.integer(75, h.style);
+  out.integer(76, h.patternType);
+  bool pattern = !h.solidFill || !h.patternLines.empty() || h.patternAngle != 0 || h.patternScale != 1 ||
+                 h.patternDouble;
+  if (pattern) {
+    out.real(52, h.patternAngle / kDegree);
+    out.real(41, h.patternScale);
+    out.integer(77, h.patternDouble ? 1 : 0);
+    out.integer(78, static_cast<std::int64_t>(h.patternLines.size()));
+    for (const host::HatchPatternLine& line : h.patternLines) {
+      out.real(53, line.angle / kDegree);
+      out.real(43, line.base.x);
+      out.real(44, line.base.y);
+      out.real(45, line.offset.x);
+      out.real(46, line.offset.y);
+      out.integer(79, static_cast<std::int64_t>(line.dashes.size()));
+      for (double d : line.dashes) out.real(49, d);
+    }
+  }
+  if (h.pixelSize) out.real(47, *h.pixelSize);
+  out.integer(98, static_cast<std::int64_t>(h.seeds.size()));
+  for (const ge::Point2d& s : h.seeds) out.point2(10, s.x, s.y);
+}
+
 void writeHatchPaths(DxfOut& out, const std::vector<host::HatchPath>& paths, bool fitData) {
   out.integer(91, static_cast<std::int64_t>(paths.size()));
   for (const auto& path : paths) {

@@ -53,14 +53,14 @@ class ExpressionBridge : public ExpressionHost {
   MenuSet& menus_;
 };
 
-int readShort(const host::SystemVariables& vars, std::string_view name, int fallback) {
+}  // namespace
+
+int shortVariable(const host::SystemVariables& vars, std::string_view name, int fallback) {
   host::ResBuf v;
   if (vars.getVar(name, v) != host::RTNORM) return fallback;
   const auto* s = std::get_if<std::int16_t>(&v.value);
   return s ? *s : fallback;
 }
-
-}  // namespace
 
 std::string tokenText(const host::ResBuf& token) {
   if (const auto* s = std::get_if<std::string>(&token.value)) return *s;
@@ -140,7 +140,7 @@ int HostCommandRunner::command(const host::ResBufList& tokens) {
   std::vector<std::string> words;
   for (const host::ResBuf& t : tokens) words.push_back(tokenText(t));
   TokenAnswers answers(std::move(words));
-  bool quiet = readShort(context_.sysvars, "CMDECHO", 1) == 0;
+  bool quiet = shortVariable(context_.sysvars, "CMDECHO", 1) == 0;
   context_.editor.pushSource(answers, true, quiet);
   int rc = host::RTNORM;
   try {

@@ -29,6 +29,10 @@ struct HostCommandContext {
   MenuSet& menus;
 };
 
+// A short (RTSHORT) system variable's value; the fallback when it is not set
+// or holds another type.
+int shortVariable(const host::SystemVariables& vars, std::string_view name, int fallback);
+
 // A host command reads its input through the command line like any command.
 using HostCommand = std::function<void(HostCommandContext&)>;
 

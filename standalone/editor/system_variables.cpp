@@ -69,6 +69,7 @@ SystemVariableTable::SystemVariableTable(DrawingHeader& header, host::SettingsSt
       {"HPBOUND", RTSHORT, Home::kSession, 0, shortValue(1), zeroOrOne},
       {"HPGAPTOL", RTREAL, Home::kSession, 0, ResBuf::real(0.0), gapTolerance},
       {"MENUBAR", RTSHORT, Home::kRegistry, 0, shortValue(0), zeroOrOne},
+      {"MIRRHATCH", RTSHORT, Home::kSession, 0, shortValue(0), zeroOrOne},
       {"MIRRTEXT", RTSHORT, Home::kHeader, 70, shortValue(0), zeroOrOne},
       {"PDMODE", RTSHORT, Home::kHeader, 70, shortValue(0), pointMode},
       {"PDSIZE", RTREAL, Home::kHeader, 40, ResBuf::real(0.0), nullptr},

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "host/codes.h"
+#include "standalone/kernel/transform_hatch.h"
 
 namespace standalone {
 
@@ -46,19 +47,31 @@ std::optional<ge::Vector3d> askDisplacement(HostCommandContext& c, const char* s
   return second - base;
 }
 
+// How MIRROR treats texts and hatch patterns (MIRRTEXT, MIRRHATCH); other
+// commands' maps do not reverse orientation.
+struct MirrorRules {
+  bool mirrText = true;
+  bool mirrHatch = true;
+};
+
+// Transforms one entity's data; false when its kind cannot follow the map.
+bool transformData(HostCommandContext& c, host::EntityData& data, const ge::Matrix3d& m, MirrorRules rules) {
+  bool text = std::holds_alternative<host::Text>(data) || std::holds_alternative<host::MText>(data);
+  if (text && !rules.mirrText) return mirrorReadable(data, m);
+  if (auto* h = std::get_if<host::Hatch>(&data); h && !rules.mirrHatch)
+    return kernel::transformHatch(*h, m, kernel::MirroredPattern::kKeep);
+  return c.curves.transformBy(data, m) == host::ErrorStatus::eOk;
+}
+
 // Transforms every selected entity in place, or a copy of it beside it.
 // Kinds the map cannot carry are counted and reported once.
 void transformAll(HostCommandContext& c, const std::vector<host::ObjectId>& ids, const ge::Matrix3d& m, bool copy,
-                  bool mirrText = true) {
+                  MirrorRules rules = {}) {
   int refused = 0;
   for (host::ObjectId id : ids) {
     std::optional<host::Entity> e = c.drawing.read(id);
     if (!e) continue;
-    bool readable = !mirrText && (std::holds_alternative<host::Text>(e->data) ||
-                                  std::holds_alternative<host::MText>(e->data));
-    bool done = readable ? mirrorReadable(e->data, m)
-                         : c.curves.transformBy(e->data, m) == host::ErrorStatus::eOk;
-    if (!done) {
+    if (!transformData(c, e->data, m, rules)) {
       ++refused;
       continue;
     }
@@ -166,15 +179,9 @@ void scale(HostCommandContext& c) {
   transformAll(c, ids, ge::Matrix3d::scaling(factor, *base), makeCopy);
 }
 
-int shortVariable(const host::SystemVariables& vars, std::string_view name, int fallback) {
-  host::ResBuf v;
-  if (vars.getVar(name, v) != host::RTNORM) return fallback;
-  const auto* s = std::get_if<std::int16_t>(&v.value);
-  return s ? *s : fallback;
-}
-
 // Mirrored copies about the vertical plane through the line; Yes erases the
-// sources (the objects themselves are mirrored). MIRRTEXT 0 keeps texts readable.
+// sources (the objects themselves are mirrored). MIRRTEXT 0 keeps texts
+// readable, MIRRHATCH 0 keeps hatch patterns' directions.
 void mirror(HostCommandContext& c) {
   std::vector<host::ObjectId> ids = selectObjects(c);
   if (ids.empty()) return;
@@ -194,10 +201,10 @@ void mirror(HostCommandContext& c) {
   bool erase = rc == host::RTNORM && answer == "Yes";
   ge::Vector3d along{b.x - a.x, b.y - a.y, 0};
   ge::Matrix3d m = ge::Matrix3d::mirroring(a, along.cross(ge::kZAxis).normalized());
-  bool mirrText = shortVariable(c.sysvars, "MIRRTEXT", 0) != 0;
+  MirrorRules rules{shortVariable(c.sysvars, "MIRRTEXT", 0) != 0, shortVariable(c.sysvars, "MIRRHATCH", 0) != 0};
   // Erasing the sources mirrors them in place: they keep their identity, so
   // a selection made before still names them.
-  transformAll(c, ids, m, !erase, mirrText);
+  transformAll(c, ids, m, !erase, rules);
 }
 
 void stretch(HostCommandContext& c) {

@@ -25,8 +25,9 @@ bool mirrorReadable(host::EntityData& text, const ge::Matrix3d& mirror);
 // polygons move by the displacement. A line moves its ends, polylines and
 // splines their vertices (fit points or control points), an arc its ends
 // keeping its included angle; circles, ellipses, texts, blocks and other
-// kinds move whole when their defining point is inside. False when nothing of
-// it lay inside.
+// kinds move whole when their defining point is inside. A hatch wholly inside
+// moves with its pattern; across the crossing its boundary is stretched and
+// its pattern stays. False when nothing of it lay inside.
 bool stretchEntity(host::EntityData& e, const std::vector<std::vector<ge::Point2d>>& crossings,
                    const ge::Vector3d& displacement, const host::CurveServices& curves);
 

@@ -52,13 +52,6 @@ bool plinegenOf(const host::EntityData& d) {
   return false;
 }
 
-int readShort(const host::SystemVariables& vars, std::string_view name, int fallback) {
-  host::ResBuf v;
-  if (vars.getVar(name, v) != host::RTNORM) return fallback;
-  const auto* s = std::get_if<std::int16_t>(&v.value);
-  return s ? *s : fallback;
-}
-
 // One PEDIT run over its polylines, with the records before each option kept for Undo.
 class PolylineEdit {
  public:
@@ -214,19 +207,15 @@ class PolylineEdit {
     auto* pl = std::get_if<host::Polyline2d>(&e.data);
     if (!pl || !pl->splineFit) return true;
     int type = pl->curveType == host::PolyCurveType::kQuadraticSpline ? 5 : 6;
-    c_.curves.fitPolyline2d(*pl, type, readShort(c_.sysvars, "SPLINESEGS", 8));
+    c_.curves.fitPolyline2d(*pl, type, shortVariable(c_.sysvars, "SPLINESEGS", 8));
     return true;
   }
 
-  // Join on one lightweight polyline: the selected pieces that meet its ends.
+  // Join on one polyline: the selected pieces that meet its ends.
   void join() {
     if (multiple_) return joinMultiple();
     std::optional<host::Entity> e = c_.drawing.read(ids_.front());
-    auto* lw = e ? std::get_if<host::LwPolyline>(&e->data) : nullptr;
-    if (!lw) {
-      c_.editor.print("Join is available for lightweight polylines only in this build.\n");
-      return;
-    }
+    if (!e) return;
     std::vector<host::ObjectId> selected;
     if (c_.editor.ssget("", nullptr, nullptr, nullptr, selected) != host::RTNORM) return;
     std::erase(selected, e->id);
@@ -238,7 +227,10 @@ class PolylineEdit {
     }
     remember();
     std::vector<bool> used;
-    int added = joinToPolyline(*lw, pieceData, used);
+    int added = 0;
+    if (auto* lw = std::get_if<host::LwPolyline>(&e->data)) added = joinToPolyline(*lw, pieceData, used);
+    else if (auto* p2 = std::get_if<host::Polyline2d>(&e->data)) added = joinTo2dPolyline(*p2, pieceData, used);
+    else if (auto* p3 = std::get_if<host::Polyline3d>(&e->data)) added = joinTo3dPolyline(*p3, pieceData, used);
     if (added > 0) {
       c_.drawing.write(*e);
       for (std::size_t i = 0; i < selected.size(); ++i)
@@ -398,8 +390,8 @@ class PolylineEdit {
     std::optional<host::Polyline2d> found = fittable(e, "Spline fitting");
     if (!found) return false;
     host::Polyline2d pl = std::move(*found);
-    int type = readShort(c_.sysvars, "SPLINETYPE", 6);
-    int segs = readShort(c_.sysvars, "SPLINESEGS", 8);
+    int type = shortVariable(c_.sysvars, "SPLINETYPE", 6);
+    int segs = shortVariable(c_.sysvars, "SPLINESEGS", 8);
     if (c_.curves.fitPolyline2d(pl, type, segs) != host::ErrorStatus::eOk) return false;
     e.data = std::move(pl);
     return true;

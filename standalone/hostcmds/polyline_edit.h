@@ -1,8 +1,8 @@
 #pragma once
 // The host's polyline edit command PEDIT over the embedded drawing: one
 // polyline or Multiple over a selection set, with Close, Open, Width, Fit, Spline,
-// Decurve, Reverse, Ltype gen and Undo on lightweight, 2D and 3D polylines,
-// Join on a lightweight polyline, Edit vertex (Next, Previous, Move, Insert);
+// Decurve, Reverse, Ltype gen, Undo, Join and Edit vertex (Next, Previous,
+// Move, Insert) on lightweight, 2D and 3D polylines;
 // Join over Multiple with a fuzz distance and a join type; Multiple offers
 // to turn selected lines, arcs and splines into polylines.
 #include <vector>
@@ -28,6 +28,14 @@ bool decurvePolyline(host::EntityData& polyline);
 // marks the pieces taken. A target whose ends come to meet is closed. The
 // number of segments added.
 int joinToPolyline(host::LwPolyline& target, const std::vector<host::EntityData>& pieces, std::vector<bool>& used);
+// Join on a 2D polyline: it loses its fitting and takes what a lightweight
+// polyline of its plane takes (2D polylines of its plane too, without their
+// fitting); its own vertices keep their handles.
+int joinTo2dPolyline(host::Polyline2d& target, const std::vector<host::EntityData>& pieces, std::vector<bool>& used);
+// Join on a 3D polyline: it loses its fitting and takes, in any plane, lines,
+// 3D polylines and 2D or lightweight polylines without arc segments, whose
+// ends meet its ends; arcs and bulges are refused (a 3D polyline has none).
+int joinTo3dPolyline(host::Polyline3d& target, const std::vector<host::EntityData>& pieces, std::vector<bool>& used);
 
 // How Multiple's Join bridges ends that lie apart but within the fuzz
 // distance: Extend trims or extends the two straight end segments to where

@@ -6,6 +6,7 @@
 
 #include "host/codes.h"
 #include "standalone/hostcmds/polyline_edit.h"
+#include "standalone/kernel/ocs.h"
 
 namespace standalone {
 
@@ -18,6 +19,23 @@ constexpr double kMeetTolerance = 1e-9;
 bool meet(const host::LwVertex& a, const host::LwVertex& b) {
   double size = std::max({1.0, std::abs(a.x), std::abs(a.y), std::abs(b.x), std::abs(b.y)});
   return std::hypot(a.x - b.x, a.y - b.y) <= kMeetTolerance * size;
+}
+
+// A 2D polyline without its fitting: the frame it was fitted to.
+host::Polyline2d decurved(host::Polyline2d p) {
+  host::EntityData d = std::move(p);
+  decurvePolyline(d);
+  return std::get<host::Polyline2d>(std::move(d));
+}
+
+host::LwPolyline asLightweight(const host::Polyline2d& p) {
+  host::LwPolyline lw;
+  for (const host::Vertex2d& v : p.vertices)
+    lw.vertices.push_back({v.position.x, v.position.y, v.bulge, v.startWidth, v.endWidth});
+  lw.closed = p.closed;
+  lw.elevation = p.elevation;
+  lw.normal = p.normal;
+  return lw;
 }
 
 // A line or arc in the XY plane, or an open lightweight polyline with the
@@ -43,6 +61,10 @@ std::optional<host::LwPolyline> asPiece(const host::EntityData& d) {
     return lw;
   }
   if (auto* lw = std::get_if<host::LwPolyline>(&d); lw && !lw->closed && lw->vertices.size() >= 2) return *lw;
+  if (std::holds_alternative<host::Polyline2d>(d)) {
+    host::LwPolyline lw = asLightweight(decurved(std::get<host::Polyline2d>(d)));
+    if (!lw.closed && lw.vertices.size() >= 2) return lw;
+  }
   return std::nullopt;
 }
 
@@ -206,6 +228,112 @@ int joinToPolyline(host::LwPolyline& target, const std::vector<host::EntityData>
   }
   // A polyline whose ends now meet is closed, without the repeated vertex.
   if (added > 0) closeWhenEndsMeet(target);
+  return added;
+}
+
+int joinTo2dPolyline(host::Polyline2d& target, const std::vector<host::EntityData>& pieces, std::vector<bool>& used) {
+  used.assign(pieces.size(), false);
+  host::Polyline2d frame = decurved(target);
+  host::LwPolyline lw = asLightweight(frame);
+  int added = joinToPolyline(lw, pieces, used);
+  if (added == 0) return 0;
+  // The target's own vertices run in order from `first` (pieces joined at
+  // its start come before them); they keep their handles and flags.
+  const std::size_t n = frame.vertices.size();
+  std::size_t first = 0;
+  while (first < lw.vertices.size() && (lw.vertices[first].x != frame.vertices[0].position.x ||
+                                        lw.vertices[first].y != frame.vertices[0].position.y))
+    ++first;
+  std::vector<host::Vertex2d> vertices;
+  for (std::size_t j = 0; j < lw.vertices.size(); ++j) {
+    const host::LwVertex& v = lw.vertices[j];
+    host::Vertex2d out;
+    if (j >= first && j - first < n) out = frame.vertices[j - first];
+    out.position = {v.x, v.y, frame.elevation};
+    out.bulge = v.bulge;
+    out.startWidth = v.startWidth, out.endWidth = v.endWidth;
+    vertices.push_back(out);
+  }
+  frame.vertices = std::move(vertices);
+  frame.closed = lw.closed;
+  target = std::move(frame);
+  return added;
+}
+
+namespace {
+
+bool meet3d(const ge::Point3d& a, const ge::Point3d& b) {
+  double size = std::max({1.0, std::abs(a.x), std::abs(a.y), std::abs(a.z), std::abs(b.x), std::abs(b.y), std::abs(b.z)});
+  return a.distanceTo(b) <= kMeetTolerance * size;
+}
+
+// World points of a straight planar polyline; nothing when a segment bulges.
+std::optional<std::vector<ge::Point3d>> straightInWorld(const host::LwPolyline& lw) {
+  if (lw.closed || lw.vertices.size() < 2) return std::nullopt;
+  kernel::Frame f = kernel::ocsFrame(lw.normal);
+  std::vector<ge::Point3d> out;
+  for (const host::LwVertex& v : lw.vertices) {
+    if (v.bulge != 0) return std::nullopt;
+    out.push_back(kernel::ocsToWorld(f, v.x, v.y, lw.elevation));
+  }
+  return out;
+}
+
+// What a 3D polyline can take: lines, open 3D polylines (without their
+// fitting) and open straight 2D polylines, as points in order.
+std::optional<std::vector<ge::Point3d>> asStraightPiece(const host::EntityData& d) {
+  if (auto* line = std::get_if<host::Line>(&d)) return std::vector<ge::Point3d>{line->start, line->end};
+  if (std::holds_alternative<host::Polyline3d>(d)) {
+    host::EntityData copy = d;
+    decurvePolyline(copy);
+    const auto& p = std::get<host::Polyline3d>(copy);
+    if (p.closed || p.vertices.size() < 2) return std::nullopt;
+    std::vector<ge::Point3d> out;
+    for (const host::Vertex3d& v : p.vertices) out.push_back(v.position);
+    return out;
+  }
+  if (auto* lw = std::get_if<host::LwPolyline>(&d)) return straightInWorld(*lw);
+  if (auto* p2 = std::get_if<host::Polyline2d>(&d)) return straightInWorld(asLightweight(decurved(*p2)));
+  return std::nullopt;
+}
+
+}  // namespace
+
+int joinTo3dPolyline(host::Polyline3d& target, const std::vector<host::EntityData>& pieces, std::vector<bool>& used) {
+  used.assign(pieces.size(), false);
+  host::EntityData d = target;
+  decurvePolyline(d);
+  host::Polyline3d result = std::get<host::Polyline3d>(std::move(d));
+  if (result.closed || result.vertices.size() < 2) return 0;
+  auto& v = result.vertices;
+  int added = 0;
+  for (bool grew = true; grew;) {
+    grew = false;
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+      if (used[i]) continue;
+      std::optional<std::vector<ge::Point3d>> piece = asStraightPiece(pieces[i]);
+      if (!piece) continue;
+      std::vector<ge::Point3d>& pts = *piece;
+      if (meet3d(pts.back(), v.back().position) || meet3d(pts.front(), v.front().position))
+        std::reverse(pts.begin(), pts.end());
+      if (meet3d(pts.front(), v.back().position)) {
+        for (std::size_t k = 1; k < pts.size(); ++k) v.push_back(host::Vertex3d{pts[k]});
+      } else if (meet3d(pts.back(), v.front().position)) {
+        v.insert(v.begin(), pts.size() - 1, host::Vertex3d{});
+        for (std::size_t k = 0; k + 1 < pts.size(); ++k) v[k] = host::Vertex3d{pts[k]};
+      } else {
+        continue;
+      }
+      used[i] = grew = true;
+      added += static_cast<int>(pts.size()) - 1;
+    }
+  }
+  if (added == 0) return 0;
+  if (v.size() > 2 && meet3d(v.front().position, v.back().position)) {
+    v.pop_back();
+    result.closed = true;
+  }
+  target = std::move(result);
   return added;
 }
 

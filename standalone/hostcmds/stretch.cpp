@@ -1,6 +1,7 @@
 // STRETCH of one entity: what lies inside the crossing moves, the rest stays.
 #include <cmath>
 #include <numbers>
+#include <optional>
 
 #include "standalone/editor/selection_shapes.h"
 #include "standalone/hostcmds/edit_commands.h"
@@ -120,8 +121,8 @@ struct Stretcher {
     s = refit;
     return true;
   }
-  // Hatches and kinds the host does not interpret are not stretched.
-  bool operator()(host::Hatch&) const { return false; }
+  bool operator()(host::Hatch& h) const;
+  // Kinds the host does not interpret are not stretched.
   bool operator()(host::OtherEntity&) const { return false; }
   template <class T>
   bool operator()(T& kind) const {
@@ -141,6 +142,93 @@ struct Stretcher {
   static ge::Point3d definingPoint(const host::Image& im) { return im.insertion; }
   static ge::Point3d definingPoint(const host::Helix& h) { return h.axisBase; }
 };
+
+// The centre of the counter-clockwise arc from p0 to p1 sweeping `sweep`.
+std::optional<ge::Point2d> centreThrough(ge::Point2d p0, ge::Point2d p1, double sweep) {
+  double cx = p1.x - p0.x, cy = p1.y - p0.y, c = std::hypot(cx, cy), half = sweep / 2;
+  if (c == 0 || std::sin(half) == 0) return std::nullopt;
+  double h = c / (2 * std::tan(half));
+  return ge::Point2d{p0.x + cx / 2 - cy / c * h, p0.y + cy / 2 + cx / c * h};
+}
+
+// A hatch lying wholly inside moves with its pattern. Otherwise its boundary
+// is stretched like the curves it is made of (polyline vertices and line
+// ends inside move, an arc edge keeps its sweep through its moved ends, an
+// elliptic edge moves when both ends do, spline points inside move), seed
+// points inside move, and the pattern stays where it is.
+bool Stretcher::operator()(host::Hatch& h) const {
+  kernel::Frame f = kernel::ocsFrame(h.normal.length() > 0 ? h.normal : ge::kZAxis);
+  const ge::Point2d local{d.dot(f.x), d.dot(f.y)};
+  auto in = [&](ge::Point2d p) { return inside(crossings, kernel::ocsToWorld(f, p.x, p.y, h.elevation)); };
+  auto shifted = [&](ge::Point2d p) { return ge::Point2d{p.x + local.x, p.y + local.y}; };
+  auto at = [](ge::Point2d c, double r, double a) { return ge::Point2d{c.x + r * std::cos(a), c.y + r * std::sin(a)}; };
+  auto ellipseAt = [](const host::HatchEllipseEdge& e, double t) {
+    double minor = e.ratio;
+    return ge::Point2d{e.center.x + e.majorAxis.x * std::cos(t) - e.majorAxis.y * minor * std::sin(t),
+                       e.center.y + e.majorAxis.y * std::cos(t) + e.majorAxis.x * minor * std::sin(t)};
+  };
+  // Every defining point, to tell a hatch wholly inside.
+  bool all = true;
+  for (const host::HatchPath& path : h.paths) {
+    for (const host::LwVertex& v : path.polyline) all = all && in({v.x, v.y});
+    for (const host::HatchEdge& edge : path.edges) {
+      if (auto* l = std::get_if<host::HatchLineEdge>(&edge)) all = all && in(l->start) && in(l->end);
+      else if (auto* a = std::get_if<host::HatchArcEdge>(&edge))
+        all = all && in(at(a->center, a->radius, a->startAngle)) && in(at(a->center, a->radius, a->endAngle));
+      else if (auto* e = std::get_if<host::HatchEllipseEdge>(&edge))
+        all = all && in(ellipseAt(*e, e->startAngle)) && in(ellipseAt(*e, e->endAngle));
+      else if (auto* sp = std::get_if<host::HatchSplineEdge>(&edge))
+        for (const auto& p : sp->controlPoints) all = all && in(p);
+    }
+  }
+  if (all) {
+    host::EntityData data = h;
+    if (!moveWhole(data)) return false;
+    h = std::get<host::Hatch>(data);
+    return true;
+  }
+  bool moved = false;
+  auto step = [&](ge::Point2d& p) {
+    if (!in(p)) return;
+    p = shifted(p);
+    moved = true;
+  };
+  for (host::HatchPath& path : h.paths) {
+    for (host::LwVertex& v : path.polyline) {
+      ge::Point2d p{v.x, v.y};
+      step(p);
+      v.x = p.x, v.y = p.y;
+    }
+    for (host::HatchEdge& edge : path.edges) {
+      if (auto* l = std::get_if<host::HatchLineEdge>(&edge)) {
+        step(l->start), step(l->end);
+      } else if (auto* a = std::get_if<host::HatchArcEdge>(&edge)) {
+        ge::Point2d p0 = at(a->center, a->radius, a->startAngle), p1 = at(a->center, a->radius, a->endAngle);
+        bool s = in(p0), e = in(p1);
+        if (!s && !e) continue;
+        if (s) p0 = shifted(p0);
+        if (e) p1 = shifted(p1);
+        double sweep = a->counterClockwise ? a->endAngle - a->startAngle : a->startAngle - a->endAngle;
+        sweep = std::remainder(sweep, 2 * std::numbers::pi);
+        if (sweep <= 0) sweep += 2 * std::numbers::pi;
+        std::optional<ge::Point2d> c = a->counterClockwise ? centreThrough(p0, p1, sweep) : centreThrough(p1, p0, sweep);
+        if (!c) continue;
+        a->center = *c;
+        a->radius = std::hypot(p0.x - c->x, p0.y - c->y);
+        a->startAngle = std::atan2(p0.y - c->y, p0.x - c->x);
+        a->endAngle = std::atan2(p1.y - c->y, p1.x - c->x);
+        moved = true;
+      } else if (auto* e = std::get_if<host::HatchEllipseEdge>(&edge)) {
+        if (in(ellipseAt(*e, e->startAngle)) && in(ellipseAt(*e, e->endAngle))) e->center = shifted(e->center), moved = true;
+      } else if (auto* sp = std::get_if<host::HatchSplineEdge>(&edge)) {
+        for (auto& p : sp->controlPoints) step(p);
+        for (auto& p : sp->fitPoints) step(p);
+      }
+    }
+  }
+  for (ge::Point2d& seed : h.seeds) step(seed);
+  return moved;
+}
 
 }  // namespace
 

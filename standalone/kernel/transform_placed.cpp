@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "standalone/kernel/ocs.h"
+#include "standalone/kernel/transform_hatch.h"
 
 namespace standalone::kernel {
 
@@ -79,66 +80,7 @@ struct Placer {
     r.rowSpacing *= a->scale;
     return true;
   }
-  // A solid hatch keeps its plane: only maps that carry its plane onto a
-  // parallel one with the same normal (moves, turns about it, scales, mirrors
-  // across lines in it) are followed; its edges are mapped in object
-  // coordinates. Pattern hatches are refused: their pattern lines and seed
-  // points are kept as read and would not follow.
-  bool operator()(host::Hatch& h) const {
-    if (!h.solidFill) return false;
-    double s = m.uniformScale();
-    Frame f = ocsFrame(h.normal.length() > 0 ? h.normal : ge::kZAxis);
-    if (s == 0 || (m.apply(f.z) / s - f.z).length() > 1e-12) return false;
-    auto point = [&](double x, double y) { return worldToOcs(f, m.apply(ocsToWorld(f, x, y, h.elevation))); };
-    ge::Point3d origin = point(0, 0);
-    auto vector = [&](double x, double y) {
-      ge::Point3d p = point(x, y);
-      return ge::Point2d{p.x - origin.x, p.y - origin.y};
-    };
-    auto map2 = [&](ge::Point2d p) {
-      ge::Point3d q = point(p.x, p.y);
-      return ge::Point2d{q.x, q.y};
-    };
-    ge::Point2d ex = vector(1, 0), ey = vector(0, 1);
-    bool mirrored = ex.x * ey.y - ex.y * ey.x < 0;
-    auto angleOf = [&](double a) {
-      ge::Point2d d = vector(std::cos(a), std::sin(a));
-      return std::atan2(d.y, d.x);
-    };
-    for (host::HatchPath& path : h.paths) {
-      for (host::LwVertex& v : path.polyline) {
-        ge::Point2d p = map2({v.x, v.y});
-        v.x = p.x, v.y = p.y;
-        if (mirrored) v.bulge = -v.bulge;
-      }
-      for (host::HatchEdge& edge : path.edges) {
-        if (auto* l = std::get_if<host::HatchLineEdge>(&edge)) {
-          l->start = map2(l->start), l->end = map2(l->end);
-        } else if (auto* a = std::get_if<host::HatchArcEdge>(&edge)) {
-          // The edge still runs from its mapped start to its mapped end; a mirror reverses its turn.
-          a->center = map2(a->center);
-          a->radius *= s;
-          a->startAngle = angleOf(a->startAngle), a->endAngle = angleOf(a->endAngle);
-          if (mirrored) a->counterClockwise = !a->counterClockwise;
-        } else if (auto* e = std::get_if<host::HatchEllipseEdge>(&edge)) {
-          // Parameters stay under turns and scales; a mirror runs them backwards.
-          e->center = map2(e->center);
-          e->majorAxis = vector(e->majorAxis.x, e->majorAxis.y);
-          if (mirrored) {
-            e->startAngle = -e->startAngle, e->endAngle = -e->endAngle;
-            e->counterClockwise = !e->counterClockwise;
-          }
-        } else if (auto* sp = std::get_if<host::HatchSplineEdge>(&edge)) {
-          for (auto& p : sp->controlPoints) p = map2(p);
-          for (auto& p : sp->fitPoints) p = map2(p);
-          if (sp->startTangent) sp->startTangent = vector(sp->startTangent->x, sp->startTangent->y);
-          if (sp->endTangent) sp->endTangent = vector(sp->endTangent->x, sp->endTangent->y);
-        }
-      }
-    }
-    h.elevation = origin.z;
-    return true;
-  }
+  bool operator()(host::Hatch& h) const { return transformHatch(h, m); }
   bool operator()(host::Image& im) const {
     im.insertion = m.apply(im.insertion);
     im.uVector = m.apply(im.uVector);

@@ -14,7 +14,8 @@ bool isFinite(const ge::Matrix3d& m);
 // unchanged) for other kinds or a map the kind cannot follow. A mirrored TEXT
 // reads backwards: its backward flag toggles and it turns to the mirrored
 // direction. A mirrored MTEXT, which has no such flag, gets the flipped
-// normal. A mirrored block reference gets a negative X scale.
+// normal. A mirrored block reference gets a negative X scale. A hatch follows
+// as transformHatch says, its pattern mirrored with it.
 bool transformPlaced(host::EntityData& e, const ge::Matrix3d& m);
 
 // The direction a TEXT's baseline runs along (its rotation in its OCS), a unit vector in WCS.

@@ -33,13 +33,6 @@ std::optional<std::string> askFileName(HostCommandContext& c, std::string_view p
   return name;
 }
 
-int shortVariable(const host::SystemVariables& vars, std::string_view name, int fallback) {
-  host::ResBuf v;
-  if (vars.getVar(name, v) != host::RTNORM) return fallback;
-  const auto* s = std::get_if<std::int16_t>(&v.value);
-  return s ? *s : fallback;
-}
-
 double realVariable(const host::SystemVariables& vars, std::string_view name, double fallback) {
   host::ResBuf v;
   if (vars.getVar(name, v) != host::RTNORM) return fallback;

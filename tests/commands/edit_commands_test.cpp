@@ -2,6 +2,7 @@
 // from scripts, their output checked against ezdxf's own transforms of the
 // same entities (check_transform.py).
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 
@@ -48,6 +49,21 @@ void addSamples(CommandSession& s) {
                  host::HatchLineEdge{{21, 3}, {21, 1}}};
   hatch.paths = {outer, inner};
   s.add(hatch);
+  // A pattern hatch: a dashed family with dots and a solid one across it, a seed point.
+  host::Hatch pattern;
+  pattern.patternName = "CROSSDOTS";
+  pattern.solidFill = false;
+  pattern.patternType = 2;
+  pattern.patternAngle = std::numbers::pi / 6;
+  pattern.patternScale = 0.5;
+  pattern.patternLines = {{std::numbers::pi / 6, {0.1, 0.2}, {-0.25, 0.433}, {0.4, -0.2, 0, -0.2}},
+                          {2 * std::numbers::pi / 3, {0.3, 0}, {-0.6, -0.3}, {}}};
+  pattern.seeds = {{31, 1}};
+  host::HatchPath boundary;
+  boundary.flags = 2 | 1;
+  boundary.polyline = {{30, 0}, {35, 0}, {36, 4}, {30, 3}};  // straight: ezdxf flattens arcs differently once scaled
+  pattern.paths = {boundary};
+  s.add(pattern);
 }
 
 struct Edit {
@@ -58,6 +74,9 @@ struct Edit {
 };
 
 class EditCommands : public ::testing::TestWithParam<Edit> {};
+
+// Texts and hatch patterns mirrored with everything else.
+const std::string kMirrorAll = "SETVAR\nMIRRTEXT\n1\nSETVAR\nMIRRHATCH\n1\n";
 
 TEST_P(EditCommands, AgreeWithEzdxfsTransform) {
   const Edit& edit = GetParam();
@@ -73,7 +92,7 @@ TEST_P(EditCommands, AgreeWithEzdxfsTransform) {
   std::ifstream in(report);
   std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   EXPECT_EQ(status, 0) << text << "\ntranscript:\n" << out;
-  EXPECT_NE(text.find("checked 9"), std::string::npos) << text;
+  EXPECT_NE(text.find("checked 10"), std::string::npos) << text;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -87,10 +106,14 @@ INSTANTIATE_TEST_SUITE_P(
                       Edit{"RotateACopy", "ROTATE\nALL\n\n0,0\nC\n-90\n", "appended", "rotate 0 0 -90"},
                       Edit{"Scale", "SCALE\nALL\n\n2,1\n2.5\n", "same", "scale 2 1 2.5"},
                       Edit{"ScaleByReference", "SCALE\nALL\n\n0,0\nR\n4\n6\n", "same", "scale 0 0 1.5"},
-                      Edit{"MirrorKeepingSources", "SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n0,0\n10,5\n\n", "appended",
+                      Edit{"MirrorKeepingSources", kMirrorAll + "MIRROR\nALL\n\n0,0\n10,5\n\n", "appended",
                            "mirror 0 0 10 5"},
-                      Edit{"MirrorErasingSources", "SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n0,0\n0,5\nY\n", "same",
-                           "mirror 0 0 0 5"}),
+                      Edit{"MirrorErasingSources", kMirrorAll + "MIRROR\nALL\n\n0,0\n0,5\nY\n", "same",
+                           "mirror 0 0 0 5"},
+                      Edit{"MirrorKeepingPatternDirections", "SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n3,-2\n10,5\nY\n",
+                           "same", "mirror-keeping-patterns 3 -2 10 5"},
+                      Edit{"StretchAroundEverything", "STRETCH\nC\n-100,-100\n100,100\n\n0,0\n5,3\n", "same",
+                           "translate 5 3"}),
     [](const testing::TestParamInfo<Edit>& row) { return std::string(row.param.name); });
 
 // The box corners of a text as a set, for comparing footprints.
@@ -148,9 +171,15 @@ TEST(Mirror, MirrtextZeroKeepsTextsReadableInTheMirroredFootprint) {
   }
 }
 
+// MIRRTEXT 1: a TEXT reads backwards; an MTEXT, which has no backward flag,
+// is mirrored by turning its normal round, its direction mirrored.
 TEST(Mirror, MirrtextOneMirrorsTheGlyphs) {
   CommandSession s(Language::kEnglish);
   s.add(host::Text{{2, 3, 0}, {}, 2, "Backward"});
+  host::MText note;
+  note.position = {3, 6, 0};
+  note.text = "note";
+  s.add(note);
   s.start();
   s.run("SETVAR\nMIRRTEXT\n1\nMIRROR\nALL\n\n0,0\n0,5\n\n");
   auto texts = s.entitiesOf<host::Text>();
@@ -159,6 +188,13 @@ TEST(Mirror, MirrtextOneMirrorsTheGlyphs) {
   EXPECT_EQ(copy.mirrorFlags, 2) << "backward";
   EXPECT_LT(copy.position.distanceTo({-2, 3, 0}), 1e-12);
   EXPECT_NEAR(std::cos(copy.rotation), 1, 1e-12) << "a backward text at angle 0 runs leftwards";
+  auto notes = s.entitiesOf<host::MText>();
+  ASSERT_EQ(notes.size(), 2u);
+  const auto& mirrored = std::get<host::MText>(notes[1].data);
+  EXPECT_EQ(mirrored.normal, (ge::Vector3d{0, 0, -1}));
+  EXPECT_LT((mirrored.xDirection - ge::Vector3d{-1, 0, 0}).length(), 1e-12);
+  EXPECT_LT(mirrored.position.distanceTo({-3, 6, 0}), 1e-12);
+  EXPECT_EQ(mirrored.attachment, note.attachment);
 }
 
 TEST(Stretch, MovesOnlyWhatLiesInsideTheCrossingWindow) {
@@ -180,6 +216,45 @@ TEST(Stretch, MovesOnlyWhatLiesInsideTheCrossingWindow) {
   const host::Arc a = std::get<host::Arc>(s.read(arc)->data);
   EXPECT_LT(a.center.distanceTo({7.5, 0, 0}), 1e-9);
   EXPECT_NEAR(a.radius, 7.5, 1e-9);
+}
+
+// A hatch across the window: boundary points inside move (an arc edge with
+// both ends inside moves whole), so do seed points inside; the pattern stays.
+TEST(Stretch, HatchAcrossTheWindowMovesItsBoundaryPointsInsideAndKeepsItsPattern) {
+  CommandSession s(Language::kEnglish);
+  host::Hatch h;
+  h.solidFill = false;
+  h.patternName = "LINES";
+  h.patternLines = {{0.5, {1, 1}, {0, 2}, {1, -1}}};
+  h.seeds = {{1, 1}, {9, 1}};
+  host::HatchPath square;
+  square.flags = 3;
+  square.polyline = {{0, 0}, {10, 0}, {10, 10}, {0, 10}};
+  host::HatchPath slot;
+  slot.edges = {host::HatchLineEdge{{20, 0}, {24, 0}},
+                host::HatchArcEdge{{24, 2}, 2, -std::numbers::pi / 2, std::numbers::pi / 2, true},
+                host::HatchLineEdge{{24, 4}, {20, 4}}, host::HatchLineEdge{{20, 4}, {20, 0}}};
+  h.paths = {square, slot};
+  host::ObjectId id = s.add(h);
+  s.start();
+  s.run("STRETCH\nC\n8,-1\n12,11\nC\n22,-1\n30,5\n\n0,0\n3,0\n");
+  std::optional<host::Entity> stretched = s.read(id);
+  const auto& got = std::get<host::Hatch>(stretched->data);
+  const auto& poly = got.paths[0].polyline;
+  std::vector<ge::Point2d> corners;
+  for (const auto& v : poly) corners.push_back({v.x, v.y});
+  EXPECT_EQ(corners, (std::vector<ge::Point2d>{{0, 0}, {13, 0}, {13, 10}, {0, 10}}));
+  const auto& edges = got.paths[1].edges;
+  EXPECT_EQ(std::get<host::HatchLineEdge>(edges[0]).end, (ge::Point2d{27, 0}));
+  EXPECT_EQ(std::get<host::HatchLineEdge>(edges[0]).start, (ge::Point2d{20, 0}));
+  const auto& arc = std::get<host::HatchArcEdge>(edges[1]);
+  EXPECT_LT(std::hypot(arc.center.x - 27, arc.center.y - 2), 1e-12);
+  EXPECT_NEAR(arc.radius, 2, 1e-12);
+  EXPECT_NEAR(arc.startAngle, -std::numbers::pi / 2, 1e-12);
+  EXPECT_NEAR(arc.endAngle, std::numbers::pi / 2, 1e-12);
+  EXPECT_EQ(std::get<host::HatchLineEdge>(edges[2]).start, (ge::Point2d{27, 4}));
+  EXPECT_EQ(got.seeds, (std::vector<ge::Point2d>{{1, 1}, {12, 1}}));
+  EXPECT_EQ(got.patternLines, h.patternLines);
 }
 
 }  // namespace
@@ -215,6 +290,84 @@ TEST(PolylineEdit, JoinTakesThePiecesThatMeetItsEndsAndClosesWhenTheyMeet) {
   }
   EXPECT_FALSE(s.read(down) || s.read(arch) || s.read(side)) << "joined pieces are erased";
   EXPECT_TRUE(s.read(apart));
+}
+
+// Join on the heavy polylines: a 2D polyline takes lines, arcs and polylines
+// of its plane and closes; a 3D polyline takes straight pieces in any plane,
+// at either end, and leaves an arc alone.
+TEST(PolylineEdit, JoinOnHeavyPolylines) {
+  host::Polyline2d square;
+  square.elevation = 2;
+  square.vertices = {{.position = {0, 0, 2}}, {.position = {10, 0, 2}}};
+  host::Polyline2d side = square;
+  side.vertices = {{.position = {0, 5, 2}}, {.position = {0, 0, 2}}};
+  struct Case {
+    const char* name;
+    host::EntityData target;
+    std::vector<host::EntityData> pieces;  // selected in this order
+    std::vector<bool> joined;
+    std::string added;
+    ge::PointList want;
+    std::vector<double> bulges;
+    bool closed;
+  };
+  const Case cases[] = {
+      {"2D", square,
+       {host::Line{{10, 5, 2}, {10, 0, 2}}, host::Arc{{5, 5, 2}, 5, 0, std::numbers::pi}, side,
+        host::Line{{0, 0, 0}, {0, -5, 0}}},
+       {true, true, true, false},
+       "3 segments added to polyline",
+       {{0, 0, 2}, {10, 0, 2}, {10, 5, 2}, {0, 5, 2}},
+       {0, 0, 1, 0},
+       true},
+      {"3D", poly3dThrough({{0, 0, 0}, {1, 0, 1}}),
+       {host::Line{{1, 0, 1}, {1, 2, 3}}, poly3dThrough({{0, -1, 5}, {0, 0, 0}}), lwThrough({{1, 2}, {4, 2}}, false, 3),
+        host::Arc{{6, 2, 3}, 2, std::numbers::pi, 0}},
+       {true, true, true, false},
+       "3 segments added to polyline",
+       {{0, -1, 5}, {0, 0, 0}, {1, 0, 1}, {1, 2, 3}, {4, 2, 3}},
+       {},
+       false},
+  };
+  for (const Case& c : cases) {
+    CommandSession s(Language::kEnglish);
+    host::ObjectId target = s.add(c.target);
+    std::vector<host::ObjectId> pieces;
+    std::string picks;
+    for (const auto& piece : c.pieces) pieces.push_back(s.add(piece)), picks += pickOf(pieces.back()) + "\n";
+    s.start();
+    std::uint64_t firstHandle = 0;
+    const host::Entity loaded = *s.read(target);
+    if (auto* p2 = std::get_if<host::Polyline2d>(&loaded.data)) firstHandle = p2->vertices[0].handle;
+    if (auto* p3 = std::get_if<host::Polyline3d>(&loaded.data)) firstHandle = p3->vertices[0].handle;
+    EXPECT_NE(firstHandle, 0u) << c.name;
+    std::string out = s.run("PEDIT\n" + pickOf(target) + "\nJ\n" + picks + "\nX\n");
+    EXPECT_TRUE(s.says(out, c.added)) << c.name;
+    const host::Entity got = *s.read(target);
+    expectPoints(verticesOf(got), c.want);
+    for (std::size_t i = 0; i < c.pieces.size(); ++i) EXPECT_EQ(!s.read(pieces[i]), c.joined[i]) << c.name << i;
+    if (auto* p2 = std::get_if<host::Polyline2d>(&got.data)) {
+      EXPECT_EQ(p2->closed, c.closed);
+      for (std::size_t i = 0; i < c.bulges.size(); ++i) EXPECT_NEAR(p2->vertices[i].bulge, c.bulges[i], 1e-12);
+      EXPECT_EQ(p2->vertices[0].handle, firstHandle) << "the target's own vertices keep their handles";
+    }
+    if (auto* p3 = std::get_if<host::Polyline3d>(&got.data)) {
+      EXPECT_EQ(p3->closed, c.closed);
+      EXPECT_EQ(p3->vertices[1].handle, firstHandle) << "the target's own vertices keep their handles";
+    }
+    // ezdxf reads the joined polyline with the same vertices.
+    std::string points;
+    for (const ge::Point3d& p : c.want) {
+      char buf[96];
+      std::snprintf(buf, sizeof buf, "%s%.6f,%.6f,%.6f", points.empty() ? "" : ";", p.x, p.y, p.z);
+      points += buf;
+    }
+    bool found = false;
+    for (const std::string& line : s.readBackWithEzdxf())
+      found |= line.find(std::string("closed=") + (c.closed ? "1" : "0")) != std::string::npos &&
+               line.find("points " + points) != std::string::npos;
+    EXPECT_TRUE(found) << c.name << ": ezdxf does not read " << points;
+  }
 }
 
 // Multiple's Join with a fuzz distance: two straight ends meeting at a

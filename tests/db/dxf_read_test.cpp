@@ -131,13 +131,26 @@ TEST(DxfReadKinds, MTextJoinsChunksAndTurnsAnAngleIntoADirection) {
   EXPECT_NEAR(m.xDirection.y, 1, 1e-15);
 }
 
-TEST(DxfReadKinds, HatchPathsWithClockwiseArcAndSeedPointsAfterThem) {
+TEST(DxfReadKinds, HatchPathsWithClockwiseArcThenPatternAndSeedPoints) {
   auto e = only(head("HATCH", "69", "AcDbHatch") +
-                groups("10 0|20 0|30 1.5|210 0|220 0|230 1|2 SOLID|70 1|71 1|91 2"
+                groups("10 0|20 0|30 1.5|210 0|220 0|230 1|2 ANSI31|70 0|71 1|91 2"
                        "|92 7|72 1|73 1|93 2|10 0|20 0|42 0.5|10 4|20 0|42 0|97 1|330 50"
                        "|92 1|93 2|72 1|10 0|20 0|11 1|21 0|72 2|10 0|20 0|40 1|50 270|51 360|73 0|97 0"
-                       "|75 1|76 1|98 1|10 5.5|20 6.5"));
+                       "|75 0|76 1|52 90|41 2|77 1|78 2|53 135|43 1|44 2|45 -2.2|46 -2.2|79 0"
+                       "|53 45|43 0|44 0|45 0|46 1|79 2|49 1.5|49 -0.5|47 0.03|98 1|10 5.5|20 6.5"));
   const auto& h = std::get<host::Hatch>(e.data);
+  EXPECT_EQ(h.style, 0);
+  EXPECT_NEAR(h.patternAngle, kPi / 2, 1e-15);
+  EXPECT_EQ(h.patternScale, 2);
+  EXPECT_TRUE(h.patternDouble);
+  ASSERT_EQ(h.patternLines.size(), 2u);
+  EXPECT_NEAR(h.patternLines[0].angle, 3 * kPi / 4, 1e-15);
+  EXPECT_EQ(h.patternLines[0].base, (ge::Point2d{1, 2}));
+  EXPECT_EQ(h.patternLines[0].offset, (ge::Point2d{-2.2, -2.2}));
+  EXPECT_TRUE(h.patternLines[0].dashes.empty());
+  EXPECT_EQ(h.patternLines[1].dashes, (std::vector<double>{1.5, -0.5}));
+  EXPECT_EQ(h.pixelSize, 0.03);
+  EXPECT_EQ(h.seeds, (std::vector<ge::Point2d>{{5.5, 6.5}}));
   EXPECT_EQ(h.elevation, 1.5);
   EXPECT_TRUE(h.associative);
   ASSERT_EQ(h.paths.size(), 2u);

@@ -156,7 +156,9 @@ std::vector<host::EntityData> samples() {
           host::MText{.attachment = 5, .text = std::string(600, 'x') + "中"},
           host::PointEntity{{1, 2, 3}},
           host::BlockReference{.blockName = "Door", .position = {3, 4, 0}, .scale = {2, 2, 1}, .rotation = 1.0},
-          host::Hatch{.patternName = "ANSI31", .solidFill = false, .paths = {poly, edges}},
+          host::Hatch{.patternName = "ANSI31", .solidFill = false, .paths = {poly, edges}, .patternAngle = 0.5,
+                      .patternScale = 2, .patternLines = {{0.5, {1, 0}, {-1, 2}, {1, -0.5, 0, -0.5}}},
+                      .pixelSize = 0.25, .seeds = {{1, 1}}},
           host::Image{.widthPixels = 640, .heightPixels = 480, .imageDefHandle = 0x99}};
 }
 
@@ -183,6 +185,8 @@ void expectSameRecord(const host::EntityData& want, host::EntityData got) {
     const auto& w = std::get<host::HatchArcEdge>(std::get<host::Hatch>(want).paths[1].edges[1]);
     settle(edge.startAngle, w.startAngle, 1e-14);
     settle(edge.endAngle, w.endAngle, 1e-14);
+    settle(hatch->patternAngle, std::get<host::Hatch>(want).patternAngle, 1e-14);
+    settle(hatch->patternLines.at(0).angle, std::get<host::Hatch>(want).patternLines[0].angle, 1e-14);
   }
   EXPECT_TRUE(want == got) << host::dxfName(want);
 }

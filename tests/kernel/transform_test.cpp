@@ -7,6 +7,7 @@
 
 #include "standalone/kernel/curve_kernel.h"
 #include "standalone/kernel/insert_extents.h"
+#include "standalone/kernel/transform_hatch.h"
 
 namespace {
 
@@ -161,6 +162,49 @@ TEST(Transform, BlockReferencesFollowEveryMoveTurnScaleAndMirror) {
   EXPECT_EQ(std::get<BlockReference>(sheared), ref);
   EntityData line = Line{{0, 0, 0}, {1, 0, 0}};
   EXPECT_EQ(kernel.transformBy(line, ge::Matrix3d::scaling(std::sqrt(-1.0))), ErrorStatus::eInvalidInput);
+}
+
+// Pattern lines, seeds and the pattern's angle and scale under a turn, a
+// scale and a mirror (which mirrors the pattern or keeps its direction).
+TEST(Transform, HatchPatternFollowsTheMap) {
+  using standalone::kernel::MirroredPattern, standalone::kernel::transformHatch;
+  Hatch h;
+  h.solidFill = false;
+  h.patternAngle = 0.5;
+  h.patternScale = 1.5;
+  h.patternLines = {{0.5, {1, 0}, {0, 2}, {1, -0.5}}};
+  h.seeds = {{2, 3}};
+  auto expect = [](const Hatch& got, double angle, ge::Point2d base, ge::Point2d offset, std::vector<double> dashes,
+                   ge::Point2d seed, double patternAngle, double scale, const char* what) {
+    const HatchPatternLine& l = got.patternLines.at(0);
+    EXPECT_NEAR(l.angle, angle, 1e-12) << what;
+    EXPECT_LT(std::hypot(l.base.x - base.x, l.base.y - base.y), 1e-12) << what;
+    EXPECT_LT(std::hypot(l.offset.x - offset.x, l.offset.y - offset.y), 1e-12) << what;
+    ASSERT_EQ(l.dashes.size(), dashes.size()) << what;
+    for (std::size_t i = 0; i < dashes.size(); ++i) EXPECT_NEAR(l.dashes[i], dashes[i], 1e-12) << what;
+    EXPECT_LT(std::hypot(got.seeds.at(0).x - seed.x, got.seeds[0].y - seed.y), 1e-12) << what;
+    EXPECT_NEAR(got.patternAngle, patternAngle, 1e-12) << what;
+    EXPECT_NEAR(got.patternScale, scale, 1e-12) << what;
+  };
+  // A quarter turn about (1, 1): (x, y) -> (2 - y, x); then twice the size about the origin.
+  Hatch turned = h;
+  ASSERT_TRUE(transformHatch(turned, ge::Matrix3d::rotation(std::numbers::pi / 2, ge::kZAxis, {1, 1, 0})));
+  expect(turned, 0.5 + std::numbers::pi / 2, {2, 1}, {-2, 0}, {1, -0.5}, {-1, 2}, 0.5 + std::numbers::pi / 2, 1.5,
+         "turned");
+  ASSERT_TRUE(transformHatch(turned, ge::Matrix3d::scaling(2, {0, 0, 0})));
+  expect(turned, 0.5 + std::numbers::pi / 2, {4, 2}, {-4, 0}, {2, -1}, {-2, 4}, 0.5 + std::numbers::pi / 2, 3,
+         "scaled");
+  // Across x = 3: (x, y) -> (6 - x, y), the pattern's origin to (6, 0).
+  const ge::Matrix3d mirror = ge::Matrix3d::mirroring({3, 0, 0}, {1, 0, 0});
+  Hatch mirrored = h, kept = h;
+  ASSERT_TRUE(transformHatch(mirrored, mirror));
+  expect(mirrored, std::numbers::pi - 0.5, {5, 0}, {0, 2}, {1, -0.5}, {4, 3}, std::numbers::pi - 0.5, 1.5, "mirrored");
+  ASSERT_TRUE(transformHatch(kept, mirror, MirroredPattern::kKeep));
+  expect(kept, 0.5, {7, 0}, {0, 2}, {1, -0.5}, {4, 3}, 0.5, 1.5, "direction kept");
+  // A mirror across the hatch's plane would turn its normal round: refused, hatch untouched.
+  Hatch flipped = h;
+  EXPECT_FALSE(transformHatch(flipped, ge::Matrix3d::mirroring({0, 0, 2}, ge::kZAxis)));
+  EXPECT_EQ(flipped, h);
 }
 
 TEST(Reverse, PolylineBulgesAndWidthsMoveWithTheirSegments) {

@@ -4,14 +4,11 @@ broken, run through one script; the results read back with ezdxf.
 usage: batch_test.py PATH/TO/corvane"""
 import hashlib
 import os
-import subprocess
-import sys
-import tempfile
-import unittest
 
 import ezdxf
 
-CORVANE = None
+import corvane_case
+
 SCRIPT = "PLDF\nALL\n\n8\n"
 
 
@@ -20,28 +17,13 @@ def digest(path):
         return hashlib.sha256(f.read()).hexdigest()
 
 
-class Batch(unittest.TestCase):
+class Batch(corvane_case.ProgramCase):
+    pagetimes = 0
+    timeout = 600
+
     def setUp(self):
-        self.tmp = tempfile.TemporaryDirectory()
-        self.dir = self.tmp.name
-        self.env = dict(os.environ)
-        self.env["CORVANE_SETTINGS"] = self.path("settings.reg")
-        with open(self.path("settings.reg"), "w") as f:
-            f.write('Windows Registry Editor Version 5.00\n\n'
-                    '[HKEY_CURRENT_USER\\Software\\Brightvale\\Corvane]\n"pagetimes"=dword:00000000\n')
-        self.env.pop("DISPLAY", None)
-        self.env.pop("WAYLAND_DISPLAY", None)
-        with open(self.path("divide.scr"), "w") as f:
-            f.write(SCRIPT)
-
-    def tearDown(self):
-        self.tmp.cleanup()
-
-    def path(self, *names):
-        return os.path.join(self.dir, *names)
-
-    def corvane(self, *args):
-        return subprocess.run([CORVANE, *args], capture_output=True, text=True, env=self.env, timeout=600)
+        super().setUp()
+        self.write("divide.scr", SCRIPT)
 
     def make_drawings(self, folder, count, broken):
         os.makedirs(folder)
@@ -107,5 +89,4 @@ class Batch(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    CORVANE = os.path.abspath(sys.argv[1])
-    unittest.main(argv=[sys.argv[0]] + sys.argv[2:], verbosity=2)
+    corvane_case.main()

@@ -6,21 +6,18 @@ usage: pdf_test.py PATH/TO/corvane"""
 import os
 import re
 import subprocess
-import sys
-import tempfile
-import unittest
 
 import ezdxf
 import numpy
 
-CORVANE = None
+import corvane_case
+
 MM = 72 / 25.4  # points per millimetre
 
 
-class Pdf(unittest.TestCase):
+class Pdf(corvane_case.ProgramCase):
     def setUp(self):
-        self.tmp = tempfile.TemporaryDirectory()
-        self.env = dict(os.environ, CORVANE_SETTINGS=self.path("settings.reg"))
+        super().setUp()
         doc = ezdxf.new("R2010")
         msp = doc.modelspace()
         msp.add_line((0, 0), (100, 0))    # 100 units across
@@ -28,16 +25,9 @@ class Pdf(unittest.TestCase):
         msp.add_text("PLOTMARK", dxfattribs={"insert": (10, 10), "height": 8})
         doc.saveas(self.path("in.dxf"))
 
-    def tearDown(self):
-        self.tmp.cleanup()
-
-    def path(self, name):
-        return os.path.join(self.tmp.name, name)
-
     def plot(self, *options, script=""):
         out = self.path("sub/plot.pdf")
-        r = subprocess.run([CORVANE, self.path("in.dxf"), "-c", script, "--pdf", out, *options, "--no-pages"],
-                           capture_output=True, text=True, env=self.env, timeout=120)
+        r = self.corvane(self.path("in.dxf"), "-c", script, "--pdf", out, *options, "--no-pages")
         self.assertEqual(r.returncode, 0, r.stdout + r.stderr)
         self.assertEqual(os.listdir(self.path("sub")), ["plot.pdf"], "nothing is left aside")
         return out
@@ -90,15 +80,12 @@ class Pdf(unittest.TestCase):
 
     def test_bad_paper_and_scale_are_refused_before_anything_runs(self):
         for options in (["--paper", "A9"], ["--scale", "1:0"], ["--scale", "big"]):
-            r = subprocess.run([CORVANE, self.path("in.dxf"), "-c", "", "--pdf", self.path("x.pdf"), *options],
-                               capture_output=True, text=True, env=self.env, timeout=60)
+            r = self.corvane(self.path("in.dxf"), "-c", "", "--pdf", self.path("x.pdf"), *options)
             self.assertEqual(r.returncode, 2, options)
             self.assertFalse(os.path.exists(self.path("x.pdf")))
-        r = subprocess.run([CORVANE, self.path("in.dxf"), "-c", "", "--landscape"], capture_output=True, text=True,
-                           env=self.env, timeout=60)
+        r = self.corvane(self.path("in.dxf"), "-c", "", "--landscape")
         self.assertIn("go with --pdf", r.stderr)
 
 
 if __name__ == "__main__":
-    CORVANE = sys.argv.pop(1)
-    unittest.main()
+    corvane_case.main()

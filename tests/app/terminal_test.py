@@ -7,31 +7,23 @@ import os
 import pty
 import select
 import subprocess
-import sys
-import tempfile
 import time
-import unittest
 
 import ezdxf
 
-CORVANE = None
+import corvane_case
+
 LEFT, UP = "\x1b[D", "\x1b[A"
 
 
-class Terminal(unittest.TestCase):
+class Terminal(corvane_case.ProgramCase):
     def setUp(self):
-        self.tmp = tempfile.TemporaryDirectory()
-        self.env = dict(os.environ, CORVANE_SETTINGS=self.path("settings.reg"), TERM="xterm", HOME=self.tmp.name)
+        super().setUp()
+        self.env.update(TERM="xterm", HOME=self.dir)
         doc = ezdxf.new("R2010")
         for x in (0, 10, 20):
             doc.modelspace().add_circle((x, 0), 1)
         doc.saveas(self.path("in.dxf"))
-
-    def tearDown(self):
-        self.tmp.cleanup()
-
-    def path(self, name):
-        return os.path.join(self.tmp.name, name)
 
     def read(self, until, timeout=30):
         """Reads the terminal until `until` has come and the output has settled."""
@@ -57,7 +49,7 @@ class Terminal(unittest.TestCase):
 
     def test_answers_are_edited_and_recalled(self):
         self.master, slave = pty.openpty()
-        proc = subprocess.Popen([CORVANE, self.path("in.dxf"), "-o", self.path("out.dxf"), "--no-pages"],
+        proc = subprocess.Popen([corvane_case.CORVANE, self.path("in.dxf"), "-o", self.path("out.dxf"), "--no-pages"],
                                 stdin=slave, stdout=slave, stderr=slave, env=self.env, close_fds=True)
         os.close(slave)
         self.output, self.mark = b"", 0
@@ -83,9 +75,8 @@ class Terminal(unittest.TestCase):
         self.assertEqual(centres, [20], self.output.decode(errors="replace")[-600:])
 
     def test_a_pipe_is_read_as_it_is(self):
-        r = subprocess.run([CORVANE, self.path("in.dxf"), "-o", self.path("out.dxf"), "--no-pages"],
-                           input="ERASE W -3,-3 3,3\n\n" + UP + "\n", capture_output=True, text=True, env=self.env,
-                           timeout=60)
+        r = self.corvane(self.path("in.dxf"), "-o", self.path("out.dxf"), "--no-pages",
+                         stdin="ERASE W -3,-3 3,3\n\n" + UP + "\n")
         # The arrow key is only text here: no command of that name, and the run fails.
         self.assertIn("Unknown command", r.stdout)
         self.assertNotEqual(r.returncode, 0)
@@ -93,5 +84,4 @@ class Terminal(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    CORVANE = sys.argv.pop(1)
-    unittest.main()
+    corvane_case.main()

@@ -2,23 +2,14 @@
 drawing read back with ezdxf and compared with the state the history implies.
 
 usage: undo_test.py PATH/TO/corvane"""
-import os
-import subprocess
-import sys
-import tempfile
-import unittest
-
 import ezdxf
 
-CORVANE = None
+import corvane_case
 
 
-class Undo(unittest.TestCase):
+class Undo(corvane_case.ProgramCase):
     def setUp(self):
-        self.tmp = tempfile.TemporaryDirectory()
-        self.env = dict(os.environ, CORVANE_SETTINGS=self.path("settings.reg"))
-        self.env.pop("DISPLAY", None)
-        self.env.pop("WAYLAND_DISPLAY", None)
+        super().setUp()
         doc = ezdxf.new("R2010")
         msp = doc.modelspace()
         msp.add_lwpolyline([(0, 0), (10, 0), (10, 10), (0, 10)], close=True)  # shape A
@@ -26,17 +17,8 @@ class Undo(unittest.TestCase):
         msp.add_line((0, -10), (10, -10))
         doc.saveas(self.path("in.dxf"))
 
-    def tearDown(self):
-        self.tmp.cleanup()
-
-    def path(self, name):
-        return os.path.join(self.tmp.name, name)
-
     def run_script(self, script):
-        with open(self.path("s.scr"), "w", encoding="utf-8") as f:
-            f.write(script)
-        r = subprocess.run([CORVANE, self.path("in.dxf"), "-s", self.path("s.scr"), "-o", self.path("out.dxf"),
-                            "--no-pages"], capture_output=True, text=True, env=self.env, timeout=120)
+        r = self.corvane(self.path("in.dxf"), "-s", self.write("s.scr", script), "-o", self.path("out.dxf"), "--no-pages")
         self.assertEqual(r.returncode, 0, r.stdout + r.stderr)
         doc = ezdxf.readfile(self.path("out.dxf"))
         auditor = doc.audit()
@@ -119,5 +101,4 @@ class Undo(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    CORVANE = sys.argv.pop(1)
-    unittest.main()
+    corvane_case.main()

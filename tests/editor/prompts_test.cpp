@@ -98,7 +98,7 @@ TEST(StringPrompt, SpacesEndAnAnswerUnlessTheWholeLineIsTaken) {
   EXPECT_THAT(f.run("PROBE\nLine " + longLine + "\nQuit\n"), HasSubstr("[" + std::string(132, 'a') + "]"));
 }
 
-TEST(Pick, UsesThePickBoxMeasuredInPixelsOfTheView) {
+TEST(Pick, UsesThePickBoxMeasuredInPixelsOfTheViewAndTakesTheNearestEntityOrAHandle) {
   HostFixture f;
   host::ObjectId line = f.add(host::Line{{0, 0, 0}, {10, 0, 0}});
   // View height 10 over 1000 pixels and PICKBOX 3: the box reaches 0.03 units.
@@ -107,11 +107,6 @@ TEST(Pick, UsesThePickBoxMeasuredInPixelsOfTheView) {
   EXPECT_THAT(miss, HasSubstr("Nothing found at 5,0.05,0.\n-> RTERROR\n"));
   // Zooming out doubles the view height and with it the box.
   EXPECT_THAT(f.run("ZOOM 0.5x\nPROBE Pick 5,0.05 Quit\n"), HasSubstr("-> RTNORM " + handleOf(line) + " LINE"));
-}
-
-TEST(Pick, NearestEntityAndHandles) {
-  HostFixture f;
-  f.add(host::Line{{0, 0, 0}, {10, 0, 0}});
   host::ObjectId circle = f.add(host::Circle{{5, 1, 0}, 0.99});
   EXPECT_THAT(f.run("PROBE Pick 5,0.011 Quit\n"), HasSubstr("-> RTNORM " + handleOf(circle) + " CIRCLE"));
   EXPECT_THAT(f.run("PROBE Pick #" + handleOf(circle) + " Quit\n"), HasSubstr("-> RTNORM " + handleOf(circle) + " CIRCLE"));

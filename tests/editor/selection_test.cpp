@@ -34,75 +34,58 @@ class SelectionTest : public ::testing::Test {
   host::ObjectId inside, crossing, circle, text;
 };
 
-TEST_F(SelectionTest, AllWithATypeFilterCountsWhatWasFilteredOut) {
-  std::string t = f.run(select(".", "LINE,ARC,CIRCLE", ".", "ALL\n"));
-  EXPECT_THAT(t, HasSubstr("Select objects: ALL\n4 found\n1 was filtered out.\nSelect objects: \n"));
-  EXPECT_THAT(t, HasSubstr("-> RTNORM " + ids({inside, crossing, circle})));
-}
-
-TEST_F(SelectionTest, TextsArePickedAndWindowedByAnEstimatedBox) {
-  // "label" at 0,5 with height 1: about 3 units wide.
-  EXPECT_THAT(f.run(select(".", ".", ".", "1,5.5\n")), HasSubstr("-> RTNORM " + ids({text})));
-  EXPECT_THAT(f.run(select(".", ".", ".", "W -1,4 4,7\n")), HasSubstr("-> RTNORM " + ids({text})));
-  EXPECT_THAT(f.run(select(".", ".", ".", "W -1,4 2,7\n")), HasSubstr("0 found"));  // cuts through it
-}
-
-TEST_F(SelectionTest, LayerFilter) {
-  EXPECT_THAT(f.run(select(".", ".", "walls", "ALL\n")), HasSubstr("-> RTNORM " + ids({crossing, circle})));
-}
-
-TEST_F(SelectionTest, WindowTakesWhatIsInsideCrossingAlsoWhatTouches) {
-  std::string w = f.run(select(".", ".", ".", "W 0,0 5,4\n"));
-  EXPECT_THAT(w, HasSubstr("Select objects: W\nSpecify first corner: 0,0\nSpecify opposite corner: 5,4\n2 found\n"));
-  EXPECT_THAT(w, HasSubstr("-> RTNORM " + ids({inside, circle})));
-  EXPECT_THAT(f.run(select(".", ".", ".", "C 0,0 5,4\n")), HasSubstr("-> RTNORM " + ids({inside, crossing, circle})));
+// One host for every row, in order: "P" answers with the set the row before chose.
+TEST_F(SelectionTest, AnswersModesAndFilters) {
+  struct Case {
+    const char *mode, *types, *layer;
+    std::string answers;
+    std::vector<std::string> expected;  // parts of the transcript
+  } cases[] = {
+      // ALL with a type filter counts what was filtered out.
+      {".", "LINE,ARC,CIRCLE", ".", "ALL\n",
+       {"Select objects: ALL\n4 found\n1 was filtered out.\nSelect objects: \n", "-> RTNORM " + ids({inside, crossing, circle})}},
+      {".", ".", "walls", "ALL\n", {"-> RTNORM " + ids({crossing, circle})}},
+      // Texts are picked and windowed by an estimated box: "label" at 0,5 with height 1 is about 3 units wide.
+      {".", ".", ".", "1,5.5\n", {"-> RTNORM " + ids({text})}},
+      {".", ".", ".", "W -1,4 4,7\n", {"-> RTNORM " + ids({text})}},
+      {".", ".", ".", "W -1,4 2,7\n", {"0 found"}},  // cuts through it
+      // A window takes what is inside, a crossing also what touches it.
+      {".", ".", ".", "C 0,0 5,4\n", {"-> RTNORM " + ids({inside, crossing, circle})}},
+      {".", ".", ".", "W 0,0 5,4\n",
+       {"Select objects: W\nSpecify first corner: 0,0\nSpecify opposite corner: 5,4\n2 found\n",
+        "-> RTNORM " + ids({inside, circle})}},
+      {".", ".", ".", "P\n", {"-> RTNORM " + ids({inside, circle})}},
+      {"P", "CIRCLE", ".", "", {"-> RTNORM " + ids({circle})}},
+      {".", ".", ".", "L\n", {"-> RTNORM " + ids({text})}},
+      {"L", ".", ".", "", {"-> RTNORM " + ids({text})}},
+      // Points, handles and duplicates.
+      {".", ".", ".", "1.5,1.5\n#" + handleOf(crossing) + "\n1.5,1.5\n(handent \"" + handleOf(circle) + "\")\n",
+       {"Select objects: 1.5,1.5\n1 found\n", "1 found, 2 total\n", "1 found (1 duplicate), 2 total\n",
+        "-> RTNORM " + ids({inside, crossing, circle})}},
+      {".", ".", ".", "ALL\nR\n1.5,1.5\n",
+       {"Remove objects: 1.5,1.5\n1 found, 1 removed, 3 total\n", "-> RTNORM " + ids({crossing, circle, text})}},
+      // The programmatic modes.
+      {"X", "LINE", ".", "", {"-> RTNORM " + ids({inside, crossing})}},
+      {"_W", ".", ".", "0,0\n5,4", {"-> RTNORM " + ids({inside, circle})}},
+      {"C", ".", ".", "0,0\n5,4", {"-> RTNORM " + ids({inside, crossing, circle})}},
+      {"X", "HATCH", ".", "", {"-> RTERROR"}},
+      {":S", ".", ".", "1.5,1.5", {"Select objects: 1.5,1.5\n1 found\n-> RTNORM " + ids({inside})}},  // one attempt
+      // An empty selection is an error, cancel is cancel.
+      {".", ".", ".", "50,50\n", {"0 found\nSelect objects: \n-> RTERROR"}},
+      {".", ".", ".", "ALL\n^C", {"Select objects: ^C\n*Cancel*\n-> RTCAN"}},
+      {".", ".", ".", "nonsense\n", {"*Invalid selection*\n"}},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.mode) + " " + c.types + " " + c.layer + " | " + c.answers);
+    std::string t = f.run(select(c.mode, c.types, c.layer, c.answers));
+    for (const std::string& part : c.expected) EXPECT_THAT(t, HasSubstr(part));
+  }
 }
 
 TEST_F(SelectionTest, CrossingWindowThatOnlyOverlapsTheExtentsSelectsNothing) {
   // The window lies inside the circle's box but clear of the circle itself.
   f.add(host::Circle{{20, 20, 0}, 5});
   EXPECT_THAT(f.run(select(".", ".", ".", "C 19.5,19.5 20.5,20.5\n")), HasSubstr("0 found\n"));
-}
-
-TEST_F(SelectionTest, PointsHandlesAndDuplicates) {
-  std::string t = f.run(select(".", ".", ".", "1.5,1.5\n#" + handleOf(crossing) + "\n1.5,1.5\n(handent \"" + handleOf(circle) +
-                                                  "\")\n"));
-  EXPECT_THAT(t, HasSubstr("Select objects: 1.5,1.5\n1 found\n"));
-  EXPECT_THAT(t, HasSubstr("1 found, 2 total\n"));
-  EXPECT_THAT(t, HasSubstr("1 found (1 duplicate), 2 total\n"));
-  EXPECT_THAT(t, HasSubstr("-> RTNORM " + ids({inside, crossing, circle})));
-}
-
-TEST_F(SelectionTest, RemoveModeTakesObjectsOut) {
-  std::string t = f.run(select(".", ".", ".", "ALL\nR\n1.5,1.5\n"));
-  EXPECT_THAT(t, HasSubstr("Remove objects: 1.5,1.5\n1 found, 1 removed, 3 total\n"));
-  EXPECT_THAT(t, HasSubstr("-> RTNORM " + ids({crossing, circle, text})));
-}
-
-TEST_F(SelectionTest, LastAndPrevious) {
-  EXPECT_THAT(f.run(select(".", ".", ".", "L\n")), HasSubstr("-> RTNORM " + ids({text})));
-  f.run(select(".", ".", ".", "W 0,0 5,4\n"));
-  EXPECT_THAT(f.run(select(".", ".", ".", "P\n")), HasSubstr("-> RTNORM " + ids({inside, circle})));
-  EXPECT_THAT(f.run(select("P", "CIRCLE", ".", "")), HasSubstr("-> RTNORM " + ids({circle})));
-  EXPECT_THAT(f.run(select("L", ".", ".", "")), HasSubstr("-> RTNORM " + ids({text})));
-}
-
-TEST_F(SelectionTest, ProgrammaticModes) {
-  EXPECT_THAT(f.run(select("X", "LINE", ".", "")), HasSubstr("-> RTNORM " + ids({inside, crossing})));
-  EXPECT_THAT(f.run(select("_W", ".", ".", "0,0\n5,4")), HasSubstr("-> RTNORM " + ids({inside, circle})));
-  EXPECT_THAT(f.run(select("C", ".", ".", "0,0\n5,4")), HasSubstr("-> RTNORM " + ids({inside, crossing, circle})));
-  EXPECT_THAT(f.run(select("X", "HATCH", ".", "")), HasSubstr("-> RTERROR"));
-}
-
-TEST_F(SelectionTest, SingleModeEndsAfterOneAttempt) {
-  std::string t = f.run(select(":S", ".", ".", "1.5,1.5"));
-  EXPECT_THAT(t, HasSubstr("Select objects: 1.5,1.5\n1 found\n-> RTNORM " + ids({inside})));
-}
-
-TEST_F(SelectionTest, EmptySelectionIsAnErrorAndCancelIsCancel) {
-  EXPECT_THAT(f.run(select(".", ".", ".", "50,50\n")), HasSubstr("0 found\nSelect objects: \n-> RTERROR"));
-  EXPECT_THAT(f.run(select(".", ".", ".", "ALL\n^C")), HasSubstr("Select objects: ^C\n*Cancel*\n-> RTCAN"));
-  EXPECT_THAT(f.run(select(".", ".", ".", "nonsense\n")), HasSubstr("*Invalid selection*\n"));
 }
 
 }  // namespace

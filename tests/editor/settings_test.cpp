@@ -66,7 +66,7 @@ TEST(RegText, MalformedTextNamesTheLine) {
   EXPECT_EQ(why(""), "line 1: the file must start with \"Windows Registry Editor Version 5.00\"");
 }
 
-TEST(SettingsFile, MissingFileAndKeyReadAsNothingAndTheFirstWriteCreatesThem) {
+TEST(SettingsFile, MissingFileKeyOrTypeAndOverlongTextReadAsNothingAndTheFirstWriteCreatesThem) {
   TempDir dir;
   SettingsFile s(dir.file("sub/settings.reg"));
   EXPECT_FALSE(s.readInt(kKey, "pagetimes"));
@@ -86,11 +86,7 @@ TEST(SettingsFile, MissingFileAndKeyReadAsNothingAndTheFirstWriteCreatesThem) {
   EXPECT_EQ(s.readInt(kKey, "pagetimes"), 4u);
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator(dir.file("sub")), std::filesystem::directory_iterator()), 1)
       << "no temporary left beside the settings";
-}
-
-TEST(SettingsFile, TextLongerThanTheHostsBufferReadsAsMissing) {
-  TempDir dir;
-  SettingsFile s(dir.file("settings.reg"));
+  // Text longer than the host's buffer reads as missing.
   s.writeText(kKey, "fits", std::string(4095, 'a'));
   s.writeText(kKey, "too long", std::string(4096, 'a'));
   std::string wide(2048, 'a');
@@ -200,8 +196,12 @@ TEST_F(SysVarTest, HeaderVariablesAreReadFromAndWrittenToTheDrawing) {
   EXPECT_EQ(header.values["$CLAYER"].first, 8);
 }
 
-TEST_F(SysVarTest, RegistryVariablesLiveInTheSettingsFile) {
+TEST_F(SysVarTest, RegistryVariablesLiveInTheSettingsFileAndSessionVariablesNowhere) {
   EXPECT_EQ(vars.setVar("PICKBOX", host::ResBuf::shortInt(10)), host::RTNORM);
+  EXPECT_EQ(vars.setVar("CMDECHO", host::ResBuf::shortInt(0)), host::RTNORM);
+  EXPECT_EQ(get("CMDECHO"), host::ResBuf::shortInt(0));
+  EXPECT_TRUE(header.values.empty());
+  EXPECT_EQ(settings.list(kHostVariablesKey).size(), 1u);
   EXPECT_EQ(settings.readInt(kHostVariablesKey, "PICKBOX"), 10u);
   SystemVariableTable again{header, settings, view};
   host::ResBuf v;
@@ -223,13 +223,6 @@ TEST_F(SysVarTest, RefusedValues) {
   EXPECT_EQ(vars.setVar("MENUBAR", host::ResBuf::longInt(70000)), host::RTERROR);
   ASSERT_EQ(header.values.size(), 1u);  // only the one accepted value was written
   EXPECT_EQ(header.values["$PDMODE"].second, host::ResBuf::shortInt(99));
-}
-
-TEST_F(SysVarTest, SessionVariablesAreNotSaved) {
-  EXPECT_EQ(vars.setVar("CMDECHO", host::ResBuf::shortInt(0)), host::RTNORM);
-  EXPECT_EQ(get("CMDECHO"), host::ResBuf::shortInt(0));
-  EXPECT_TRUE(header.values.empty());
-  EXPECT_TRUE(settings.list(kHostVariablesKey).empty());
 }
 
 TEST(SysVarInDrawing, HeaderValuesReachTheDatabase) {

@@ -7,6 +7,7 @@ import sys
 import tempfile
 
 import ezdxf
+from ezdxf.colors import rgb2int
 
 WIDTH, HEIGHT = 800, 600
 
@@ -23,6 +24,10 @@ def build(path):
     # Mirrored arc: OCS centre (-10, 10) is world (10, 10); OCS angles 0..90
     # about -Z run clockwise from (5, 10) to (10, 15), left of the centre.
     msp.add_arc((-10, 10), 5, 0, 90, dxfattribs={"extrusion": (0, 0, -1), "color": 5})
+    msp.add_arc((60, 30), 5, 0, 90, dxfattribs={"color": 5})  # the same arc unmirrored: right of its centre
+    msp.add_line((50, 40), (65, 40), dxfattribs={"color": 1, "true_color": rgb2int((0, 0, 255))})
+    # Bulge 1 from (55, 20) to (61, 20): a counter-clockwise half circle below the chord.
+    msp.add_lwpolyline([(55, 20, 0, 0, 1), (61, 20)], format="xyseb", dxfattribs={"color": 3})
     msp.add_lwpolyline([(20, 5, 1.0, 1.0), (30, 5, 1.0, 1.0), (30, 15, 1.0, 1.0)], format="xyse",
                        dxfattribs={"color": 3})
     hatch = msp.add_hatch(color=6)
@@ -32,7 +37,9 @@ def build(path):
     edge.add_arc((20, 20), 5, 0, 180, ccw=False)
     blk = doc.blocks.new("TICK", base_point=(1, 1))
     blk.add_line((1, 1), (5, 1), dxfattribs={"color": 0})
-    msp.add_blockref("TICK", (35, 25), dxfattribs={"rotation": 90, "xscale": 2, "yscale": 2, "color": 1})
+    # TICK nested in PAIR, both by block: the colour passes down two levels.
+    doc.blocks.new("PAIR").add_blockref("TICK", (0, 0), dxfattribs={"color": 0})
+    msp.add_blockref("PAIR", (35, 25), dxfattribs={"rotation": 90, "xscale": 2, "yscale": 2, "color": 1})
     msp.add_line((0, -5), (40, -5), dxfattribs={"layer": "HIDDEN"})
     msp.add_point((38, 35))
     msp.add_ellipse((10, 40), major_axis=(6, 0), ratio=0.5, dxfattribs={"color": 4})
@@ -53,12 +60,17 @@ PROBES = {
     "20,0": "red",       # line on layer RED, colour by layer
     "6.46,13.54": "blue",  # on the mirrored arc (OCS angle 45 degrees lands left of the centre)
     "13.54,13.54": "white",  # where an unmirrored arc would be
+    "63.54,33.54": "blue",   # the unmirrored arc...
+    "56.46,33.54": "white",  # ...not its mirror image
+    "57,40": "blue",         # a true colour wins over the index colour
+    "58,17": "green",        # the bulge's half circle below its chord
+    "58,23": "white",
     "25,5.4": "green",   # inside the wide polyline's band
     "25,6.5": "white",
     "5,25": "magenta",   # inside the solid polyline hatch
     "20,23": "magenta",  # inside the half disc bounded by the clockwise arc
     "20,17": "white",
-    "35,28": "red",      # the block's line, turned upwards and doubled, colour by block
+    "35,28": "red",      # the nested block's line, turned upwards and doubled, colour by block
     "39,25": "white",
     "20,-5": "white",    # layer off
     "39,36": "black",    # PDMODE 35: circle of the point glyph

@@ -29,11 +29,6 @@ T* openDialog(const char* name) {
   return nullptr;
 }
 
-std::size_t entityCount(workbench::MainWindow& w) {
-  standalone::DrawingDatabase& db = w.session()->host().drawing();
-  return db.entitiesOf(db.modelSpace()).size();
-}
-
 QAction* corvaneItem(workbench::MainWindow& w, const QString& macro) {
   for (QAction* a : w.corvaneMenu()->actions())
     if (a->data().toString() == macro) return a;
@@ -63,17 +58,17 @@ TEST_F(WorkbenchTest, TheFormulaDialogDrawsTheChosenCurveAtAClickedOrigin) {
          [&] { QTest::mouseClick(&view, Qt::LeftButton, Qt::NoModifier, view.toWidget({0, 0}).toPoint()); }},
         {[&] { return dialog->isVisible() && !window().waiting(); },
          [&] {
-           previewed = entityCount(window());
+           previewed = modelSpaceSize();
            // A slider moved after the preview redraws in place: the old curve goes.
            dialog->slider(1)->setValue(dialog->slider(1)->value() + 1);
-           afterSlider = entityCount(window());
+           afterSlider = modelSpaceSize();
            QTimer::singleShot(0, dialog, &workbench::FormulaDialog::closeDialog);
          }}});
   formula->trigger();
   runUntilPlayed();
   EXPECT_GT(previewed, 0u);
   EXPECT_EQ(afterSlider, previewed);
-  EXPECT_EQ(entityCount(window()), previewed);
+  EXPECT_EQ(modelSpaceSize(), previewed);
   standalone::SettingsFile settings(dir_.file("settings.reg"), [](const std::string&) {});
   EXPECT_EQ(settings.readInt(standalone::kCorvaneKey, "formula_ListIndex"), 5u);
   EXPECT_EQ(settings.readInt(standalone::kCorvaneKey, "formula_curveIsPline"), 1u);
@@ -100,9 +95,9 @@ TEST_F(WorkbenchTest, TheHoleNetDialogDrawsThePicturesHoles) {
            window().submitLine("100");
            QTimer::singleShot(0, dialog, &workbench::HoleNetDialog::doDrawing);
          }},
-        {[&] { return dialog->isVisible() && entityCount(window()) > 0; },
+        {[&] { return dialog->isVisible() && modelSpaceSize() > 0; },
          [&] {
-           holes = entityCount(window());
+           holes = modelSpaceSize();
            QTimer::singleShot(0, dialog, &QDialog::accept);
          }}});
   window().submitLine("txwk");

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "apps/corvane-workbench/command_panel.h"
+#include "apps/corvane-workbench/session.h"
 #include "standalone/editor/settings_file.h"
 #include "standalone/render/render.h"
 
@@ -69,8 +70,20 @@ void WorkbenchTest::runUntilIdle(int timeoutMs) {
   QApplication::processEvents();
 }
 
+bool WorkbenchTest::openDemo() {
+  return window_->openDrawing(QString::fromStdString(std::string(CORVANE_SAMPLES) + "/demo.dxf"));
+}
+
+standalone::DrawingDatabase& WorkbenchTest::db() { return window_->session()->host().drawing(); }
+
+std::size_t WorkbenchTest::modelSpaceSize() { return db().entitiesOf(db().modelSpace()).size(); }
+
 std::string WorkbenchTest::dumpWithEzdxf(const std::string& dxfPath) {
-  std::string command = std::string(CORVANE_PYTHON) + " " + CORVANE_DUMP_DXF + " '" + dxfPath + "' 2>&1";
+  return pythonOutput(std::string(CORVANE_DUMP_DXF) + " '" + dxfPath + "'");
+}
+
+std::string WorkbenchTest::pythonOutput(const std::string& arguments) {
+  std::string command = std::string(CORVANE_PYTHON) + " " + arguments + " 2>&1";
   std::string out;
   if (FILE* pipe = popen(command.c_str(), "r")) {
     std::array<char, 4096> buf;

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "apps/corvane-workbench/main_window.h"
+#include "standalone/db/database.h"
 #include "tests/support/temp_dir.h"
 
 namespace workbench_test {
@@ -20,6 +21,11 @@ class WorkbenchTest : public ::testing::Test {
   ~WorkbenchTest() override;
 
   workbench::MainWindow& window() { return *window_; }
+  // Opens samples/demo.dxf; false when it could not be opened.
+  bool openDemo();
+  // The open drawing and how many entities its model space holds.
+  standalone::DrawingDatabase& db();
+  std::size_t modelSpaceSize();
   // A step of a user's play: done once its condition holds. Commands wait
   // for answers inside nested event loops, so the play is driven by a timer
   // that runs inside them, never by code after the command was started.
@@ -41,6 +47,8 @@ class WorkbenchTest : public ::testing::Test {
   bool runUntil(const std::function<bool()>& condition, int timeoutMs = 20000);
   // Entities of model space, by DXF kind as ezdxf reads the saved file.
   std::string dumpWithEzdxf(const std::string& dxfPath);
+  // What the Python that has ezdxf prints for these arguments (stderr too).
+  std::string pythonOutput(const std::string& arguments);
   int countOf(const std::string& dump, const std::string& kind);
   // Writes a picture of the widget into the screenshot folder (CORVANE_WORKBENCH_SHOTS) when one is given.
   void screenshot(QWidget& widget, const QString& name);

@@ -21,8 +21,6 @@
 namespace workbench_test {
 namespace {
 
-const std::string kDemo = std::string(CORVANE_SAMPLES) + "/demo.dxf";
-
 int countKind(workbench::MainWindow& w, std::size_t variantIndex) {
   standalone::DrawingDatabase& db = w.session()->host().drawing();
   int n = 0;
@@ -39,8 +37,8 @@ QAction* menuAction(QMenu* menu, const QString& label) {
   return nullptr;
 }
 
-TEST_F(WorkbenchTest, OpensRunsFromTheMenuAndTypedAndSavesWhatEzdxfReads) {
-  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+TEST_F(WorkbenchTest, OpensRunsFromTheMenuAndTypedTurnsALayerOffAndSavesWhatEzdxfReads) {
+  ASSERT_TRUE(openDemo());
   EXPECT_FALSE(window().isWindowModified());
   EXPECT_EQ(window().layerPanel()->topLevelItemCount(), 5);
   // The Corvane menu is the one the plug-in loaded from its menu file.
@@ -56,10 +54,10 @@ TEST_F(WorkbenchTest, OpensRunsFromTheMenuAndTypedAndSavesWhatEzdxfReads) {
   EXPECT_NE(transcript().find("Command: _ZORL_PLDevide"), std::string::npos) << transcript();
 
   // Typed, with the answers on the same line as the script rules allow.
-  std::size_t entities = window().session()->host().drawing().entitiesOf(window().session()->host().drawing().modelSpace()).size();
+  std::size_t entities = modelSpaceSize();
   window().commandPanel()->typeLine("PLBH 0,15   ");
   runUntilIdle();
-  std::size_t after = window().session()->host().drawing().entitiesOf(window().session()->host().drawing().modelSpace()).size();
+  std::size_t after = modelSpaceSize();
   EXPECT_GT(after, entities) << transcript();
   EXPECT_TRUE(window().isWindowModified());
   EXPECT_EQ(window().commandPanel()->history().back(), "PLBH 0,15   ");
@@ -70,16 +68,12 @@ TEST_F(WorkbenchTest, OpensRunsFromTheMenuAndTypedAndSavesWhatEzdxfReads) {
   for (QAction* a : window().menuBar()->actions())
     if (a->text() == "&Edit") editMenu = a->menu();
   ASSERT_NE(editMenu, nullptr);
-  auto modelSpaceCount = [&] {
-    standalone::DrawingDatabase& db = window().session()->host().drawing();
-    return db.entitiesOf(db.modelSpace()).size();
-  };
   menuAction(editMenu, "&Undo")->trigger();
   runUntilIdle();
-  EXPECT_EQ(modelSpaceCount(), entities) << transcript();
+  EXPECT_EQ(modelSpaceSize(), entities) << transcript();
   menuAction(editMenu, "&Redo")->trigger();
   runUntilIdle();
-  EXPECT_EQ(modelSpaceCount(), after) << transcript();
+  EXPECT_EQ(modelSpaceSize(), after) << transcript();
 
   // A plot of the drawing on A3 landscape, fitted.
   standalone::PlotSettings plot;
@@ -92,9 +86,23 @@ TEST_F(WorkbenchTest, OpensRunsFromTheMenuAndTypedAndSavesWhatEzdxfReads) {
   pdfFile.read(head.data(), 5);
   EXPECT_EQ(head, "%PDF-");
 
+  // A layer turned off leaves the picture and is saved so.
+  window().view()->zoomExtents();
+  QImage shown = window().view()->picture().copy();
+  for (standalone::LayerState layer : db().layerStates())
+    if (layer.name == "Outline") {
+      layer.on = false;
+      ASSERT_TRUE(db().setLayerState(layer));
+    }
+  window().view()->drawingChanged();
+  EXPECT_NE(window().view()->picture(), shown);
+
   std::string out = dir_.file("saved.dxf");
   ASSERT_TRUE(window().saveDrawingAs(QString::fromStdString(out)));
   EXPECT_FALSE(window().isWindowModified());
+  EXPECT_EQ(pythonOutput("-c \"import ezdxf,sys; print(ezdxf.readfile(sys.argv[1]).layers.get('Outline').is_off())\" '" +
+                         out + "'"),
+            "True\n");
   std::string dump = dumpWithEzdxf(out);
   EXPECT_EQ(countOf(dump, "LWPOLYLINE"), polylines + 1) << dump;
   int lines = 0;
@@ -103,7 +111,7 @@ TEST_F(WorkbenchTest, OpensRunsFromTheMenuAndTypedAndSavesWhatEzdxfReads) {
 }
 
 TEST_F(WorkbenchTest, UnsavedChangesAreAskedAboutBeforeTheyAreLost) {
-  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  ASSERT_TRUE(openDemo());
   window().submitLine("PLDF W 0,10 50,20  8");
   runUntilIdle();
   ASSERT_TRUE(window().isWindowModified());
@@ -118,36 +126,35 @@ TEST_F(WorkbenchTest, UnsavedChangesAreAskedAboutBeforeTheyAreLost) {
       }
   });
   answerer.start(10);
-  EXPECT_FALSE(window().openDrawing(QString::fromStdString(kDemo)));  // Cancel keeps the changed drawing
+  EXPECT_FALSE(openDemo());  // Cancel keeps the changed drawing
   EXPECT_EQ(asked, 1);
   EXPECT_TRUE(window().isWindowModified());
   reply = QMessageBox::Discard;
-  EXPECT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  EXPECT_TRUE(openDemo());
   EXPECT_EQ(asked, 2);
   EXPECT_FALSE(window().isWindowModified());
-  EXPECT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));  // nothing to lose: no question
+  EXPECT_TRUE(openDemo());  // nothing to lose: no question
   EXPECT_EQ(asked, 2);
 }
 
 TEST_F(WorkbenchTest, AMenuPickCancelsTheRunningCommandAndRunsItsOwn) {
-  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
-  standalone::DrawingDatabase& db = window().session()->host().drawing();
-  std::size_t entities = db.entitiesOf(db.modelSpace()).size();
+  ASSERT_TRUE(openDemo());
+  std::size_t entities = modelSpaceSize();
   play({{[&] { return window().waiting(); }, [&] { window().runMacro("^C^C_ZORL_PLBH"); }},
         {[&] { return window().waiting() && transcript().find("Command: _ZORL_PLBH") != std::string::npos; },
          [&] { window().submitLine("^C"); }}});
   window().submitLine("PLDF");
   runUntilPlayed();
-  EXPECT_EQ(db.entitiesOf(db.modelSpace()).size(), entities) << transcript();
+  EXPECT_EQ(modelSpaceSize(), entities) << transcript();
   EXPECT_FALSE(window().busy());
 }
 
 TEST_F(WorkbenchTest, PointPromptsTakeSnappedClicksFromTheView) {
-  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  ASSERT_TRUE(openDemo());
   workbench::DrawingView& view = *window().view();
   view.zoomExtents();
   QApplication::processEvents();
-  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  standalone::DrawingDatabase& db = this->db();
   // The demo's first line: its ends are where the connector must start and end exactly.
   std::optional<host::Line> line;
   for (host::ObjectId id : db.entitiesOf(db.modelSpace()))
@@ -175,9 +182,9 @@ TEST_F(WorkbenchTest, PointPromptsTakeSnappedClicksFromTheView) {
 }
 
 TEST_F(WorkbenchTest, PlAffClickPreviewsOneStepAtTheCursorWithoutChangingTheDrawing) {
-  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  ASSERT_TRUE(openDemo());
   workbench::DrawingView& view = *window().view();
-  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  standalone::DrawingDatabase& db = this->db();
   auto shapes = [&] {
     std::vector<std::pair<host::ObjectId, host::EntityData>> out;
     for (host::ObjectId id : db.entitiesOf(db.modelSpace())) out.emplace_back(id, db.read(id)->data);
@@ -220,7 +227,7 @@ TEST_F(WorkbenchTest, PlAffClickPreviewsOneStepAtTheCursorWithoutChangingTheDraw
 }
 
 TEST_F(WorkbenchTest, AGripMovedOnALinkedShapeTakesItsConnectorAlong) {
-  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  standalone::DrawingDatabase& db = this->db();
   auto rectangle = [&](double x0, double x1) {
     host::Entity e;
     e.props = db.defaultProps();
@@ -262,7 +269,7 @@ TEST_F(WorkbenchTest, AGripMovedOnALinkedShapeTakesItsConnectorAlong) {
 }
 
 TEST_F(WorkbenchTest, WindowsSelectInsideAndCrossingsWhatTheyTouch) {
-  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  ASSERT_TRUE(openDemo());
   workbench::DrawingView& view = *window().view();
   view.zoomExtents();
   QApplication::processEvents();
@@ -275,7 +282,7 @@ TEST_F(WorkbenchTest, WindowsSelectInsideAndCrossingsWhatTheyTouch) {
     QApplication::processEvents();
     return view.selection().size();
   };
-  standalone::DrawingDatabase& db = window().session()->host().drawing();
+  standalone::DrawingDatabase& db = this->db();
   ge::Extents3d all;
   for (host::ObjectId id : db.entitiesOf(db.modelSpace()))
     if (auto box = standalone::entityExtents(db, window().session()->host().host().curves, db.peek(id)->data))
@@ -292,7 +299,7 @@ TEST_F(WorkbenchTest, WindowsSelectInsideAndCrossingsWhatTheyTouch) {
 }
 
 TEST_F(WorkbenchTest, TheWheelZoomsAboutTheCursorAndTheViewPans) {
-  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
+  ASSERT_TRUE(openDemo());
   workbench::DrawingView& view = *window().view();
   QPointF at(view.width() * 0.3, view.height() * 0.7);
   ge::Point2d before = view.toDrawing(at);
@@ -305,30 +312,6 @@ TEST_F(WorkbenchTest, TheWheelZoomsAboutTheCursorAndTheViewPans) {
   ge::Point2d centre = window().session()->host().view().center;
   view.panByPixels({10, 0});
   EXPECT_LT(window().session()->host().view().center.x, centre.x);  // the drawing follows the hand
-}
-
-TEST_F(WorkbenchTest, ALayerTurnedOffLeavesThePictureAndIsSaved) {
-  ASSERT_TRUE(window().openDrawing(QString::fromStdString(kDemo)));
-  window().view()->zoomExtents();
-  QImage shown = window().view()->picture().copy();
-  standalone::DrawingDatabase& db = window().session()->host().drawing();
-  for (standalone::LayerState layer : db.layerStates())
-    if (layer.name == "Outline") {
-      layer.on = false;
-      ASSERT_TRUE(db.setLayerState(layer));
-    }
-  window().view()->drawingChanged();
-  EXPECT_NE(window().view()->picture(), shown);
-  std::string out = dir_.file("layers.dxf");
-  ASSERT_TRUE(window().saveDrawingAs(QString::fromStdString(out)));
-  std::string command = std::string(CORVANE_PYTHON) +
-                        " -c \"import ezdxf,sys; d=ezdxf.readfile(sys.argv[1]); print(d.layers.get('Outline').is_off())\" '" +
-                        out + "'";
-  FILE* pipe = popen(command.c_str(), "r");
-  char buf[64] = {};
-  ASSERT_TRUE(pipe && fgets(buf, sizeof buf, pipe));
-  pclose(pipe);
-  EXPECT_EQ(std::string(buf), "True\n");
 }
 
 }  // namespace

@@ -14,7 +14,6 @@
 #include "apps/corvane-workbench/drawing_view.h"
 #include "apps/corvane-workbench/layer_panel.h"
 #include "apps/corvane-workbench/properties_panel.h"
-#include "standalone/editor/entity_finder.h"
 #include "apps/corvane-workbench/session.h"
 #include "tests/workbench/workbench_fixture.h"
 
@@ -273,8 +272,7 @@ TEST_F(WorkbenchTest, WindowsSelectInsideAndCrossingsWhatTheyTouch) {
   workbench::DrawingView& view = *window().view();
   view.zoomExtents();
   QApplication::processEvents();
-  auto drag = [&](ge::Point2d from, ge::Point2d to) {
-    QPoint a = view.toWidget(from).toPoint(), b = view.toWidget(to).toPoint();
+  auto drag = [&](QPoint a, QPoint b) {
     QTest::mousePress(&view, Qt::LeftButton, Qt::NoModifier, a);
     QTest::mouseMove(&view, (a + b) / 2);
     QTest::mouseMove(&view, b);
@@ -282,17 +280,12 @@ TEST_F(WorkbenchTest, WindowsSelectInsideAndCrossingsWhatTheyTouch) {
     QApplication::processEvents();
     return view.selection().size();
   };
-  standalone::DrawingDatabase& db = this->db();
-  ge::Extents3d all;
-  for (host::ObjectId id : db.entitiesOf(db.modelSpace()))
-    if (auto box = standalone::entityExtents(db, window().session()->host().host().curves, db.peek(id)->data))
-      all.add(*box);
-  ge::Point2d lo{all.min.x - 1, all.min.y - 1}, hi{all.max.x + 1, all.max.y + 1};
-  ge::Point2d mid{(all.min.x + all.max.x) / 2, (all.min.y + all.max.y) / 2};
-  std::size_t total = db.entitiesOf(db.modelSpace()).size();
-  EXPECT_EQ(drag(lo, hi), total);                 // a window round everything
-  std::size_t windowHalf = drag({lo.x, lo.y}, {mid.x, hi.y});
-  std::size_t crossingHalf = drag({mid.x, hi.y}, {lo.x, lo.y});  // the same box, right to left
+  // Zoomed to the extents, the corners of the view lie round everything.
+  QPoint lo(1, view.height() - 2), hi(view.width() - 2, 1), mid(view.width() / 2, 1);
+  std::size_t total = modelSpaceSize();
+  EXPECT_EQ(drag(lo, hi), total);              // a window round everything
+  std::size_t windowHalf = drag(lo, mid);
+  std::size_t crossingHalf = drag(mid, lo);  // the same box, right to left
   EXPECT_LT(windowHalf, crossingHalf);
   EXPECT_LE(crossingHalf, total);
   EXPECT_GT(window().propertiesPanel()->topLevelItemCount(), 0);

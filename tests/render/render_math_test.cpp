@@ -30,6 +30,15 @@ void expectNear(ge::Point2d got, ge::Point2d want, double tol) {
 }
 }  // namespace
 
+// The mirrored normal (0,0,-1) is checked through the arc it turns around (ProjectArc);
+// a tilted one here, where a transposed frame would show.
+TEST(Ocs, ANormalOffTheZAxisUsesZCrossNForItsXAxis) {
+  ge::Vector3d n = ge::Vector3d{1, 0, 1}.normalized();
+  ge::Vector3d x2 = ocsToWorld(n).apply(ge::kXAxis);
+  EXPECT_NEAR(x2.dot(n), 0, 1e-12);
+  EXPECT_NEAR(x2.y, 1, 1e-12);
+}
+
 TEST(ProjectArc, MirroredArcRunsClockwiseThroughTheMirroredQuadrant) {
   ge::Matrix3d ocs = ocsToWorld({0, 0, -1});
   auto arc = projectArc({}, {0, 0, 0}, ocs.apply(ge::kXAxis), ocs.apply(ge::kYAxis), 10, 0, kPi / 2);

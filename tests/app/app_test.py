@@ -90,7 +90,7 @@ class Program(corvane_case.ProgramCase):
         bad = self.write("bad.dxf", "0\nSECTION\n2\nENTITIES\n0\nLINE\n10\nnot-a-number\n")
         self.assertOneLineFailure(self.corvane(bad, "-c", "ZOOM E", "-o", out), "line")
         r = self.corvane(src, "-c", "xyz ZOOM E", "-o", out)
-        self.assertOneLineFailure(r, "XYZ", "nothing written")
+        self.assertOneLineFailure(r, "xyz", "nothing written")
         self.assertIn('Unknown command "XYZ".  Press F1 for help.', r.stdout)
         self.assertIn("Command: ZOOM", r.stdout)  # the rest of the script still runs
         self.assertOneLineFailure(self.corvane(src, "-c", "ERASE ALL", "-o", out), "Select objects:")

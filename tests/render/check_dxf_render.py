@@ -1,10 +1,12 @@
 """Draws a DXF with ezdxf (an independent writer), renders it through our
-reader and renderer, and checks the colour found at points of each entity."""
+reader and renderer, and checks the colour found at points of each entity;
+the SVG drawn beside the picture is read by an XML parser, the PDF by its magic."""
 import math
 import os
 import subprocess
 import sys
 import tempfile
+import xml.etree.ElementTree as ET
 
 import ezdxf
 from ezdxf.colors import rgb2int
@@ -109,6 +111,15 @@ def main(tool):
         assert len(out.splitlines()) == len(PROBES), out
         if failures:
             sys.exit("\n".join(failures))
+        svg = "{http://www.w3.org/2000/svg}"
+        root = ET.parse(os.path.join(tmp, "out.svg")).getroot()
+        assert root.tag == svg + "svg", root.tag
+        assert root.get("width").startswith(str(WIDTH)) and root.get("height").startswith(str(HEIGHT)), root.attrib
+        paths = [p for p in root.iter(svg + "path") if p.get("d")]
+        assert len(paths) >= 11, "each of the eleven entities shown draws a path at least: %d" % len(paths)
+        with open(os.path.join(tmp, "out.pdf"), "rb") as f:
+            assert f.read(5) == b"%PDF-"
+        assert sorted(os.listdir(tmp)) == ["in.dxf", "out.pdf", "out.png", "out.svg"], os.listdir(tmp)
     print("dxf render ok:", len(PROBES), "probes")
 
 

@@ -1,9 +1,11 @@
-// Loads a DXF file, renders it to PNG and reports, for each probe point given
-// in drawing units, the darkest pixel within two pixels of it:
+// Loads a DXF file, renders it to PNG (and to SVG and PDF beside it, named
+// like it) and reports, for each probe point given in drawing units, the
+// darkest pixel within two pixels of it:
 //   render_dxf_probe IN.dxf OUT.png WIDTH HEIGHT [X,Y ...]
 // prints one line "X,Y R G B" per probe. Used by the ezdxf-based check.
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <string>
 #include <type_traits>
 #include <variant>
@@ -40,6 +42,9 @@ int main(int argc, char** argv) {
       o.pointMode = static_cast<int>(numberOf((*pdmode)[0]));
     if (auto pdsize = db.headerVariable("PDSIZE"); pdsize && !pdsize->empty()) o.pointSize = numberOf((*pdsize)[0]);
     standalone::renderDrawingToPng(db, argv[2], o);
+    std::filesystem::path png = argv[2];
+    standalone::renderDrawingToSvg(db, std::filesystem::path(png).replace_extension(".svg"), o);
+    standalone::renderDrawingToPdf(db, std::filesystem::path(png).replace_extension(".pdf"), o);
     standalone::ViewTransform view = standalone::planView(db, o);
     render_test::Picture pic = render_test::loadPng(argv[2]);
     for (int i = 5; i < argc; ++i) {
@@ -54,5 +59,6 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "%s\n", e.what());
     return 1;
   }
+  standalone::releaseFontCaches();
   return 0;
 }

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "standalone/editor/answer_parse.h"
 #include "standalone/editor/answer_source.h"
 #include "standalone/editor/errors.h"
@@ -16,14 +18,10 @@ using namespace standalone;
 using ::testing::HasSubstr;
 
 TEST(AnswerParse, IntegersKeepToTheHostsSixteenBitRange) {
-  EXPECT_EQ(parseInteger("32767"), 32767);
-  EXPECT_EQ(parseInteger("-32768"), -32768);
-  EXPECT_EQ(parseInteger("+5"), 5);
-  EXPECT_FALSE(parseInteger("32768"));
+  const std::pair<const char*, std::optional<int>> cases[] = {
+      {"32767", 32767}, {"-32768", -32768}, {"+5", 5}, {"32768", {}}, {"1.0", {}}, {"", {}}, {"-", {}}};
+  for (const auto& [text, value] : cases) EXPECT_EQ(parseInteger(text), value) << text;
   EXPECT_TRUE(looksLikeInteger("32768"));
-  EXPECT_FALSE(parseInteger("1.0"));
-  EXPECT_FALSE(parseInteger(""));
-  EXPECT_FALSE(parseInteger("-"));
 }
 
 TEST(AnswerParse, RealsRefuseWhatIsNoNumber) {
@@ -43,13 +41,10 @@ TEST(AnswerParse, RelativePointsWithHeightAndMalformedPoints) {
 TEST(AnswerParse, KeywordAbbreviations) {
   // Capitals, whole words, local and global forms are checked at the keyword prompt end to end.
   KeywordList k("Yes No eXit LTYPE,LT");
-  EXPECT_EQ(k.match("ye"), "Yes");
-  EXPECT_EQ(k.match("x"), "eXit");
-  EXPECT_EQ(k.match("exit"), "eXit");
-  EXPECT_FALSE(k.match("ex"));  // neither the capital letters nor the whole word
-  EXPECT_EQ(k.match("lty"), "LTYPE");
-  EXPECT_FALSE(k.match("l"));
-  EXPECT_FALSE(k.match(""));
+  // "ex" is neither the capital letters nor the whole word.
+  const std::pair<const char*, std::optional<std::string>> cases[] = {
+      {"ye", "Yes"}, {"x", "eXit"}, {"exit", "eXit"}, {"ex", {}}, {"lty", "LTYPE"}, {"l", {}}, {"", {}}};
+  for (const auto& [text, keyword] : cases) EXPECT_EQ(k.match(text), keyword) << text;
   KeywordList mismatched("Ja Nein _ Yes");  // a global part of the wrong length is ignored
   EXPECT_EQ(mismatched.match("j"), "Ja");
 }
@@ -96,9 +91,9 @@ TEST(ScriptReader, BadTextIsRefusedWithTheLineNumber) {
   } catch (const ScriptError& e) {
     EXPECT_STREQ(e.what(), "demo.scr line 2: not UTF-8 text");
   }
-  EXPECT_FALSE(isCleanUtf8(std::string("a\0b", 3)));
-  EXPECT_FALSE(isCleanUtf8("\xE0\x80\xAF"));   // overlong
-  EXPECT_FALSE(isCleanUtf8("\xED\xA0\x80"));   // surrogate
+  // NUL, overlong and surrogate encodings are no clean text.
+  for (std::string bad : {std::string("a\0b", 3), std::string("\xE0\x80\xAF"), std::string("\xED\xA0\x80")})
+    EXPECT_FALSE(isCleanUtf8(bad));
   EXPECT_TRUE(isCleanUtf8("多段线 ok"));
 }
 

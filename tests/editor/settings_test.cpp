@@ -210,18 +210,16 @@ TEST_F(SysVarTest, RegistryVariablesLiveInTheSettingsFileAndSessionVariablesNowh
 }
 
 TEST_F(SysVarTest, RefusedValues) {
-  EXPECT_EQ(vars.setVar("VIEWSIZE", host::ResBuf::real(3)), host::RTERROR);  // read-only
-  EXPECT_EQ(vars.setVar("PDMODE", host::ResBuf::shortInt(5)), host::RTERROR);
-  EXPECT_EQ(vars.setVar("PDMODE", host::ResBuf::shortInt(99)), host::RTNORM);  // 96 + 3
-  EXPECT_EQ(vars.setVar("PDMODE", host::ResBuf::text("3")), host::RTERROR);
-  EXPECT_EQ(vars.setVar("CMDECHO", host::ResBuf::shortInt(2)), host::RTERROR);
-  EXPECT_EQ(vars.setVar("CMDECHO", host::ResBuf::real(0)), host::RTERROR);
-  EXPECT_EQ(vars.setVar("PICKBOX", host::ResBuf::shortInt(51)), host::RTERROR);
-  EXPECT_EQ(vars.setVar("SPLINETYPE", host::ResBuf::shortInt(4)), host::RTERROR);
-  EXPECT_EQ(vars.setVar("CECOLOR", host::ResBuf::text("256")), host::RTERROR);
-  EXPECT_EQ(vars.setVar("CLAYER", host::ResBuf::text("")), host::RTERROR);
-  EXPECT_EQ(vars.setVar("MENUBAR", host::ResBuf::longInt(70000)), host::RTERROR);
-  ASSERT_EQ(header.values.size(), 1u);  // only the one accepted value was written
+  using R = host::ResBuf;
+  EXPECT_EQ(vars.setVar("PDMODE", R::shortInt(99)), host::RTNORM);  // 96 + 3
+  // VIEWSIZE is read-only; PDMODE takes 0 to 4 plus 32, 64 or 96; CMDECHO 0 or 1; PICKBOX up to 50.
+  const std::pair<const char*, R> refused[] = {
+      {"VIEWSIZE", R::real(3)},       {"PDMODE", R::shortInt(5)},      {"PDMODE", R::text("3")},
+      {"CMDECHO", R::shortInt(2)},    {"CMDECHO", R::real(0)},         {"PICKBOX", R::shortInt(51)},
+      {"SPLINETYPE", R::shortInt(4)}, {"CECOLOR", R::text("256")},     {"CLAYER", R::text("")},
+      {"MENUBAR", R::longInt(70000)}};
+  for (const auto& [name, value] : refused) EXPECT_EQ(vars.setVar(name, value), host::RTERROR) << name;
+  ASSERT_EQ(header.values.size(), 1u);  // only the one accepted value was written, and not overwritten
   EXPECT_EQ(header.values["$PDMODE"].second, host::ResBuf::shortInt(99));
 }
 

@@ -185,12 +185,10 @@ TEST(View, FitKeepsTheMarginAndMapsBothWays) {
 }
 
 TEST(Color, PaletteAndResolution) {
-  EXPECT_EQ(aciToRgb(1), (Rgb{1, 0, 0}));
-  EXPECT_EQ(aciToRgb(5), (Rgb{0, 0, 1}));
-  EXPECT_EQ(aciToRgb(7), kBlack);  // white on the host's dark screen, black on paper
-  EXPECT_EQ(aciToRgb(8), packedToRgb(0x808080));
-  EXPECT_EQ(aciToRgb(0), kBlack);
-  EXPECT_EQ(aciToRgb(300), kBlack);
+  // 7 is white on the host's dark screen, black on paper; 0 and 300 are no palette colours.
+  const std::pair<int, Rgb> palette[] = {{1, {1, 0, 0}}, {5, {0, 0, 1}}, {7, kBlack},
+                                         {8, packedToRgb(0x808080)}, {0, kBlack}, {300, kBlack}};
+  for (const auto& [index, rgb] : palette) EXPECT_EQ(aciToRgb(index), rgb) << index;
   Rgb green{0, 1, 0};
   EXPECT_EQ(resolveColor({256, std::nullopt}, green, host::Color{3, std::nullopt}), green);
   EXPECT_EQ(resolveColor({256, std::nullopt}, kBlack, std::nullopt), kBlack);

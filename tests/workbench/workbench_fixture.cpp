@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <array>
 #include <cstdio>
+#include <sstream>
 
 #include "apps/corvane-workbench/command_panel.h"
 #include "apps/corvane-workbench/session.h"
@@ -95,14 +96,9 @@ std::string WorkbenchTest::pythonOutput(const std::string& arguments) {
 }
 
 int WorkbenchTest::countOf(const std::string& dump, const std::string& kind) {
+  std::istringstream lines(dump);
   int n = 0;
-  std::size_t at = 0;
-  while (at < dump.size()) {
-    std::size_t end = dump.find('\n', at);
-    if (end == std::string::npos) end = dump.size();
-    if (dump.compare(at, kind.size() + 1, kind + " ") == 0) ++n;
-    at = end + 1;
-  }
+  for (std::string line; std::getline(lines, line);) n += line.starts_with(kind + " ");
   return n;
 }
 

@@ -113,7 +113,7 @@ TEST(Zoom, BlockReferencesHaveExtentsThroughTheHostsCurveServices) {
   EXPECT_NE(session.host().host().curves.getGeomExtents(ref, ext), host::ErrorStatus::eOk);
 }
 
-TEST(HostCommandTokens, EraseDrivenByTokensAndEchoFollowsCmdecho) {
+TEST(HostCommandTokens, EraseDrivenByTokensEchoFollowsCmdechoTooFewTokensCancelAndUnknownNamesFail) {
   HostFixture f;
   host::ObjectId a = f.add(host::Line{{0, 0, 0}, {1, 0, 0}});
   host::ObjectId b = f.add(host::Line{{0, 5, 0}, {1, 5, 0}});
@@ -130,12 +130,7 @@ TEST(HostCommandTokens, EraseDrivenByTokensAndEchoFollowsCmdecho) {
   EXPECT_EQ(rc, host::RTNORM);
   EXPECT_FALSE(h.drawing.read(b));
   EXPECT_THAT(f.transcript().substr(before), Not(HasSubstr("Select objects")));
-}
-
-TEST(HostCommandTokens, TooFewTokensCancelAndUnknownNamesFail) {
-  HostFixture f;
-  f.add(host::Line{{0, 0, 0}, {1, 0, 0}});
-  host::Host& h = f.host().host();
+  // Too few tokens cancel; unknown names fail.
   EXPECT_EQ(h.hostCommands.command({host::ResBuf::text("ZOOM"), host::ResBuf::text("W"), host::ResBuf::text("0,0")}),
             host::RTCAN);
   EXPECT_EQ(h.hostCommands.command({host::ResBuf::text("NOSUCH")}), host::RTERROR);

@@ -70,6 +70,8 @@ TEST_F(RenderDrawing, SolidHatchFillsItsInsideAndLeavesItsIsland) {
                           {.flags = 2, .polyline = {{-2, -2}, {2, -2}, {2, 2}, {-2, 2}}}}};
   Picture pic = renderAlone(h);
   expectProbes(pic, {{-5, 5, true, 0}, {6, -6, true, 0}, {0, 0, false, 0} /* the island is open */, {9, 0, false, 0}});
+  const render_test::Pixel paper = pic.at(199, 0);
+  EXPECT_EQ(paper.r + paper.g + paper.b, 3 * 255) << "the paper is pure white";
   // A patterned hatch shows only its boundary.
   h.solidFill = false;
   h.patternName = "ANSI31";

@@ -67,12 +67,14 @@ PROBES = {
     "57,40": "blue",         # a true colour wins over the index colour
     "58,17": "green",        # the bulge's half circle below its chord
     "58,23": "white",
-    "25,5.4": "green",   # inside the wide polyline's band
-    "25,6.5": "white",
+    "25,5.4": "green",   # inside the wide polyline's band, 1 wide about y = 5
+    "25,4.6": "green",
+    "25,6.1": "white",   # just beyond it
     "5,25": "magenta",   # inside the solid polyline hatch
     "20,23": "magenta",  # inside the half disc bounded by the clockwise arc
     "20,17": "white",
     "35,28": "red",      # the nested block's line, turned upwards and doubled, colour by block
+    "35,31": "red",      # beyond the length it would have undoubled
     "39,25": "white",
     "20,-5": "white",    # layer off
     "39,36": "black",    # PDMODE 35: circle of the point glyph

@@ -87,22 +87,4 @@ TEST(OddRecord, UnusableSplinesAreRefused) {
   for (size_t i = 12; i < 16; ++i) EXPECT_NE(kernel.getEndParam(recs[i], v), ErrorStatus::eOk) << i;
 }
 
-TEST(Extents, HatchAndImage) {
-  Hatch h;
-  HatchPath path;
-  path.flags = 1;
-  path.edges = {HatchLineEdge{{0, 0}, {4, 0}}, HatchArcEdge{{4, 2}, 2, -std::numbers::pi / 2, std::numbers::pi / 2, true},
-                HatchLineEdge{{4, 4}, {0, 4}}, HatchLineEdge{{0, 4}, {0, 0}}};
-  h.paths = {path};
-  ge::Extents3d e;
-  ASSERT_EQ(kernel.getGeomExtents(h, e), ErrorStatus::eOk);
-  EXPECT_NEAR(e.max.x, 6, 1e-12);
-  EXPECT_NEAR(e.max.y, 4, 1e-12);
-  Image im;
-  im.insertion = {1, 1, 0};
-  im.widthPixels = 10, im.heightPixels = 5;
-  ASSERT_EQ(kernel.getGeomExtents(im, e), ErrorStatus::eOk);
-  EXPECT_EQ(e.max, (Point3d{11, 6, 0}));
-}
-
 }  // namespace

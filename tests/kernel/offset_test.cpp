@@ -54,21 +54,16 @@ LwPolyline square(double side) {
   return pl;
 }
 
-TEST(Offset, CirclesAndArcsChangeRadiusOnly) {
+TEST(Offset, CirclesAndArcsChangeRadiusOnlyAndLinesMoveSideways) {
   auto out = offset(Circle{{1, 1, 0}, 3}, 2);
   ASSERT_EQ(out.size(), 1u);
   EXPECT_EQ(std::get<Circle>(out[0]).radius, 5);
   out = offset(Arc{{0, 0, 0}, 3, 0.5, 2}, -1);
   EXPECT_EQ(std::get<Arc>(out[0]).radius, 2);
   EXPECT_EQ(std::get<Arc>(out[0]).startAngle, 0.5);
-  offset(Circle{{0, 0, 0}, 3}, -3, ErrorStatus::eInvalidOffset);
-}
-
-TEST(Offset, LinesGoTowardsSmallerXForNegativeDistances) {
-  auto out = offset(Line{{0, 0, 0}, {0, 5, 0}}, -2);
-  EXPECT_EQ(std::get<Line>(out[0]).start, (Point3d{-2, 0, 0}));
-  out = offset(Line{{0, 5, 0}, {0, 0, 0}}, -2);
-  EXPECT_EQ(std::get<Line>(out[0]).start, (Point3d{-2, 5, 0}));
+  // Negative distances go towards smaller x whichever way the line runs.
+  EXPECT_EQ(std::get<Line>(offset(Line{{0, 0, 0}, {0, 5, 0}}, -2)[0]).start, (Point3d{-2, 0, 0}));
+  EXPECT_EQ(std::get<Line>(offset(Line{{0, 5, 0}, {0, 0, 0}}, -2)[0]).start, (Point3d{-2, 5, 0}));
 }
 
 TEST(Offset, CounterClockwiseSquareGrowsWithMitredCorners) {
@@ -78,9 +73,27 @@ TEST(Offset, CounterClockwiseSquareGrowsWithMitredCorners) {
   EXPECT_TRUE(pl.closed);
   EXPECT_EQ(pl.vertices.size(), 4u);
   EXPECT_NEAR(area(out[0]), 144, 1e-9);
-  out = offset(square(10), -1);
-  EXPECT_NEAR(area(out[0]), 64, 1e-9);
-  offset(square(10), -5.5, ErrorStatus::eInvalidOffset);
+  EXPECT_NEAR(area(offset(square(10), -1)[0]), 64, 1e-9);
+}
+
+// Nothing would remain, or there is no plane to offset in.
+TEST(Offset, RefusedWhenNothingRemainsOrOffThePlane) {
+  Polyline3d bent;
+  bent.vertices = {{{0, 0, 0}}, {{1, 0, 1}}};
+  const struct {
+    const char* what;
+    EntityData e;
+    double d;
+    ErrorStatus status;
+  } cases[] = {
+      {"circle shrunk to its centre", Circle{{0, 0, 0}, 3}, -3, ErrorStatus::eInvalidOffset},
+      {"square shrunk past its middle", square(10), -5.5, ErrorStatus::eInvalidOffset},
+      {"nonplanar 3D polyline", bent, 1, ErrorStatus::eNotApplicable},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_TRUE(offset(c.e, c.d, c.status).empty());
+  }
 }
 
 // A thin isosceles triangle pointing along +x with its tip angle in degrees.
@@ -163,32 +176,33 @@ TEST(Offset, InwardOffsetTrimsTheLoopsOfANarrowNeck) {
   }
 }
 
-TEST(Offset, OpenPolylineThatComesBackToItsStartStaysOpen) {
-  // A square drawn open, its last vertex on its first: offset inward, the
-  // first and last sides cross at (1, 1), where the result starts and ends.
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}};
-  auto out = offset(pl, -1);
-  ASSERT_EQ(out.size(), 1u);
-  const auto& r = std::get<LwPolyline>(out[0]);
-  EXPECT_FALSE(r.closed);
-  ASSERT_EQ(r.vertices.size(), 5u);
-  for (const auto& v : {r.vertices.front(), r.vertices.back()}) {
-    EXPECT_NEAR(v.x, 1, 1e-12);
-    EXPECT_NEAR(v.y, 1, 1e-12);
+// Open polylines stay open, their sides trimmed where they cross: a square
+// drawn open, its last vertex on its first, offset inward starts and ends
+// where its first and last sides cross; inside a bend the corner is cut.
+TEST(Offset, OpenPolylinesAreTrimmedWhereTheirSidesCross) {
+  const struct {
+    const char* what;
+    LwPolyline source;
+    double d;
+    std::vector<std::pair<size_t, Point3d>> vertices;  // index, where it lies; and the count last
+    size_t count;
+  } cases[] = {
+      {"square back to its start", LwPolyline{{{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}}}, -1, {{0, {1, 1, 0}}, {4, {1, 1, 0}}}, 5},
+      {"left turn, inside the corner", LwPolyline{{{0, 0}, {10, 0}, {10, 10}}}, -2, {{1, {8, 2, 0}}}, 3},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    auto out = offset(c.source, c.d);
+    ASSERT_EQ(out.size(), 1u);
+    const auto& r = std::get<LwPolyline>(out[0]);
+    EXPECT_FALSE(r.closed);
+    ASSERT_EQ(r.vertices.size(), c.count);
+    for (const auto& [i, p] : c.vertices) {
+      EXPECT_NEAR(r.vertices[i].x, p.x, 1e-12) << i;
+      EXPECT_NEAR(r.vertices[i].y, p.y, 1e-12) << i;
+    }
+    expectAtDistance(c.source, out, c.d);
   }
-}
-
-TEST(Offset, OpenPolylineOnTheInsideOfASharpBendIsTrimmed) {
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {10, 0}, {10, 10}};  // turns left: its right side is outside
-  auto out = offset(pl, -2);                   // left side, inside the corner
-  ASSERT_EQ(out.size(), 1u);
-  const auto& r = std::get<LwPolyline>(out[0]);
-  ASSERT_EQ(r.vertices.size(), 3u);
-  EXPECT_NEAR(r.vertices[1].x, 8, 1e-12);
-  EXPECT_NEAR(r.vertices[1].y, 2, 1e-12);
-  expectAtDistance(pl, out, 2);
 }
 
 TEST(Offset, EllipseGivesASplineWithinTheStatedTolerance) {
@@ -244,12 +258,6 @@ TEST(Offset, FreeFormOffsetFacingTheNextTurnOfASpiralKeepsItsDistance) {
     ASSERT_FALSE(out.empty());
     expectAtDistance(spiral, out, d, 1e-7 * 2 * 6.5);
   }
-}
-
-TEST(Offset, Nonplanar3dPolylineIsNotOffset) {
-  Polyline3d p;
-  p.vertices = {{{0, 0, 0}}, {{1, 0, 1}}};
-  offset(p, 1, ErrorStatus::eNotApplicable);
 }
 
 }  // namespace

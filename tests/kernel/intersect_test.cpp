@@ -122,45 +122,39 @@ TEST_P(CircleLine, ChordPointsAtTheClosedFormDistance) {
 INSTANTIATE_TEST_SUITE_P(Radii, CircleLine,
                          ::testing::Combine(::testing::Values(0.01, 1.0, 1000.0), ::testing::Values(0.0, 0.005, 0.7, 5.0)));
 
-TEST(Intersect, SplineAndCircle) {
-  Spline s;
-  kernel.fitSpline({{-3, 0, 0}, {-1, 0.5, 0}, {1, -0.5, 0}, {3, 0, 0}}, nullptr, nullptr, s);
-  Circle c{{0, 0, 0}, 2};
-  auto pts = meet(s, c);
-  ASSERT_EQ(pts.size(), 2u);
-  for (const auto& p : pts) {
-    EXPECT_NEAR(std::hypot(p.x, p.y), 2, 1e-9);
-    Point3d q;
-    kernel.getClosestPointTo(s, p, q);
-    EXPECT_LT(q.distanceTo(p), 1e-9);
-    // Intersection points count as on both curves for queries by point.
-    double d;
-    EXPECT_EQ(kernel.getDistAtPoint(s, p, d), ErrorStatus::eOk);
-    EXPECT_EQ(kernel.getDistAtPoint(c, p, d), ErrorStatus::eOk);
-  }
-}
-
-TEST(Intersect, TwoSplinesMeetAtPointsOnBoth) {
-  Spline a, b;
+// Free-form pairs are refined until each point lies on both curves, counts
+// as on both for queries by point, and the order of the pair does not matter.
+TEST(Intersect, SplinesMeetAtPointsOnBothCurves) {
+  Spline wave, a, b;
+  kernel.fitSpline({{-3, 0, 0}, {-1, 0.5, 0}, {1, -0.5, 0}, {3, 0, 0}}, nullptr, nullptr, wave);
   kernel.fitSpline({{0, 0, 0}, {2, 2, 0}, {4, -1, 0}, {6, 1, 0}, {8, 0, 0}}, nullptr, nullptr, a);
   kernel.fitSpline({{0, 1, 0}, {3, -2, 0}, {5, 2, 0}, {8, -1, 0}}, nullptr, nullptr, b);
-  auto pts = meet(a, b);
-  ASSERT_GE(pts.size(), 3u);
-  for (const auto& p : pts) {
-    Point3d qa, qb;
-    kernel.getClosestPointTo(a, p, qa), kernel.getClosestPointTo(b, p, qb);
-    EXPECT_LT(qa.distanceTo(p), 1e-9);
-    EXPECT_LT(qb.distanceTo(p), 1e-9);
+  const struct {
+    const char* what;
+    EntityData first, second;
+    size_t atLeast, atMost;
+  } cases[] = {
+      {"spline and circle", wave, Circle{{0, 0, 0}, 2}, 2, 2},
+      {"two splines", a, b, 3, 100},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    auto pts = meet(c.first, c.second);
+    ASSERT_GE(pts.size(), c.atLeast);
+    ASSERT_LE(pts.size(), c.atMost);
+    for (const auto& p : pts)
+      for (const EntityData* e : {&c.first, &c.second}) {
+        Point3d q;
+        double d;
+        kernel.getClosestPointTo(*e, p, q);
+        EXPECT_LT(q.distanceTo(p), 1e-9);
+        EXPECT_EQ(kernel.getDistAtPoint(*e, p, d), ErrorStatus::eOk);
+      }
+    auto back = meet(c.second, c.first);
+    ASSERT_EQ(back.size(), pts.size());
+    for (size_t i = 0; i < pts.size(); ++i) EXPECT_LT(back[i].distanceTo(pts[i]), 1e-9);
   }
-  // The same pair the other way round gives the same points.
-  auto back = meet(b, a);
-  ASSERT_EQ(back.size(), pts.size());
-  for (size_t i = 0; i < pts.size(); ++i) EXPECT_LT(back[i].distanceTo(pts[i]), 1e-9);
 }
-
-}  // namespace
-
-namespace {
 
 // The box of an arc segment, found without angles, against points sampled
 // along the arc by its angle: it holds them all, and each side is reached.

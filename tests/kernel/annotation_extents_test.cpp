@@ -166,11 +166,7 @@ TEST_F(BlockReferenceExtents, BoxesAreTightUnderEveryPlacement) {
   arrayed.columnCount = 3, arrayed.columnSpacing = 10;  // columns along the rotated X axis: world +Y
   arrayed.rowCount = 2, arrayed.rowSpacing = 5;         // rows along the rotated Y axis: world -X
   const double r = std::sqrt(0.5), half = std::sqrt(2.5);
-  const struct {
-    const char* what;
-    host::BlockReference ref;
-    Box box;
-  } cases[] = {
+  const struct { const char* what; host::BlockReference ref; Box box; } cases[] = {
       // The quarter ellipse (2 cos t, sin t) turned a quarter turn: (-sin t, 2 cos t).
       {"stretched and turned", {"QUARTER", {10, 0, 0}, {2, 1, 1}, kPi / 2}, {9, 0, 10, 2}},
       // (2 cos t - sin t, 2 cos t + sin t) / √2: the top is at tan t = 1/2, not at a corner of the box.

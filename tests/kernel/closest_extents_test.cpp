@@ -26,11 +26,7 @@ LwPolyline bulged() { return LwPolyline{{{0, 0, 1}, {2, 0, 0}, {2, 3, 0}}}; }
 TEST(ClosestPoint, LinesAndArcsClampToTheirEndsAndBulgesAreRound) {
   const Line line{{0, 0, 0}, {10, 0, 0}};
   const Arc arc{{0, 0, 0}, 5, 0, kPi / 2};
-  const struct {
-    const char* what;
-    EntityData e;
-    Point3d from, want;
-  } cases[] = {
+  const struct { const char* what; EntityData e; Point3d from, want; } cases[] = {
       {"line, beside", line, {3, 4, 0}, {3, 0, 0}},
       {"line, before its start", line, {-5, 1, 0}, {0, 0, 0}},
       {"line, past its end and off the plane", line, {15, -1, 2}, {10, 0, 0}},
@@ -78,12 +74,7 @@ TEST(Extents, ArcsBulgesHatchesAndImages) {
   Image image;
   image.insertion = {1, 1, 0};
   image.widthPixels = 10, image.heightPixels = 5;
-  const struct {
-    const char* what;
-    EntityData e;
-    Point3d min, max;
-    double tol = 1e-12;
-  } cases[] = {
+  const struct { const char* what; EntityData e; Point3d min, max; double tol = 1e-12; } cases[] = {
       // From -90° through 0° to 45°: the rightmost point lies inside the sweep, not at an end.
       {"arc across angle 0", Arc{{0, 0, 0}, 2, 1.5 * kPi, 0.25 * kPi}, {0, -2, 0}, {2, std::sqrt(2.0), 0}},
       {"polyline with a bulge", bulged(), {0, -1, 0}, {2, 3, 0}},
@@ -105,11 +96,7 @@ TEST(EndPoints, NormalAndElevationPlaceThem) {
   LwPolyline raised{{{0, 0}, {1, 0}}};
   raised.elevation = 5;
   raised.normal = {0, 0, -1};
-  const struct {
-    const char* what;
-    EntityData e;
-    Point3d start, end;
-  } cases[] = {
+  const struct { const char* what; EntityData e; Point3d start, end; } cases[] = {
       {"arc under normal -Z runs clockwise in world", Arc{{0, 0, 0}, 1, 0, kPi / 2, 0, {0, 0, -1}}, {-1, 0, 0}, {0, 1, 0}},
       {"polyline raised along normal -Z", raised, {0, 0, -5}, {-1, 0, -5}},
   };

@@ -129,11 +129,7 @@ TEST(Intersect, SplinesMeetAtPointsOnBothCurves) {
   kernel.fitSpline({{-3, 0, 0}, {-1, 0.5, 0}, {1, -0.5, 0}, {3, 0, 0}}, nullptr, nullptr, wave);
   kernel.fitSpline({{0, 0, 0}, {2, 2, 0}, {4, -1, 0}, {6, 1, 0}, {8, 0, 0}}, nullptr, nullptr, a);
   kernel.fitSpline({{0, 1, 0}, {3, -2, 0}, {5, 2, 0}, {8, -1, 0}}, nullptr, nullptr, b);
-  const struct {
-    const char* what;
-    EntityData first, second;
-    size_t atLeast, atMost;
-  } cases[] = {
+  const struct { const char* what; EntityData first, second; size_t atLeast, atMost; } cases[] = {
       {"spline and circle", wave, Circle{{0, 0, 0}, 2}, 2, 2},
       {"two splines", a, b, 3, 100},
   };

@@ -138,6 +138,7 @@ struct Case {
   LwPolyline source;
   double d;
   int loops;  // expected number of results; 0: any number, at least one
+  double loopArea = 0;  // expected area of each result; 0: not checked
 };
 
 std::ostream& operator<<(std::ostream& os, const Case& c) { return os << c.name; }
@@ -180,6 +181,9 @@ TEST_P(DenseOffset, ClosureAndDistanceHold) {
     EXPECT_EQ(out.size(), size_t(c.loops));
   }
   expectClosureAndDistance(c.source, c.d, out);
+  double area = 0;
+  for (const auto& r : out)
+    if (c.loopArea > 0) EXPECT_TRUE(kernel.getArea(r, area) == ErrorStatus::eOk && std::abs(area - c.loopArea) <= 1e-9) << area;
 }
 
 // Scribbles: random vertices in a square, some with bulges, some repeated,
@@ -235,7 +239,9 @@ std::vector<Case> cases() {
   knot.vertices = {{0, 0}, {20, 0}, {20, 8}, {26, 14}, {26, 10}, {20, 16}, {20, 20}, {0, 20}};
   out.push_back({"KnotGrows", knot, 1.5, 1});
   out.push_back({"KnotShrinks", knot, -0.5, 2});  // the knot's loop keeps an island
-  out.push_back({"DumbbellNeckVanishes", denseDumbbell(40), -1.5, 2});
+  // Inward by 1.5 the neck vanishes: two 7 x 7 squares, sides straight across the old neck.
+  out.push_back({"DumbbellNeckVanishes", denseDumbbell(40), -1.5, 2, 7 * 7});
+  out.push_back({"SparseDumbbellNeckVanishes", denseDumbbell(1), -1.5, 2, 7 * 7});
   out.push_back({"DumbbellNeckStays", denseDumbbell(40), -0.5, 1});
   out.push_back({"DumbbellGrows", denseDumbbell(40), 1.0, 1});
   return out;

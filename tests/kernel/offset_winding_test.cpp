@@ -17,12 +17,7 @@ TEST(OffsetWinding, ArcsSenseAndSelfCrossingLoops) {
   const Pline2 twice{{{{0, 0}, 0}, {{1, 0}, 0}, {{1, 1}, 0}, {{0, 1}, 0}, {{0, 0}, 0}, {{1, 0}, 0}, {{1, 1}, 0}, {{0, 1}, 0}},
                      true};
   const Pline2 eight{{{{0, 0}, 0}, {{2, 2}, 0}, {{2, 0}, 0}, {{0, 2}, 0}}, true};  // one lobe each way
-  const struct {
-    const char* what;
-    const Pline2& loop;
-    Vec2 at;
-    int winding;
-  } cases[] = {
+  const struct { const char* what; const Pline2& loop; Vec2 at; int winding; } cases[] = {
       {"bulged square, middle", bulgedSquare, {0.5, 0.5}, 1},
       {"inside the outward half circle", bulgedSquare, {0.5, -0.3}, 1},
       {"below the outward half circle", bulgedSquare, {0.5, -0.6}, 0},

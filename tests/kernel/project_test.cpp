@@ -47,13 +47,8 @@ TEST(Projection, EveryKindMapsPointForPointOntoThePlane) {
   p3.vertices = {{{0, 0, 0}}, {{1, 2, 3}}, {{4, 1, -2}}};
   Spline spline;
   kernel.fitSpline({{0, 0, 0}, {1, 2, 3}, {4, 1, -2}, {5, 5, 1}}, nullptr, nullptr, spline);
-  const auto noKind = std::variant_npos;
-  const struct {
-    const char* what;
-    EntityData source;
-    ge::Vector3d dir;
-    size_t kind;  // the index of the result's alternative, or noKind
-  } cases[] = {
+  const auto noKind = std::variant_npos;  // a kind: the index of the result's alternative
+  const struct { const char* what; EntityData source; ge::Vector3d dir; size_t kind; } cases[] = {
       {"tilted circle", Circle{{1, 2, 5}, 2, 0, ge::Vector3d{1, 0, 1}.normalized()}, down, EntityData(Ellipse{}).index()},
       {"flat arc, straight down", Arc{{1, 1, 7}, 2, 0.3, 2.0}, down, EntityData(Arc{}).index()},
       {"tilted arc, oblique", Arc{{0, 0, 2}, 3, 5.5, 1.0, 0, ge::Vector3d{0, 1, 1}.normalized()}, oblique, noKind},

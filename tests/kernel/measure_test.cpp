@@ -150,26 +150,12 @@ TEST(Area, ClosedSplineAgreesWithGreensTheoremQuadrature) {
   EXPECT_NEAR(area(s), std::abs(oracle), 1e-7 * std::abs(oracle));
 }
 
-TEST(Distance, PolylineDistancesRoundTripThroughPoints) {
+// Distance to point and back, distance to parameter and back, and the batch
+// call against single points, along bulges of both senses.
+TEST(Distance, PolylineDistancesRoundTripAndBatchPointsMatchSinglePoints) {
   LwPolyline pl;
   pl.vertices = {{0, 0, 0.3}, {3, 0, -0.7}, {5, 2}, {5, 6, 2.0}, {1, 6}};
-  double total = length(pl);
-  for (int i = 0; i <= 20; ++i) {
-    double s = total * i / 20;
-    Point3d p;
-    double back, param, fromParam;
-    ASSERT_EQ(kernel.getPointAtDist(pl, s, p), ErrorStatus::eOk);
-    ASSERT_EQ(kernel.getDistAtPoint(pl, p, back), ErrorStatus::eOk);
-    EXPECT_NEAR(back, s, 1e-9 * total);
-    ASSERT_EQ(kernel.getParamAtDist(pl, s, param), ErrorStatus::eOk);
-    ASSERT_EQ(kernel.getDistAtParam(pl, param, fromParam), ErrorStatus::eOk);
-    EXPECT_NEAR(fromParam, s, 1e-9 * total);
-  }
-}
-
-TEST(Distance, BatchPointsMatchSinglePoints) {
-  LwPolyline pl;
-  for (int i = 0; i < 50; ++i) pl.vertices.push_back({double(i), (i % 3) * 0.5, (i % 4 == 0) ? 0.4 : 0.0});
+  for (int i = 0; i < 50; ++i) pl.vertices.push_back({1.0 - i, 6 + (i % 3) * 0.5, (i % 4 == 0) ? 0.4 : 0.0});
   double total = length(pl);
   std::vector<double> dists;
   for (int i = 0; i <= 97; ++i) dists.push_back(std::min(total, total * i / 97));
@@ -178,8 +164,14 @@ TEST(Distance, BatchPointsMatchSinglePoints) {
   ASSERT_EQ(batch.size(), dists.size());
   for (size_t i = 0; i < dists.size(); ++i) {
     Point3d p;
+    double back, param, fromParam;
     ASSERT_EQ(kernel.getPointAtDist(pl, dists[i], p), ErrorStatus::eOk);
     EXPECT_LT(p.distanceTo(batch[i]), 1e-12 * total);
+    ASSERT_EQ(kernel.getDistAtPoint(pl, p, back), ErrorStatus::eOk);
+    EXPECT_NEAR(back, dists[i], 1e-9 * total);
+    ASSERT_EQ(kernel.getParamAtDist(pl, dists[i], param), ErrorStatus::eOk);
+    ASSERT_EQ(kernel.getDistAtParam(pl, param, fromParam), ErrorStatus::eOk);
+    EXPECT_NEAR(fromParam, dists[i], 1e-9 * total);
   }
   std::vector<double> descending{2.0, 1.0};
   EXPECT_EQ(kernel.getPointsAtDists(pl, descending, batch), ErrorStatus::eInvalidInput);

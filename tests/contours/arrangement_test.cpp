@@ -155,19 +155,5 @@ TEST(Region, KeepsArcsAndListsIslands) {
   EXPECT_FALSE(arrangement.regionAt({30, 30}));
 }
 
-TEST(Region, GapToleranceBridgesLooseEnds) {
-  std::vector<BulgePiece> p;
-  line(p, {0, 0}, {10, 0});
-  line(p, {10, 0}, {10, 10});
-  line(p, {10, 10}, {0, 10});
-  line(p, {0, 10}, {0, 0.5});  // half a unit short
-  EXPECT_FALSE(Arrangement(p).regionAt({5, 5}));
-  EXPECT_FALSE(Arrangement(p, 0.4).regionAt({5, 5}));
-  Arrangement bridged(p, 0.6);
-  std::optional<Arrangement::Region> r = bridged.regionAt({5, 5});
-  ASSERT_TRUE(r);
-  EXPECT_NEAR(bridged.loops()[r->outer].area, 100, 1e-9);
-}
-
 }  // namespace
 }  // namespace contours_test

@@ -1,18 +1,7 @@
 // Closest points, end points and extents of the common kinds against closed forms.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
-
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 
 namespace {
-
-using namespace host;
-using ge::Point3d;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
 
 void expectNear(Point3d a, Point3d b, double tol = 1e-9) {
   EXPECT_NEAR(a.x, b.x, tol);

@@ -1,19 +1,10 @@
 // Records as a damaged or odd drawing can hold them: every service answers
 // with a status or a finite value, never a crash or a NaN reported as eOk.
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <limits>
-#include <numbers>
 
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 
 namespace {
-
-using namespace host;
-using ge::Point3d;
-
-standalone::CurveKernel kernel;
 
 bool finite(const Point3d& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
 

@@ -1,23 +1,13 @@
 // intersectWith against closed forms: every pairing of segment kinds,
 // extension modes, free-form refinement and curves in different planes.
 // Also the boxes of arc segments, which culling relies on.
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cmath>
-#include <numbers>
 #include <random>
 
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 #include "standalone/kernel/pline2.h"
 
 namespace {
-
-using namespace host;
-using ge::Point3d;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
 
 std::vector<Point3d> meet(const EntityData& a, const EntityData& b, Intersect mode = Intersect::kOnBothOperands) {
   std::vector<Point3d> pts;

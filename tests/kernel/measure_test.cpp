@@ -1,37 +1,11 @@
 // Parameters, lengths, areas and derivatives against closed forms and
 // independent quadrature.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
-
+#include "kernel_test.h"
 #include "oracle.h"
-#include "standalone/kernel/curve_kernel.h"
 #include "standalone/kernel/path_query.h"
 
 namespace {
 
-using namespace host;
-using ge::Point3d;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
-
-double endParam(const EntityData& e) {
-  double p = 0;
-  EXPECT_EQ(kernel.getEndParam(e, p), ErrorStatus::eOk);
-  return p;
-}
-double length(const EntityData& e) {
-  double d = 0;
-  EXPECT_EQ(kernel.getDistAtParam(e, endParam(e), d), ErrorStatus::eOk);
-  return d;
-}
-double area(const EntityData& e) {
-  double a = 0;
-  EXPECT_EQ(kernel.getArea(e, a), ErrorStatus::eOk);
-  return a;
-}
 double signedArea(const EntityData& e) {
   auto path = standalone::kernel::pathOf(e);
   return standalone::kernel::signedArea(*path, *standalone::kernel::pathPlaneNormal(*path));

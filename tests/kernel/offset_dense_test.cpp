@@ -2,23 +2,14 @@
 // only, an open source open pieces, and no point of a result comes nearer the
 // source than the offset distance. Arcs far smaller than the distance and
 // noise larger than the chords are the hard cases here.
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
-#include <numbers>
 #include <string>
 #include <vector>
 
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 
 namespace {
-
-using namespace host;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
 
 // Deterministic noise in [0, 1).
 class Noise {
@@ -181,9 +172,9 @@ TEST_P(DenseOffset, ClosureAndDistanceHold) {
     EXPECT_EQ(out.size(), size_t(c.loops));
   }
   expectClosureAndDistance(c.source, c.d, out);
-  double area = 0;
-  for (const auto& r : out)
-    if (c.loopArea > 0) EXPECT_TRUE(kernel.getArea(r, area) == ErrorStatus::eOk && std::abs(area - c.loopArea) <= 1e-9) << area;
+  for (const auto& r : out) {
+    if (c.loopArea > 0) EXPECT_NEAR(area(r), c.loopArea, 1e-9);
+  }
 }
 
 // Scribbles: random vertices in a square, some with bulges, some repeated,

@@ -1,37 +1,14 @@
 // Offsets: arcs stay arcs, corners meet as extended segments, loops are
 // trimmed, and shapes offset out and back in return.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
-
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 #include "standalone/kernel/path_query.h"
 
 namespace {
-
-using namespace host;
-using ge::Point3d;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
 
 std::vector<EntityData> offset(const EntityData& e, double d, ErrorStatus expect = ErrorStatus::eOk) {
   std::vector<EntityData> out;
   EXPECT_EQ(kernel.getOffsetCurves(e, d, out), expect);
   return out;
-}
-
-double area(const EntityData& e) {
-  double a;
-  EXPECT_EQ(kernel.getArea(e, a), ErrorStatus::eOk);
-  return a;
-}
-
-double distanceTo(const EntityData& e, const Point3d& p) {
-  Point3d q;
-  kernel.getClosestPointTo(e, p, q);
-  return q.distanceTo(p);
 }
 
 // Every sample of every result lies at |d| from the source.

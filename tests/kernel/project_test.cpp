@@ -1,19 +1,8 @@
 // Projection onto a plane: the result is the image of the source under the
 // projection map, point for point, and of the kind the host gives.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
-
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 
 namespace {
-
-using namespace host;
-using ge::Point3d;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
 
 void expectImage(const EntityData& src, const EntityData& img, const ge::Matrix3d& m) {
   double s, t;

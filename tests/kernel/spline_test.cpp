@@ -1,19 +1,8 @@
 // Fit-point interpolation, exact conic splines and spline queries.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
-
+#include "kernel_test.h"
 #include "oracle.h"
-#include "standalone/kernel/curve_kernel.h"
 
 namespace {
-
-using namespace host;
-using ge::Point3d;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
 
 TEST(FitSpline, MatchesTheHostsControlPointsForTheReferenceFitPoints) {
   Spline s;

@@ -1,21 +1,10 @@
 // transformBy and reverseCurve: the mapped curve is the image of the source,
 // and a reversed curve covers the same points in the opposite order.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
-
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 #include "standalone/kernel/insert_extents.h"
 #include "standalone/kernel/transform_hatch.h"
 
 namespace {
-
-using namespace host;
-using ge::Point3d;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
 
 std::vector<Point3d> samples(const EntityData& e, int n = 24) {
   double s, t;
@@ -27,12 +16,6 @@ std::vector<Point3d> samples(const EntityData& e, int n = 24) {
     out.push_back(p);
   }
   return out;
-}
-
-double distanceTo(const EntityData& e, const Point3d& p) {
-  Point3d q;
-  EXPECT_EQ(kernel.getClosestPointTo(e, p, q), ErrorStatus::eOk);
-  return q.distanceTo(p);
 }
 
 Spline sampleSpline() {

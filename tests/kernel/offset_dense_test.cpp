@@ -172,8 +172,8 @@ TEST_P(DenseOffset, ClosureAndDistanceHold) {
     EXPECT_EQ(out.size(), size_t(c.loops));
   }
   expectClosureAndDistance(c.source, c.d, out);
-  for (const auto& r : out) {
-    if (c.loopArea > 0) EXPECT_NEAR(area(r), c.loopArea, 1e-9);
+  if (c.loopArea > 0) {
+    for (const auto& r : out) EXPECT_NEAR(area(r), c.loopArea, 1e-9);
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 #include "standalone/kernel/curve_kernel.h"
 
@@ -35,6 +36,19 @@ standalone::CurveKernel kernel;
   Point3d q;
   EXPECT_EQ(kernel.getClosestPointTo(e, p, q), ErrorStatus::eOk);
   return q.distanceTo(p);
+}
+// n + 1 points evenly spread in parameter from start to end.
+[[maybe_unused]] std::vector<Point3d> samples(const EntityData& e, int n = 24) {
+  double s = 0, t = 0;
+  EXPECT_EQ(kernel.getStartParam(e, s), ErrorStatus::eOk);
+  EXPECT_EQ(kernel.getEndParam(e, t), ErrorStatus::eOk);
+  std::vector<Point3d> out;
+  for (int i = 0; i <= n; ++i) {
+    Point3d p;
+    EXPECT_EQ(kernel.getPointAtParam(e, s + (t - s) * i / n, p), ErrorStatus::eOk);
+    out.push_back(p);
+  }
+  return out;
 }
 
 }  // namespace

@@ -13,15 +13,8 @@ std::vector<EntityData> offset(const EntityData& e, double d, ErrorStatus expect
 
 // Every sample of every result lies at |d| from the source.
 void expectAtDistance(const EntityData& src, const std::vector<EntityData>& res, double d, double tol = 1e-9) {
-  for (const auto& r : res) {
-    double s, t;
-    kernel.getStartParam(r, s), kernel.getEndParam(r, t);
-    for (int i = 0; i <= 200; ++i) {
-      Point3d p;
-      kernel.getPointAtParam(r, s + (t - s) * i / 200, p);
-      EXPECT_NEAR(distanceTo(src, p), std::abs(d), tol);
-    }
-  }
+  for (const auto& r : res)
+    for (const Point3d& p : samples(r, 200)) EXPECT_NEAR(distanceTo(src, p), std::abs(d), tol);
 }
 
 LwPolyline square(double side) {

@@ -5,14 +5,7 @@
 namespace {
 
 void expectImage(const EntityData& src, const EntityData& img, const ge::Matrix3d& m) {
-  double s, t;
-  kernel.getStartParam(src, s), kernel.getEndParam(src, t);
-  for (int i = 0; i <= 48; ++i) {
-    Point3d p, q;
-    kernel.getPointAtParam(src, s + (t - s) * i / 48, p);
-    kernel.getClosestPointTo(img, m.apply(p), q);
-    EXPECT_LT(q.distanceTo(m.apply(p)), 1e-9);
-  }
+  for (const Point3d& p : samples(src, 48)) EXPECT_LT(distanceTo(img, m.apply(p)), 1e-9);
   Point3d a, b;
   kernel.getStartPoint(src, a), kernel.getStartPoint(img, b);
   if (!std::holds_alternative<Circle>(src) && !kernel.isClosed(src)) {

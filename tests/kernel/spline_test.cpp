@@ -86,13 +86,7 @@ TEST_P(ConicSpline, RationalFormLiesExactlyOnTheCurveAndSharesItsEnds) {
   ASSERT_EQ(kernel.getSpline(e, s), ErrorStatus::eOk);
   EXPECT_EQ(s.degree, 2);
   EXPECT_TRUE(s.isRational());
-  double a = s.knots.front(), b = s.knots.back();
-  for (int i = 0; i <= 40; ++i) {
-    Point3d p, q;
-    ASSERT_EQ(kernel.getPointAtParam(s, a + (b - a) * i / 40, p), ErrorStatus::eOk);
-    ASSERT_EQ(kernel.getClosestPointTo(e, p, q), ErrorStatus::eOk);
-    EXPECT_LT(p.distanceTo(q), 1e-9);
-  }
+  for (const Point3d& p : samples(s, 40)) EXPECT_LT(distanceTo(e, p), 1e-9);
   Point3d s0, e0, s1, e1;
   kernel.getStartPoint(e, s0), kernel.getEndPoint(e, e0), kernel.getStartPoint(s, s1), kernel.getEndPoint(s, e1);
   EXPECT_LT(s0.distanceTo(s1), 1e-9);
@@ -170,13 +164,7 @@ TEST(CurveFitPolyline, PointsOnACircleGiveArcsOfThatCircle) {
   ASSERT_EQ(kernel.fitPolyline2d(pl, 6, 8), ErrorStatus::eOk);
   EXPECT_EQ(pl.vertices.size(), 11u);
   for (size_t i = 0; i < pl.vertices.size(); ++i) EXPECT_EQ(pl.vertices[i].flags, i % 2 ? kVertexCurveFitExtra : 0);
-  double end;
-  kernel.getEndParam(pl, end);
-  for (int i = 0; i <= 100; ++i) {
-    Point3d p;
-    kernel.getPointAtParam(pl, end * i / 100, p);
-    EXPECT_NEAR(std::hypot(p.x - 3, p.y + 1), 2, 1e-9);
-  }
+  for (const Point3d& p : samples(pl, 100)) EXPECT_NEAR(std::hypot(p.x - 3, p.y + 1), 2, 1e-9);
 }
 
 TEST(CurveFitPolyline, ClosedFitPassesThroughTheFrameWithSmoothTangents) {

@@ -6,18 +6,6 @@
 
 namespace {
 
-std::vector<Point3d> samples(const EntityData& e, int n = 24) {
-  double s, t;
-  kernel.getStartParam(e, s), kernel.getEndParam(e, t);
-  std::vector<Point3d> out;
-  for (int i = 0; i <= n; ++i) {
-    Point3d p;
-    EXPECT_EQ(kernel.getPointAtParam(e, s + (t - s) * i / n, p), ErrorStatus::eOk);
-    out.push_back(p);
-  }
-  return out;
-}
-
 Spline sampleSpline() {
   Spline s;
   kernel.fitSpline({{0, 0, 0}, {2, 1, 0}, {3, -1, 0}, {5, 2, 0}}, nullptr, nullptr, s);

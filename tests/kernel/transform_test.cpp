@@ -57,11 +57,9 @@ TEST_P(EveryCurve, ReverseRunsThroughTheSamePointsBackwards) {
   EntityData r = e;
   ASSERT_EQ(kernel.reverseCurve(r), ErrorStatus::eOk);
   auto fwd = samples(e, 40), back = samples(r, 40);
-  Point3d s0, e0, s1, e1;
-  kernel.getStartPoint(e, s0), kernel.getEndPoint(e, e0), kernel.getStartPoint(r, s1), kernel.getEndPoint(r, e1);
   if (!std::holds_alternative<Circle>(e)) {
-    EXPECT_LT(s1.distanceTo(e0), 1e-9);
-    EXPECT_LT(e1.distanceTo(s0), 1e-9);
+    EXPECT_LT(back.front().distanceTo(fwd.back()), 1e-9);
+    EXPECT_LT(back.back().distanceTo(fwd.front()), 1e-9);
   }
   // The reversed curve leaves its start against the direction in which the
   // old curve arrived there (at its end parameter when that point is its start).
@@ -69,13 +67,11 @@ TEST_P(EveryCurve, ReverseRunsThroughTheSamePointsBackwards) {
   double r0, re, pOld;
   kernel.getStartParam(r, r0), kernel.getEndParam(e, re);
   kernel.getFirstDeriv(r, r0, d1);
-  kernel.getParamAtPoint(e, s1, pOld);
+  kernel.getParamAtPoint(e, back.front(), pOld);
   kernel.getFirstDeriv(e, pOld == 0 ? re : pOld, d0);
   EXPECT_LT(d0.normalized().dot(d1.normalized()), -1 + 1e-9);
   for (const auto& p : back) EXPECT_LT(distanceTo(e, p), 1e-9);
-  double l0, l1, p0, p1;
-  kernel.getEndParam(e, p0), kernel.getDistAtParam(e, p0, l0), kernel.getEndParam(r, p1), kernel.getDistAtParam(r, p1, l1);
-  EXPECT_NEAR(l0, l1, 1e-9 * l0);
+  EXPECT_NEAR(length(e), length(r), 1e-9 * length(e));
   // Twice reversed is the same curve again.
   EntityData rr = r;
   ASSERT_EQ(kernel.reverseCurve(rr), ErrorStatus::eOk);

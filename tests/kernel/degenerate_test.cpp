@@ -13,12 +13,9 @@ std::vector<EntityData> oddRecords() {
   std::vector<EntityData> out{Line{}, Circle{}, Arc{{0, 0, 0}, 0, 1, 1}, Ellipse{{0, 0, 0}, {0, 0, 0}},
                               Ellipse{{0, 0, 0}, {1, 0, 0}, {0, 0, 1}, 0}, LwPolyline{}, Polyline2d{}, Polyline3d{},
                               Spline{}, Helix{}};
-  LwPolyline one;
-  one.vertices = {{1, 1}};
+  LwPolyline one{{{1, 1}}};
   out.push_back(one);
-  LwPolyline same;
-  same.vertices = {{1, 1, 0.5}, {1, 1, 2}, {1, 1}};
-  same.closed = true;
+  LwPolyline same{{{1, 1, 0.5}, {1, 1, 2}, {1, 1}}, true};
   out.push_back(same);
   Spline highDegree;
   highDegree.degree = 30;

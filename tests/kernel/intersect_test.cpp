@@ -27,12 +27,6 @@ void expectPoints(const std::vector<Point3d>& got, std::vector<Point3d> want, do
   }
 }
 
-LwPolyline lw(std::vector<LwVertex> vertices, bool closed = false) {
-  LwPolyline pl;
-  pl.vertices = std::move(vertices);
-  pl.closed = closed;
-  return pl;
-}
 
 // Pairs whose crossings have a closed form. Each pair is met in the order
 // given; those marked `both` also the other way round.
@@ -49,8 +43,8 @@ std::vector<Meeting> meetings() {
   const Line diagonal{{0, 0, 0}, {4, 4, 0}}, stub{{0, 4, 0}, {1, 3, 0}};
   // A closed polyline first: its start is its end, which once passed it as a
   // straight path and lost every crossing.
-  const LwPolyline square = lw({{0, 0}, {10, 0}, {10, 10}, {0, 10}}, true);
-  const LwPolyline zig = lw({{0, 0}, {1, 1}, {2, 0}, {3, 1}, {4, 0}});
+  const LwPolyline square{{{0, 0}, {10, 0}, {10, 10}, {0, 10}}, true};
+  const LwPolyline zig{{{0, 0}, {1, 1}, {2, 0}, {3, 1}, {4, 0}}};
   const Arc upperHalf{{0, 0, 0}, 1, 0, kPi};
   const Circle besideUnit{{1, 0, 0}, 1};  // meets the unit circle at (1/2, ±√3/2)
   const double h = std::sqrt(3.0) / 2, ex = 4 * std::sqrt(1 - 0.25);
@@ -73,7 +67,8 @@ std::vector<Meeting> meetings() {
        {{0.5, 0.5, 0}, {1.5, 0.5, 0}, {2.5, 0.5, 0}, {3.5, 0.5, 0}}},
       {"through a shared vertex: one point, not two", zig, Line{{1, 0, 0}, {1, 3, 0}}, on, {{1, 1, 0}}},
       // Clockwise semicircle above the chord, top at (1, 1): a tangent line.
-      {"bulge touched at its top", lw({{0, 0, -1}, {2, 0}}), Line{{-1, 1, 0}, {3, 1, 0}}, on, {{1, 1, 0}}, false, 1e-7},
+      {"bulge touched at its top", LwPolyline{{{0, 0, -1}, {2, 0}}}, Line{{-1, 1, 0}, {3, 1, 0}}, on, {{1, 1, 0}}, false,
+       1e-7},
       {"ellipse and line refined to the exact points", Ellipse{{0, 0, 0}, {4, 0, 0}, {0, 0, 1}, 0.5, 0, 2 * kPi},
        Line{{-5, 1, 0}, {5, 1, 0}}, on, {{-ex, 1, 0}, {ex, 1, 0}}, true},
       // Unit circles about the origin in the XY and XZ planes share (±1, 0, 0).

@@ -16,8 +16,7 @@ TEST(Parameters, FollowTheHostsConventions) {
   EXPECT_DOUBLE_EQ(endParam(Circle{{0, 0, 0}, 2}), 2 * kPi);
   // An arc across angle 0 ends above its start angle.
   EXPECT_DOUBLE_EQ(endParam(Arc{{0, 0, 0}, 1, 1.5 * kPi, 0.5 * kPi}), 2.5 * kPi);
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {1, 0, 0.5}, {1, 1}, {0, 1}};
+  LwPolyline pl{{{0, 0}, {1, 0, 0.5}, {1, 1}, {0, 1}}};
   EXPECT_DOUBLE_EQ(endParam(pl), 3.0);
   pl.closed = true;
   EXPECT_DOUBLE_EQ(endParam(pl), 4.0);
@@ -37,8 +36,7 @@ TEST(Parameters, PointsOutsideTheRangeAreRefused) {
 }
 
 TEST(Parameters, PolylineParameterIsLinearInAngleAlongABulge) {
-  LwPolyline pl;
-  pl.vertices = {{0, 0, std::tan(kPi / 8)}, {1, 1}};  // counter-clockwise quarter circle about (0, 1)
+  LwPolyline pl{{{0, 0, std::tan(kPi / 8)}, {1, 1}}};  // counter-clockwise quarter circle about (0, 1)
   Point3d mid;
   ASSERT_EQ(kernel.getPointAtParam(pl, 0.5, mid), ErrorStatus::eOk);
   // From -90° to 0° about (0, 1): halfway in angle is at -45°.
@@ -92,9 +90,7 @@ INSTANTIATE_TEST_SUITE_P(Arcs, ArcFamily,
 
 TEST(Area, BulgedClosedPolylineIsSquarePlusHalfDiscAndOpenCurvesCloseWithAChord) {
   // Unit square whose top edge bulges outwards as a semicircle.
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {2, 0}, {2, 2, 1}, {0, 2}};
-  pl.closed = true;
+  LwPolyline pl{{{0, 0}, {2, 0}, {2, 2, 1}, {0, 2}}, true};
   EXPECT_NEAR(area(pl), 4 + kPi / 2, 1e-12);
   EXPECT_NEAR(length(pl), 6 + kPi, 1e-12);
   EXPECT_GT(signedArea(pl), 0);
@@ -127,8 +123,7 @@ TEST(Area, ClosedSplineAgreesWithGreensTheoremQuadrature) {
 // Distance to point and back, distance to parameter and back, and the batch
 // call against single points, along bulges of both senses.
 TEST(Distance, PolylineDistancesRoundTripAndBatchPointsMatchSinglePoints) {
-  LwPolyline pl;
-  pl.vertices = {{0, 0, 0.3}, {3, 0, -0.7}, {5, 2}, {5, 6, 2.0}, {1, 6}};
+  LwPolyline pl{{{0, 0, 0.3}, {3, 0, -0.7}, {5, 2}, {5, 6, 2.0}, {1, 6}}};
   for (int i = 0; i < 50; ++i) pl.vertices.push_back({1.0 - i, 6 + (i % 3) * 0.5, (i % 4 == 0) ? 0.4 : 0.0});
   double total = length(pl);
   std::vector<double> dists;

@@ -225,9 +225,7 @@ std::vector<Case> cases() {
     out.push_back({std::string("TwistedCircle") + (d > 0 ? "Out" : "In"), noisyCircle(3000, 0.2, true, 11), d,
                    d > 0 ? 1 : 0});
   // A square whose right side ties a knot: a small clockwise loop outside.
-  LwPolyline knot;
-  knot.closed = true;
-  knot.vertices = {{0, 0}, {20, 0}, {20, 8}, {26, 14}, {26, 10}, {20, 16}, {20, 20}, {0, 20}};
+  LwPolyline knot{{{0, 0}, {20, 0}, {20, 8}, {26, 14}, {26, 10}, {20, 16}, {20, 20}, {0, 20}}, true};
   out.push_back({"KnotGrows", knot, 1.5, 1});
   out.push_back({"KnotShrinks", knot, -0.5, 2});  // the knot's loop keeps an island
   // Inward by 1.5 the neck vanishes: two 7 x 7 squares, sides straight across the old neck.

@@ -18,10 +18,7 @@ void expectAtDistance(const EntityData& src, const std::vector<EntityData>& res,
 }
 
 LwPolyline square(double side) {
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {side, 0}, {side, side}, {0, side}};
-  pl.closed = true;
-  return pl;
+  return LwPolyline{{{0, 0}, {side, 0}, {side, side}, {0, side}}, true};
 }
 
 TEST(Offset, CirclesAndArcsChangeRadiusOnlyAndLinesMoveSideways) {
@@ -64,10 +61,8 @@ TEST(Offset, RefusedWhenNothingRemainsOrOffThePlane) {
 // A thin isosceles triangle pointing along +x with its tip angle in degrees.
 LwPolyline wedge(double tipDegrees) {
   double half = tipDegrees / 2 * kPi / 180, len = 20;
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {-len * std::cos(half), len * std::sin(half)}, {-len * std::cos(half), -len * std::sin(half)}};
-  pl.closed = true;
-  return pl;
+  double x = -len * std::cos(half), y = len * std::sin(half);
+  return LwPolyline{{{0, 0}, {x, y}, {x, -y}}, true};
 }
 
 // How far the outward offset reaches past the tip, along the tip's axis.
@@ -99,9 +94,7 @@ class RoundedShape : public ::testing::TestWithParam<std::tuple<double, bool>> {
 TEST_P(RoundedShape, OutAndBackInReturnsTheShape) {
   auto [d, reversed] = GetParam();
   // A stadium: two straight sides joined by semicircles (convex, counter-clockwise).
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {6, 0, 1}, {6, 4}, {0, 4, 1}};
-  pl.closed = true;
+  LwPolyline pl{{{0, 0}, {6, 0, 1}, {6, 4}, {0, 4, 1}}, true};
   EntityData src = pl;
   if (reversed) kernel.reverseCurve(src);
   double sign = reversed ? -1 : 1;  // the right side of a clockwise shape is its inside

@@ -13,9 +13,7 @@ Spline sampleSpline() {
 }
 
 LwPolyline sampleLw(bool closed) {
-  LwPolyline pl;
-  pl.vertices = {{0, 0, 0.4, 1, 2}, {3, 0, -0.3, 2, 3}, {4, 2, 0, 3, 4}, {1, 3, 0.9, 4, 5}};
-  pl.closed = closed;
+  LwPolyline pl{{{0, 0, 0.4, 1, 2}, {3, 0, -0.3, 2, 3}, {4, 2, 0, 3, 4}, {1, 3, 0.9, 4, 5}}, closed};
   pl.elevation = 1.5;
   return pl;
 }
@@ -192,8 +190,7 @@ TEST(Conversion, LightweightTo2dAndBackKeepsTheCurve) {
   EXPECT_EQ(back.vertices, lw.vertices);
   p2.splineFit = true;
   EXPECT_EQ(kernel.convert2dToLw(p2, back), ErrorStatus::eNotApplicable);
-  LwPolyline wide;
-  wide.vertices = {{0, 0}, {1, 0}};
+  LwPolyline wide{{{0, 0}, {1, 0}}};
   wide.constantWidth = 0.5;
   kernel.convertLwTo2d(wide, p2);
   EXPECT_EQ(p2.vertices[0].startWidth, 0.5);

@@ -48,8 +48,7 @@ std::vector<Meeting> meetings() {
   const Arc upperHalf{{0, 0, 0}, 1, 0, kPi};
   const Circle besideUnit{{1, 0, 0}, 1};  // meets the unit circle at (1/2, ±√3/2)
   const double h = std::sqrt(3.0) / 2, ex = 4 * std::sqrt(1 - 0.25);
-  Polyline3d bent;
-  bent.vertices = {{{0, 0, 0}}, {{2, 2, 2}}, {{4, 0, 0}}};
+  Polyline3d bent{{{{0, 0, 0}}, {{2, 2, 2}}, {{4, 0, 0}}}};
   const auto on = Intersect::kOnBothOperands;
   return {
       {"lines apart within their lengths", diagonal, stub, on, {}},

@@ -20,8 +20,7 @@ TEST(Parameters, FollowTheHostsConventions) {
   EXPECT_DOUBLE_EQ(endParam(pl), 3.0);
   pl.closed = true;
   EXPECT_DOUBLE_EQ(endParam(pl), 4.0);
-  Polyline3d p3;
-  p3.vertices = {{{0, 0, 0}}, {{1, 0, 1}}, {{1, 1, 2}}};
+  Polyline3d p3{{{{0, 0, 0}}, {{1, 0, 1}}, {{1, 1, 2}}}};
   EXPECT_DOUBLE_EQ(endParam(p3), 2.0);
   EXPECT_DOUBLE_EQ(endParam(Ellipse{{0, 0, 0}, {2, 0, 0}, {0, 0, 1}, 0.5, 1.0, 4.0}), 4.0);
 }

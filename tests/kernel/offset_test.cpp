@@ -45,8 +45,7 @@ TEST(Offset, CounterClockwiseSquareGrowsWithMitredCorners) {
 
 // Nothing would remain, or there is no plane to offset in.
 TEST(Offset, RefusedWhenNothingRemainsOrOffThePlane) {
-  Polyline3d bent;
-  bent.vertices = {{{0, 0, 0}}, {{1, 0, 1}}};
+  Polyline3d bent{{{{0, 0, 0}}, {{1, 0, 1}}}};
   const struct { const char* what; EntityData e; double d; ErrorStatus status; } cases[] = {
       {"circle shrunk to its centre", Circle{{0, 0, 0}, 3}, -3, ErrorStatus::eInvalidOffset},
       {"square shrunk past its middle", square(10), -5.5, ErrorStatus::eInvalidOffset},

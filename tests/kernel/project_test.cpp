@@ -25,8 +25,7 @@ TEST(Projection, EveryKindMapsPointForPointOntoThePlane) {
   LwPolyline tilted = lw;
   tilted.normal = ge::Vector3d{1, 0, 1}.normalized();
   tilted.closed = true;
-  Polyline3d p3;
-  p3.vertices = {{{0, 0, 0}}, {{1, 2, 3}}, {{4, 1, -2}}};
+  Polyline3d p3{{{{0, 0, 0}}, {{1, 2, 3}}, {{4, 1, -2}}}};
   Spline spline;
   kernel.fitSpline({{0, 0, 0}, {1, 2, 3}, {4, 1, -2}, {5, 5, 1}}, nullptr, nullptr, spline);
   const auto noKind = std::variant_npos;  // a kind: the index of the result's alternative

@@ -127,8 +127,7 @@ TEST(SplineToPolyline, PrecisionSetsSegmentsPerSpanAndEndsMatch) {
 }
 
 TEST(SplineFitPolyline, GeneratedVerticesComeFirstAndTheFrameIsKept) {
-  Polyline2d pl;
-  for (auto p : {Point3d{0, 0, 0}, Point3d{4, 0, 0}, Point3d{4, 4, 0}, Point3d{0, 4, 0}}) pl.vertices.push_back({p});
+  Polyline2d pl{{{{0, 0, 0}}, {{4, 0, 0}}, {{4, 4, 0}}, {{0, 4, 0}}}};
   ASSERT_EQ(kernel.fitPolyline2d(pl, 6, 8), ErrorStatus::eOk);
   EXPECT_TRUE(pl.splineFit);
   EXPECT_EQ(pl.curveType, PolyCurveType::kCubicSpline);
@@ -160,9 +159,7 @@ TEST(CurveFitPolyline, PointsOnACircleGiveArcsOfThatCircle) {
 }
 
 TEST(CurveFitPolyline, ClosedFitPassesThroughTheFrameWithSmoothTangents) {
-  Polyline2d pl;
-  for (auto p : {Point3d{0, 0, 0}, Point3d{4, 0, 0}, Point3d{5, 3, 0}, Point3d{1, 4, 0}}) pl.vertices.push_back({p});
-  pl.closed = true;
+  Polyline2d pl{{{{0, 0, 0}}, {{4, 0, 0}}, {{5, 3, 0}}, {{1, 4, 0}}}, true};
   pl.curveFit = true;
   ASSERT_EQ(kernel.fitPolyline2d(pl, 6, 8), ErrorStatus::eOk);
   ASSERT_EQ(pl.vertices.size(), 8u);

@@ -129,6 +129,7 @@ TEST(Offset, OpenPolylinesAreTrimmedWhereTheirSidesCross) {
       EXPECT_NEAR(r.vertices[i].x, c.want[i].x, 1e-12) << i;
       EXPECT_NEAR(r.vertices[i].y, c.want[i].y, 1e-12) << i;
     }
+    expectAtDistance(c.source, out, c.d);  // and no side bulges
   }
 }
 

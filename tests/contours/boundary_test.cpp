@@ -16,6 +16,7 @@
 #include "standalone/db/dxf_writer.h"
 #include "standalone/hostcmds/edit_commands.h"
 #include "standalone/hostcmds/pngout.h"
+#include "standalone/kernel/curve_kernel.h"
 #include "tests/support/scripted_host.h"
 
 namespace contours_test {
@@ -71,14 +72,9 @@ class Boundary : public ::testing::Test {
     return db.entitiesOf(db.modelSpace()).size();
   }
   static double areaOf(const host::Entity& e) {
-    const auto& pl = std::get<host::LwPolyline>(e.data);
-    std::vector<BulgePiece> pieces;
-    for (std::size_t i = 0; i < pl.vertices.size(); ++i) {
-      const auto& v = pl.vertices[i];
-      const auto& w = pl.vertices[(i + 1) % pl.vertices.size()];
-      pieces.push_back({{v.x, v.y}, {w.x, w.y}, v.bulge});
-    }
-    return standalone::kernel::signedArea(pieces);
+    double a = 0;
+    EXPECT_EQ(standalone::CurveKernel().getArea(e.data, a), host::ErrorStatus::eOk);
+    return a;
   }
   // The pieces of every line and arc of the running drawing, for GEOS.
   std::vector<BulgePiece> drawnPieces() {

@@ -3,7 +3,6 @@
 #include <geos_c.h>
 
 #include <cmath>
-#include <numeric>
 #include <stdexcept>
 
 namespace contours_test {
@@ -11,6 +10,9 @@ namespace contours_test {
 using standalone::kernel::BulgePiece;
 using standalone::kernel::Vec2;
 
+namespace {
+
+// The points along a bulged piece, a included, b left out.
 std::vector<Vec2> flatten(const BulgePiece& p, double chordAngle) {
   if (p.bulge == 0) return {p.a};
   double included = 4 * std::atan(p.bulge);
@@ -27,6 +29,8 @@ std::vector<Vec2> flatten(const BulgePiece& p, double chordAngle) {
   }
   return out;
 }
+
+}  // namespace
 
 GeosFaces::GeosFaces(const std::vector<BulgePiece>& pieces, double chordAngle) {
   GEOSContextHandle_t h = GEOS_init_r();
@@ -70,8 +74,6 @@ GeosFaces::~GeosFaces() {
   for (void* f : faces_) GEOSGeom_destroy_r(h, static_cast<GEOSGeometry*>(f));
   GEOS_finish_r(h);
 }
-
-double GeosFaces::totalArea() const { return std::accumulate(areas_.begin(), areas_.end(), 0.0); }
 
 double GeosFaces::areaAt(Vec2 p) const {
   auto h = static_cast<GEOSContextHandle_t>(context_);

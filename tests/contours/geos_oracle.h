@@ -7,10 +7,6 @@
 
 namespace contours_test {
 
-struct GeosFace {
-  double area = 0;  // holes taken off
-};
-
 class GeosFaces {
  public:
   // arcs become chords of at most `chordAngle` radians.
@@ -20,8 +16,7 @@ class GeosFaces {
   GeosFaces& operator=(const GeosFaces&) = delete;
 
   std::size_t count() const { return areas_.size(); }
-  double totalArea() const;
-  // The area of the face holding p; a negative value when none does.
+  // The area of the face holding p, holes taken off; a negative value when none does.
   double areaAt(standalone::kernel::Vec2 p) const;
 
  private:
@@ -29,8 +24,5 @@ class GeosFaces {
   std::vector<void*> faces_;
   std::vector<double> areas_;
 };
-
-// The points along a bulged piece, a included, b left out.
-std::vector<standalone::kernel::Vec2> flatten(const standalone::kernel::BulgePiece& p, double chordAngle);
 
 }  // namespace contours_test

@@ -32,10 +32,31 @@ class HoleNet : public CommandTest {
 
 INSTANTIATE_TEST_SUITE_P(Languages, HoleNet, ::testing::Values(Language::kEnglish, Language::kChinese), languageName);
 
-TEST_P(HoleNet, DarkCellsGetHolesAtTheirCentresBelowTheOrigin) {
+// Bad pictures and cancelled prompts draw nothing; then dark cells get holes
+// of each shape.
+TEST_P(HoleNet, DarkCellsGetHolesOfEachShapeBelowTheOrigin) {
+  std::string text = (s.root() / "notes.png").string();
+  std::ofstream(text) << "not a picture";
   std::string picture = halfBlack();
+  host::ObjectId model = s.add(host::Ellipse{{0, 0, 0}, {4, 0, 0}, ge::kZAxis, 0.5, 0, 2 * M_PI}, "holes", 3);
   s.start();
-  std::string out = s.run(script(picture, "No", "Circle", ""));
+  // Do Drawing before any picture was loaded.
+  image::ImageHoleNet dialog(s.host().host());
+  EXPECT_EQ(dialog.onDoDrawing(), 0);
+  EXPECT_TRUE(s.says(s.transcript(), "Please load the picture first", "请先载入图片"));
+  std::string missing = (s.root() / "missing.png").string();
+  std::string out = s.run("txwk\n" + missing + "\n");
+  EXPECT_TRUE(s.says(out, "GetLastError: 2 -- Load image Error：" + missing));
+  out = s.run("txwk\n" + text + "\n");
+  EXPECT_TRUE(s.says(out, "Load image error 2!", "载入图片错误2!"));
+  out = s.run("txwk\n\n");
+  EXPECT_TRUE(s.says(out, "No image file selected!", "未选中图像文件！"));
+  s.run("txwk\n" + picture + "\n\n\n2\n33\nNo\nCircle\n\n^C\n");
+  s.run("txwk\n" + picture + "\n\n\n2\n33\nNo\nCircle\n\n0,0\n^C\n");
+  out = s.run("txwk\n" + picture + "\n\n\n2\n33\nNo\nSelect\n\n0,0\n10\n\n");
+  EXPECT_TRUE(s.says(out, "No Entity selected.\n", "没有选中物体。\n"));
+  EXPECT_EQ(s.entities().size(), 1u) << "the hole model alone";
+  out = s.run(script(picture, "No", "Circle", ""));
   EXPECT_TRUE(s.says(out, "\nPlease specify the origin>>", "\n请指定原点>>"));
   EXPECT_TRUE(s.says(out, "\nPlease specify the height>>", "\n请指定高度>>"));
   EXPECT_TRUE(s.says(out, "\nPlease make preview first.", "\n建议先预览调整！")) << "no preview file was named";
@@ -52,14 +73,9 @@ TEST_P(HoleNet, DarkCellsGetHolesAtTheirCentresBelowTheOrigin) {
   }
   auto dump = s.readBackWithEzdxf();
   EXPECT_EQ(countOf(std::accumulate(dump.begin(), dump.end(), std::string()), "CIRCLE"), 4u);
-}
-
-TEST_P(HoleNet, SquaresDiamondsAndCopiesWithInvertAndAPreviewFile) {
-  std::string picture = halfBlack();
-  host::ObjectId model = s.add(host::Ellipse{{0, 0, 0}, {4, 0, 0}, ge::kZAxis, 0.5, 0, 2 * M_PI}, "holes", 3);
-  s.start();
+  // Squares with invert and a preview file, diamonds, and copies of a selected model.
   std::string preview = (s.root() / "preview.png").string();
-  std::string out = s.run(script(picture, "Yes", "Squart", preview));
+  out = s.run(script(picture, "Yes", "Squart", preview));
   EXPECT_FALSE(s.says(out, "\nPlease make preview first.", "\n建议先预览调整！"));
   auto squares = s.entitiesOf<host::LwPolyline>();
   ASSERT_EQ(squares.size(), 4u) << "invert: the white half gets the holes";
@@ -84,29 +100,6 @@ TEST_P(HoleNet, SquaresDiamondsAndCopiesWithInvertAndAPreviewFile) {
   double scale = image::kPreviewWidth / 40.0;  // 16: the width limits the scale
   EXPECT_EQ(shown.at(int(25 * scale), int(5 * scale)), image::kPreviewHole);
   EXPECT_EQ(shown.at(int(5 * scale), int(5 * scale)), image::kPreviewBackground);
-}
-
-TEST_P(HoleNet, BadPicturesAndCancelledPromptsDrawNothing) {
-  std::string text = (s.root() / "notes.png").string();
-  std::ofstream(text) << "not a picture";
-  std::string picture = halfBlack();
-  s.start();
-  std::string missing = (s.root() / "missing.png").string();
-  std::string out = s.run("txwk\n" + missing + "\n");
-  EXPECT_TRUE(s.says(out, "GetLastError: 2 -- Load image Error：" + missing));
-  out = s.run("txwk\n" + text + "\n");
-  EXPECT_TRUE(s.says(out, "Load image error 2!", "载入图片错误2!"));
-  out = s.run("txwk\n\n");
-  EXPECT_TRUE(s.says(out, "No image file selected!", "未选中图像文件！"));
-  s.run("txwk\n" + picture + "\n\n\n2\n33\nNo\nCircle\n\n^C\n");
-  s.run("txwk\n" + picture + "\n\n\n2\n33\nNo\nCircle\n\n0,0\n^C\n");
-  out = s.run("txwk\n" + picture + "\n\n\n2\n33\nNo\nSelect\n\n0,0\n10\n\n");
-  EXPECT_TRUE(s.says(out, "No Entity selected.\n", "没有选中物体。\n"));
-  EXPECT_TRUE(s.entities().empty());
-  // Do Drawing before any picture was loaded.
-  image::ImageHoleNet dialog(s.host().host());
-  EXPECT_EQ(dialog.onDoDrawing(), 0);
-  EXPECT_TRUE(s.says(s.transcript(), "Please load the picture first", "请先载入图片"));
 }
 
 }  // namespace

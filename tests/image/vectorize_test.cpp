@@ -66,12 +66,20 @@ class Vectorize : public CommandTest {
 INSTANTIATE_TEST_SUITE_P(Languages, Vectorize, ::testing::Values(Language::kEnglish, Language::kChinese),
                          languageName);
 
+// The tracer box is remembered, a missing picture draws nothing; then one
+// closed outline per shape, as polylines and as splines.
 TEST_P(Vectorize, OneClosedOutlinePerShapeWithinTwoPixels) {
   std::string file = picture();
   std::string processed = (s.root() / "processed.png").string();
   geom::setCurveKindIsSpline(false);
   s.start();
-  std::string out = s.run("R2V\nNo\n" + file + "\n4\n16\n1\n" + processed + "\n10,20\n160\n");
+  s.run("R2V\nYes\n^C\n");
+  std::string out = s.run("R2V\n\n^C\n");
+  EXPECT_TRUE(s.says(out, "\nTrace with the external tracer? [Yes/No] <Yes>: ", "\n使用外部描图程序? [Yes/No] <Yes>: "));
+  out = s.run("R2V\nNo\n" + (s.root() / "none.png").string() + "\n");
+  EXPECT_TRUE(s.says(out, "Load image error 2!", "载入图片错误2!"));
+  EXPECT_TRUE(s.entities().empty());
+  out = s.run("R2V\nNo\n" + file + "\n4\n16\n1\n" + processed + "\n10,20\n160\n");
   EXPECT_TRUE(s.says(out, "\nColours [2--16] <2>: ", "\n颜色数 [2--16] <2>: "));
   EXPECT_TRUE(s.says(out, "\n3 outlines drawn.", "\n绘制了3条轮廓线。"));
   auto outlines = s.entitiesOf<host::LwPolyline>();
@@ -102,16 +110,6 @@ TEST_P(Vectorize, OneClosedOutlinePerShapeWithinTwoPixels) {
       EXPECT_LE(offEdge(p), 2.0) << p.x << "," << p.y;
     }
   }
-}
-
-TEST_P(Vectorize, TheTracerBoxIsRememberedAndNothingIsDrawnWithoutAPicture) {
-  s.start();
-  std::string out = s.run("R2V\nYes\n^C\n");
-  out = s.run("R2V\n\n^C\n");
-  EXPECT_TRUE(s.says(out, "\nTrace with the external tracer? [Yes/No] <Yes>: ", "\n使用外部描图程序? [Yes/No] <Yes>: "));
-  out = s.run("R2V\nNo\n" + (s.root() / "none.png").string() + "\n");
-  EXPECT_TRUE(s.says(out, "Load image error 2!", "载入图片错误2!"));
-  EXPECT_TRUE(s.entities().empty());
 }
 
 }  // namespace

@@ -1,20 +1,13 @@
 // Extents of texts, multi-line texts and block references (nested, arrayed,
 // under rotation and non-uniform scale).
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <map>
 #include <memory>
-#include <numbers>
 
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 #include "standalone/kernel/text_extents.h"
 
 namespace {
 
-using host::ErrorStatus;
-using standalone::CurveKernel;
-constexpr double kPi = std::numbers::pi;
 constexpr double kTol = 1e-9;
 
 struct Box {
@@ -76,7 +69,6 @@ std::vector<TextCase> textCases() {
 class TextExtents : public ::testing::TestWithParam<TextCase> {};
 
 TEST_P(TextExtents, EstimatedBox) {
-  CurveKernel kernel;
   ge::Extents3d e;
   ASSERT_EQ(kernel.getGeomExtents(GetParam().text, e), ErrorStatus::eOk);
   expectBox(e, GetParam().expected);
@@ -91,7 +83,6 @@ TEST(TextExtentsEdge, CharactersNotBytesAndNothingForEmptyOrHeightlessText) {
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("中文"), 2.8);  // CJK characters are wider
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("é"), 0.75);    // one character, two bytes
   EXPECT_DOUBLE_EQ(estimatedWidthInHeights("\u00B0\u2300\u00B1"), 3 * 0.75);  // the %%d, %%c, %%p symbols are narrow
-  CurveKernel kernel;
   ge::Extents3d e;
   EXPECT_EQ(kernel.getGeomExtents(text("", {0, 0, 0}, 1), e), ErrorStatus::eDegenerateGeometry);
   EXPECT_EQ(kernel.getGeomExtents(text("%%u", {0, 0, 0}, 1), e), ErrorStatus::eDegenerateGeometry);
@@ -109,7 +100,6 @@ host::MText mtext(std::string content, int attachment) {
 }
 
 TEST(MTextExtents, LinesAttachmentsDirectionAndWrapping) {
-  CurveKernel kernel;
   ge::Extents3d e;
   const double twoLines = 1 + 5.0 / 3;  // first line's height plus one baseline pitch
   // "AB" and "CDEF": the longest line is 4 × 0.75 = 3 wide.
@@ -145,7 +135,6 @@ class BlockReferenceExtents : public ::testing::Test {
     return e;
   }
 
-  CurveKernel kernel;
   std::map<std::string, host::BlockContents> blocks{
       // A quarter circle about the base point, from (2,1) to (1,2).
       {"QUARTER", {{1, 1, 0}, {host::Arc{{1, 1, 0}, 1, 0, kPi / 2}}}},
@@ -166,11 +155,7 @@ TEST_F(BlockReferenceExtents, BoxesAreTightUnderEveryPlacement) {
   arrayed.columnCount = 3, arrayed.columnSpacing = 10;  // columns along the rotated X axis: world +Y
   arrayed.rowCount = 2, arrayed.rowSpacing = 5;         // rows along the rotated Y axis: world -X
   const double r = std::sqrt(0.5), half = std::sqrt(2.5);
-  const struct {
-    const char* what;
-    host::BlockReference ref;
-    Box box;
-  } cases[] = {
+  const struct { const char* what; host::BlockReference ref; Box box; } cases[] = {
       // The quarter ellipse (2 cos t, sin t) turned a quarter turn: (-sin t, 2 cos t).
       {"stretched and turned", {"QUARTER", {10, 0, 0}, {2, 1, 1}, kPi / 2}, {9, 0, 10, 2}},
       // (2 cos t - sin t, 2 cos t + sin t) / √2: the top is at tan t = 1/2, not at a corner of the box.

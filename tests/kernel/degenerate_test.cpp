@@ -1,19 +1,10 @@
 // Records as a damaged or odd drawing can hold them: every service answers
 // with a status or a finite value, never a crash or a NaN reported as eOk.
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <limits>
-#include <numbers>
 
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 
 namespace {
-
-using namespace host;
-using ge::Point3d;
-
-standalone::CurveKernel kernel;
 
 bool finite(const Point3d& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
 
@@ -22,12 +13,9 @@ std::vector<EntityData> oddRecords() {
   std::vector<EntityData> out{Line{}, Circle{}, Arc{{0, 0, 0}, 0, 1, 1}, Ellipse{{0, 0, 0}, {0, 0, 0}},
                               Ellipse{{0, 0, 0}, {1, 0, 0}, {0, 0, 1}, 0}, LwPolyline{}, Polyline2d{}, Polyline3d{},
                               Spline{}, Helix{}};
-  LwPolyline one;
-  one.vertices = {{1, 1}};
+  LwPolyline one{{{1, 1}}};
   out.push_back(one);
-  LwPolyline same;
-  same.vertices = {{1, 1, 0.5}, {1, 1, 2}, {1, 1}};
-  same.closed = true;
+  LwPolyline same{{{1, 1, 0.5}, {1, 1, 2}, {1, 1}}, true};
   out.push_back(same);
   Spline highDegree;
   highDegree.degree = 30;
@@ -85,24 +73,6 @@ TEST(OddRecord, UnusableSplinesAreRefused) {
   auto recs = oddRecords();
   double v;
   for (size_t i = 12; i < 16; ++i) EXPECT_NE(kernel.getEndParam(recs[i], v), ErrorStatus::eOk) << i;
-}
-
-TEST(Extents, HatchAndImage) {
-  Hatch h;
-  HatchPath path;
-  path.flags = 1;
-  path.edges = {HatchLineEdge{{0, 0}, {4, 0}}, HatchArcEdge{{4, 2}, 2, -std::numbers::pi / 2, std::numbers::pi / 2, true},
-                HatchLineEdge{{4, 4}, {0, 4}}, HatchLineEdge{{0, 4}, {0, 0}}};
-  h.paths = {path};
-  ge::Extents3d e;
-  ASSERT_EQ(kernel.getGeomExtents(h, e), ErrorStatus::eOk);
-  EXPECT_NEAR(e.max.x, 6, 1e-12);
-  EXPECT_NEAR(e.max.y, 4, 1e-12);
-  Image im;
-  im.insertion = {1, 1, 0};
-  im.widthPixels = 10, im.heightPixels = 5;
-  ASSERT_EQ(kernel.getGeomExtents(im, e), ErrorStatus::eOk);
-  EXPECT_EQ(e.max, (Point3d{11, 6, 0}));
 }
 
 }  // namespace

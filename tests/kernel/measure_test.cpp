@@ -1,37 +1,11 @@
 // Parameters, lengths, areas and derivatives against closed forms and
 // independent quadrature.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
-
+#include "kernel_test.h"
 #include "oracle.h"
-#include "standalone/kernel/curve_kernel.h"
 #include "standalone/kernel/path_query.h"
 
 namespace {
 
-using namespace host;
-using ge::Point3d;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
-
-double endParam(const EntityData& e) {
-  double p = 0;
-  EXPECT_EQ(kernel.getEndParam(e, p), ErrorStatus::eOk);
-  return p;
-}
-double length(const EntityData& e) {
-  double d = 0;
-  EXPECT_EQ(kernel.getDistAtParam(e, endParam(e), d), ErrorStatus::eOk);
-  return d;
-}
-double area(const EntityData& e) {
-  double a = 0;
-  EXPECT_EQ(kernel.getArea(e, a), ErrorStatus::eOk);
-  return a;
-}
 double signedArea(const EntityData& e) {
   auto path = standalone::kernel::pathOf(e);
   return standalone::kernel::signedArea(*path, *standalone::kernel::pathPlaneNormal(*path));
@@ -42,13 +16,11 @@ TEST(Parameters, FollowTheHostsConventions) {
   EXPECT_DOUBLE_EQ(endParam(Circle{{0, 0, 0}, 2}), 2 * kPi);
   // An arc across angle 0 ends above its start angle.
   EXPECT_DOUBLE_EQ(endParam(Arc{{0, 0, 0}, 1, 1.5 * kPi, 0.5 * kPi}), 2.5 * kPi);
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {1, 0, 0.5}, {1, 1}, {0, 1}};
+  LwPolyline pl{{{0, 0}, {1, 0, 0.5}, {1, 1}, {0, 1}}};
   EXPECT_DOUBLE_EQ(endParam(pl), 3.0);
   pl.closed = true;
   EXPECT_DOUBLE_EQ(endParam(pl), 4.0);
-  Polyline3d p3;
-  p3.vertices = {{{0, 0, 0}}, {{1, 0, 1}}, {{1, 1, 2}}};
+  Polyline3d p3{{{{0, 0, 0}}, {{1, 0, 1}}, {{1, 1, 2}}}};
   EXPECT_DOUBLE_EQ(endParam(p3), 2.0);
   EXPECT_DOUBLE_EQ(endParam(Ellipse{{0, 0, 0}, {2, 0, 0}, {0, 0, 1}, 0.5, 1.0, 4.0}), 4.0);
 }
@@ -63,8 +35,7 @@ TEST(Parameters, PointsOutsideTheRangeAreRefused) {
 }
 
 TEST(Parameters, PolylineParameterIsLinearInAngleAlongABulge) {
-  LwPolyline pl;
-  pl.vertices = {{0, 0, std::tan(kPi / 8)}, {1, 1}};  // counter-clockwise quarter circle about (0, 1)
+  LwPolyline pl{{{0, 0, std::tan(kPi / 8)}, {1, 1}}};  // counter-clockwise quarter circle about (0, 1)
   Point3d mid;
   ASSERT_EQ(kernel.getPointAtParam(pl, 0.5, mid), ErrorStatus::eOk);
   // From -90° to 0° about (0, 1): halfway in angle is at -45°.
@@ -118,9 +89,7 @@ INSTANTIATE_TEST_SUITE_P(Arcs, ArcFamily,
 
 TEST(Area, BulgedClosedPolylineIsSquarePlusHalfDiscAndOpenCurvesCloseWithAChord) {
   // Unit square whose top edge bulges outwards as a semicircle.
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {2, 0}, {2, 2, 1}, {0, 2}};
-  pl.closed = true;
+  LwPolyline pl{{{0, 0}, {2, 0}, {2, 2, 1}, {0, 2}}, true};
   EXPECT_NEAR(area(pl), 4 + kPi / 2, 1e-12);
   EXPECT_NEAR(length(pl), 6 + kPi, 1e-12);
   EXPECT_GT(signedArea(pl), 0);
@@ -150,26 +119,11 @@ TEST(Area, ClosedSplineAgreesWithGreensTheoremQuadrature) {
   EXPECT_NEAR(area(s), std::abs(oracle), 1e-7 * std::abs(oracle));
 }
 
-TEST(Distance, PolylineDistancesRoundTripThroughPoints) {
-  LwPolyline pl;
-  pl.vertices = {{0, 0, 0.3}, {3, 0, -0.7}, {5, 2}, {5, 6, 2.0}, {1, 6}};
-  double total = length(pl);
-  for (int i = 0; i <= 20; ++i) {
-    double s = total * i / 20;
-    Point3d p;
-    double back, param, fromParam;
-    ASSERT_EQ(kernel.getPointAtDist(pl, s, p), ErrorStatus::eOk);
-    ASSERT_EQ(kernel.getDistAtPoint(pl, p, back), ErrorStatus::eOk);
-    EXPECT_NEAR(back, s, 1e-9 * total);
-    ASSERT_EQ(kernel.getParamAtDist(pl, s, param), ErrorStatus::eOk);
-    ASSERT_EQ(kernel.getDistAtParam(pl, param, fromParam), ErrorStatus::eOk);
-    EXPECT_NEAR(fromParam, s, 1e-9 * total);
-  }
-}
-
-TEST(Distance, BatchPointsMatchSinglePoints) {
-  LwPolyline pl;
-  for (int i = 0; i < 50; ++i) pl.vertices.push_back({double(i), (i % 3) * 0.5, (i % 4 == 0) ? 0.4 : 0.0});
+// Distance to point and back, distance to parameter and back, and the batch
+// call against single points, along bulges of both senses.
+TEST(Distance, PolylineDistancesRoundTripAndBatchPointsMatchSinglePoints) {
+  LwPolyline pl{{{0, 0, 0.3}, {3, 0, -0.7}, {5, 2}, {5, 6, 2.0}, {1, 6}}};
+  for (int i = 0; i < 50; ++i) pl.vertices.push_back({1.0 - i, 6 + (i % 3) * 0.5, (i % 4 == 0) ? 0.4 : 0.0});
   double total = length(pl);
   std::vector<double> dists;
   for (int i = 0; i <= 97; ++i) dists.push_back(std::min(total, total * i / 97));
@@ -178,8 +132,14 @@ TEST(Distance, BatchPointsMatchSinglePoints) {
   ASSERT_EQ(batch.size(), dists.size());
   for (size_t i = 0; i < dists.size(); ++i) {
     Point3d p;
+    double back, param, fromParam;
     ASSERT_EQ(kernel.getPointAtDist(pl, dists[i], p), ErrorStatus::eOk);
     EXPECT_LT(p.distanceTo(batch[i]), 1e-12 * total);
+    ASSERT_EQ(kernel.getDistAtPoint(pl, p, back), ErrorStatus::eOk);
+    EXPECT_NEAR(back, dists[i], 1e-9 * total);
+    ASSERT_EQ(kernel.getParamAtDist(pl, dists[i], param), ErrorStatus::eOk);
+    ASSERT_EQ(kernel.getDistAtParam(pl, param, fromParam), ErrorStatus::eOk);
+    EXPECT_NEAR(fromParam, dists[i], 1e-9 * total);
   }
   std::vector<double> descending{2.0, 1.0};
   EXPECT_EQ(kernel.getPointsAtDists(pl, descending, batch), ErrorStatus::eInvalidInput);

@@ -2,23 +2,14 @@
 // only, an open source open pieces, and no point of a result comes nearer the
 // source than the offset distance. Arcs far smaller than the distance and
 // noise larger than the chords are the hard cases here.
-#include <gtest/gtest.h>
-
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
-#include <numbers>
 #include <string>
 #include <vector>
 
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 
 namespace {
-
-using namespace host;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
 
 // Deterministic noise in [0, 1).
 class Noise {
@@ -138,6 +129,7 @@ struct Case {
   LwPolyline source;
   double d;
   int loops;  // expected number of results; 0: any number, at least one
+  double loopArea = 0;  // expected area of each result; 0: not checked
 };
 
 std::ostream& operator<<(std::ostream& os, const Case& c) { return os << c.name; }
@@ -180,6 +172,9 @@ TEST_P(DenseOffset, ClosureAndDistanceHold) {
     EXPECT_EQ(out.size(), size_t(c.loops));
   }
   expectClosureAndDistance(c.source, c.d, out);
+  if (c.loopArea > 0) {
+    for (const auto& r : out) EXPECT_NEAR(area(r), c.loopArea, 1e-9);
+  }
 }
 
 // Scribbles: random vertices in a square, some with bulges, some repeated,
@@ -230,12 +225,12 @@ std::vector<Case> cases() {
     out.push_back({std::string("TwistedCircle") + (d > 0 ? "Out" : "In"), noisyCircle(3000, 0.2, true, 11), d,
                    d > 0 ? 1 : 0});
   // A square whose right side ties a knot: a small clockwise loop outside.
-  LwPolyline knot;
-  knot.closed = true;
-  knot.vertices = {{0, 0}, {20, 0}, {20, 8}, {26, 14}, {26, 10}, {20, 16}, {20, 20}, {0, 20}};
+  LwPolyline knot{{{0, 0}, {20, 0}, {20, 8}, {26, 14}, {26, 10}, {20, 16}, {20, 20}, {0, 20}}, true};
   out.push_back({"KnotGrows", knot, 1.5, 1});
   out.push_back({"KnotShrinks", knot, -0.5, 2});  // the knot's loop keeps an island
-  out.push_back({"DumbbellNeckVanishes", denseDumbbell(40), -1.5, 2});
+  // Inward by 1.5 the neck vanishes: two 7 x 7 squares, sides straight across the old neck.
+  out.push_back({"DumbbellNeckVanishes", denseDumbbell(40), -1.5, 2, 7 * 7});
+  out.push_back({"SparseDumbbellNeckVanishes", denseDumbbell(1), -1.5, 2, 7 * 7});
   out.push_back({"DumbbellNeckStays", denseDumbbell(40), -0.5, 1});
   out.push_back({"DumbbellGrows", denseDumbbell(40), 1.0, 1});
   return out;

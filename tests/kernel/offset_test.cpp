@@ -1,20 +1,9 @@
 // Offsets: arcs stay arcs, corners meet as extended segments, loops are
 // trimmed, and shapes offset out and back in return.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
-
-#include "standalone/kernel/curve_kernel.h"
+#include "kernel_test.h"
 #include "standalone/kernel/path_query.h"
 
 namespace {
-
-using namespace host;
-using ge::Point3d;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
 
 std::vector<EntityData> offset(const EntityData& e, double d, ErrorStatus expect = ErrorStatus::eOk) {
   std::vector<EntityData> out;
@@ -22,53 +11,26 @@ std::vector<EntityData> offset(const EntityData& e, double d, ErrorStatus expect
   return out;
 }
 
-double area(const EntityData& e) {
-  double a;
-  EXPECT_EQ(kernel.getArea(e, a), ErrorStatus::eOk);
-  return a;
-}
-
-double distanceTo(const EntityData& e, const Point3d& p) {
-  Point3d q;
-  kernel.getClosestPointTo(e, p, q);
-  return q.distanceTo(p);
-}
-
 // Every sample of every result lies at |d| from the source.
 void expectAtDistance(const EntityData& src, const std::vector<EntityData>& res, double d, double tol = 1e-9) {
-  for (const auto& r : res) {
-    double s, t;
-    kernel.getStartParam(r, s), kernel.getEndParam(r, t);
-    for (int i = 0; i <= 200; ++i) {
-      Point3d p;
-      kernel.getPointAtParam(r, s + (t - s) * i / 200, p);
-      EXPECT_NEAR(distanceTo(src, p), std::abs(d), tol);
-    }
-  }
+  for (const auto& r : res)
+    for (const Point3d& p : samples(r, 200)) EXPECT_NEAR(distanceTo(src, p), std::abs(d), tol);
 }
 
 LwPolyline square(double side) {
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {side, 0}, {side, side}, {0, side}};
-  pl.closed = true;
-  return pl;
+  return LwPolyline{{{0, 0}, {side, 0}, {side, side}, {0, side}}, true};
 }
 
-TEST(Offset, CirclesAndArcsChangeRadiusOnly) {
+TEST(Offset, CirclesAndArcsChangeRadiusOnlyAndLinesMoveSideways) {
   auto out = offset(Circle{{1, 1, 0}, 3}, 2);
   ASSERT_EQ(out.size(), 1u);
   EXPECT_EQ(std::get<Circle>(out[0]).radius, 5);
   out = offset(Arc{{0, 0, 0}, 3, 0.5, 2}, -1);
   EXPECT_EQ(std::get<Arc>(out[0]).radius, 2);
   EXPECT_EQ(std::get<Arc>(out[0]).startAngle, 0.5);
-  offset(Circle{{0, 0, 0}, 3}, -3, ErrorStatus::eInvalidOffset);
-}
-
-TEST(Offset, LinesGoTowardsSmallerXForNegativeDistances) {
-  auto out = offset(Line{{0, 0, 0}, {0, 5, 0}}, -2);
-  EXPECT_EQ(std::get<Line>(out[0]).start, (Point3d{-2, 0, 0}));
-  out = offset(Line{{0, 5, 0}, {0, 0, 0}}, -2);
-  EXPECT_EQ(std::get<Line>(out[0]).start, (Point3d{-2, 5, 0}));
+  // Negative distances go towards smaller x whichever way the line runs.
+  EXPECT_EQ(std::get<Line>(offset(Line{{0, 0, 0}, {0, 5, 0}}, -2)[0]).start, (Point3d{-2, 0, 0}));
+  EXPECT_EQ(std::get<Line>(offset(Line{{0, 5, 0}, {0, 0, 0}}, -2)[0]).start, (Point3d{-2, 5, 0}));
 }
 
 TEST(Offset, CounterClockwiseSquareGrowsWithMitredCorners) {
@@ -78,18 +40,28 @@ TEST(Offset, CounterClockwiseSquareGrowsWithMitredCorners) {
   EXPECT_TRUE(pl.closed);
   EXPECT_EQ(pl.vertices.size(), 4u);
   EXPECT_NEAR(area(out[0]), 144, 1e-9);
-  out = offset(square(10), -1);
-  EXPECT_NEAR(area(out[0]), 64, 1e-9);
-  offset(square(10), -5.5, ErrorStatus::eInvalidOffset);
+  EXPECT_NEAR(area(offset(square(10), -1)[0]), 64, 1e-9);
+}
+
+// Nothing would remain, or there is no plane to offset in.
+TEST(Offset, RefusedWhenNothingRemainsOrOffThePlane) {
+  Polyline3d bent{{{{0, 0, 0}}, {{1, 0, 1}}}};
+  const struct { const char* what; EntityData e; double d; ErrorStatus status; } cases[] = {
+      {"circle shrunk to its centre", Circle{{0, 0, 0}, 3}, -3, ErrorStatus::eInvalidOffset},
+      {"square shrunk past its middle", square(10), -5.5, ErrorStatus::eInvalidOffset},
+      {"nonplanar 3D polyline", bent, 1, ErrorStatus::eNotApplicable},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_TRUE(offset(c.e, c.d, c.status).empty());
+  }
 }
 
 // A thin isosceles triangle pointing along +x with its tip angle in degrees.
 LwPolyline wedge(double tipDegrees) {
   double half = tipDegrees / 2 * kPi / 180, len = 20;
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {-len * std::cos(half), len * std::sin(half)}, {-len * std::cos(half), -len * std::sin(half)}};
-  pl.closed = true;
-  return pl;
+  double x = -len * std::cos(half), y = len * std::sin(half);
+  return LwPolyline{{{0, 0}, {x, y}, {x, -y}}, true};
 }
 
 // How far the outward offset reaches past the tip, along the tip's axis.
@@ -121,9 +93,7 @@ class RoundedShape : public ::testing::TestWithParam<std::tuple<double, bool>> {
 TEST_P(RoundedShape, OutAndBackInReturnsTheShape) {
   auto [d, reversed] = GetParam();
   // A stadium: two straight sides joined by semicircles (convex, counter-clockwise).
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {6, 0, 1}, {6, 4}, {0, 4, 1}};
-  pl.closed = true;
+  LwPolyline pl{{{0, 0}, {6, 0, 1}, {6, 4}, {0, 4, 1}}, true};
   EntityData src = pl;
   if (reversed) kernel.reverseCurve(src);
   double sign = reversed ? -1 : 1;  // the right side of a clockwise shape is its inside
@@ -140,78 +110,47 @@ TEST_P(RoundedShape, OutAndBackInReturnsTheShape) {
 
 INSTANTIATE_TEST_SUITE_P(Distances, RoundedShape, ::testing::Combine(::testing::Values(0.1, 1.0, 7.5), ::testing::Bool()));
 
-TEST(Offset, InwardOffsetTrimsTheLoopsOfANarrowNeck) {
-  // A dumbbell: two 10x10 squares joined by a neck 2 high. Inward by 1.5 the
-  // neck vanishes and two separate squares remain.
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {10, 0}, {10, 4}, {14, 4}, {14, 0}, {24, 0}, {24, 10}, {14, 10}, {14, 6}, {10, 6}, {10, 10}, {0, 10}};
-  pl.closed = true;
-  auto out = offset(pl, -1.5);
-  ASSERT_EQ(out.size(), 2u);
-  for (const auto& r : out) {
-    EXPECT_TRUE(std::get<LwPolyline>(r).closed);
-    EXPECT_NEAR(area(r), 7 * 7, 1e-9);
-    // Across the old neck the side runs straight on, farther than 1.5 from the
-    // neck's corners; nothing comes nearer.
-    double s, t;
-    kernel.getStartParam(r, s), kernel.getEndParam(r, t);
-    for (int i = 0; i <= 400; ++i) {
-      Point3d p;
-      kernel.getPointAtParam(r, s + (t - s) * i / 400, p);
-      EXPECT_GE(distanceTo(pl, p), 1.5 - 1e-9);
+// Open polylines stay open, their sides trimmed where they cross: a square
+// drawn open, its last vertex on its first, offset inward starts and ends
+// where its first and last sides cross; inside a bend the corner is cut.
+TEST(Offset, OpenPolylinesAreTrimmedWhereTheirSidesCross) {
+  const struct { const char* what; LwPolyline source; double d; std::vector<LwVertex> want; } cases[] = {
+      {"square back to its start", {{{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}}}, -1, {{1, 1}, {9, 1}, {9, 9}, {1, 9}, {1, 1}}},
+      {"left turn, inside the corner", {{{0, 0}, {10, 0}, {10, 10}}}, -2, {{0, 2}, {8, 2}, {8, 10}}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    auto out = offset(c.source, c.d);
+    ASSERT_EQ(out.size(), 1u);
+    const auto& r = std::get<LwPolyline>(out[0]);
+    EXPECT_FALSE(r.closed);
+    ASSERT_EQ(r.vertices.size(), c.want.size());
+    for (size_t i = 0; i < c.want.size(); ++i) {
+      EXPECT_NEAR(r.vertices[i].x, c.want[i].x, 1e-12) << i;
+      EXPECT_NEAR(r.vertices[i].y, c.want[i].y, 1e-12) << i;
     }
+    expectAtDistance(c.source, out, c.d);  // and no side bulges
   }
 }
 
-TEST(Offset, OpenPolylineThatComesBackToItsStartStaysOpen) {
-  // A square drawn open, its last vertex on its first: offset inward, the
-  // first and last sides cross at (1, 1), where the result starts and ends.
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {10, 0}, {10, 10}, {0, 10}, {0, 0}};
-  auto out = offset(pl, -1);
-  ASSERT_EQ(out.size(), 1u);
-  const auto& r = std::get<LwPolyline>(out[0]);
-  EXPECT_FALSE(r.closed);
-  ASSERT_EQ(r.vertices.size(), 5u);
-  for (const auto& v : {r.vertices.front(), r.vertices.back()}) {
-    EXPECT_NEAR(v.x, 1, 1e-12);
-    EXPECT_NEAR(v.y, 1, 1e-12);
-  }
-}
-
-TEST(Offset, OpenPolylineOnTheInsideOfASharpBendIsTrimmed) {
-  LwPolyline pl;
-  pl.vertices = {{0, 0}, {10, 0}, {10, 10}};  // turns left: its right side is outside
-  auto out = offset(pl, -2);                   // left side, inside the corner
-  ASSERT_EQ(out.size(), 1u);
-  const auto& r = std::get<LwPolyline>(out[0]);
-  ASSERT_EQ(r.vertices.size(), 3u);
-  EXPECT_NEAR(r.vertices[1].x, 8, 1e-12);
-  EXPECT_NEAR(r.vertices[1].y, 2, 1e-12);
-  expectAtDistance(pl, out, 2);
-}
-
-TEST(Offset, EllipseGivesASplineWithinTheStatedTolerance) {
-  Ellipse e{{0, 0, 0}, {5, 0, 0}, {0, 0, 1}, 0.6, 0, 2 * kPi};
-  auto out = offset(e, 1);
-  ASSERT_EQ(out.size(), 1u);
-  ASSERT_TRUE(std::holds_alternative<Spline>(out[0]));
-  expectAtDistance(e, out, 1, 1e-7 * 2 * std::hypot(5.0, 3.0));  // the stated tolerance: 1e-7 of the diagonal
-  // Positive is outward: the ellipse's area grows.
-  EXPECT_GT(area(out[0]), area(e));
-}
-
-TEST(Offset, FreeFormOffsetsPastACuspLoseTheirLoops) {
+TEST(Offset, EllipseOffsetsAreSplinesAndLoseTheirLoopsPastACusp) {
   // Ellipse 10 x 4: its curvature radius at the ends of the long axis is
   // b²/a = 1.6, so inward by 2 the exact offset turns back at two cusps and
   // crosses itself. What remains keeps exactly 2 from the ellipse, closes,
   // and has a corner on the long axis at each end.
+  // Outward, by 1, it is a spline within the stated tolerance (1e-7 of the
+  // diagonal) and encloses more.
   Ellipse e{{0, 0, 0}, {10, 0, 0}, {0, 0, 1}, 0.4, 0, 2 * kPi};
+  double tol = 1e-7 * 2 * std::hypot(10.0, 4.0);
+  auto grown = offset(e, 1);
+  ASSERT_EQ(grown.size(), 1u);
+  ASSERT_TRUE(std::holds_alternative<Spline>(grown[0]));
+  expectAtDistance(e, grown, 1, tol);
+  EXPECT_GT(area(grown[0]), area(e));
   auto out = offset(e, -2);
   ASSERT_EQ(out.size(), 1u);
   const auto& s = std::get<Spline>(out[0]);
   EXPECT_TRUE(s.flags & 1);
-  double tol = 1e-7 * 2 * std::hypot(10.0, 4.0);
   expectAtDistance(e, out, 2, tol);
   // The corner: where the offset of the upper half meets the x axis.
   // Offset point of (10 cos t, 4 sin t) is P - 2 N with N the outward unit
@@ -244,12 +183,6 @@ TEST(Offset, FreeFormOffsetFacingTheNextTurnOfASpiralKeepsItsDistance) {
     ASSERT_FALSE(out.empty());
     expectAtDistance(spiral, out, d, 1e-7 * 2 * 6.5);
   }
-}
-
-TEST(Offset, Nonplanar3dPolylineIsNotOffset) {
-  Polyline3d p;
-  p.vertices = {{{0, 0, 0}}, {{1, 0, 1}}};
-  offset(p, 1, ErrorStatus::eNotApplicable);
 }
 
 }  // namespace

@@ -1,19 +1,8 @@
 // Fit-point interpolation, exact conic splines and spline queries.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <numbers>
-
+#include "kernel_test.h"
 #include "oracle.h"
-#include "standalone/kernel/curve_kernel.h"
 
 namespace {
-
-using namespace host;
-using ge::Point3d;
-constexpr double kPi = std::numbers::pi;
-
-standalone::CurveKernel kernel;
 
 TEST(FitSpline, MatchesTheHostsControlPointsForTheReferenceFitPoints) {
   Spline s;
@@ -27,46 +16,39 @@ TEST(FitSpline, MatchesTheHostsControlPointsForTheReferenceFitPoints) {
     EXPECT_NEAR(s.controlPoints[i].y, expected[i].y, 1e-4) << i;
   }
   // Knots stay in chord length: the end parameter is the total chord, 40.
-  double end;
-  ASSERT_EQ(kernel.getEndParam(s, end), ErrorStatus::eOk);
-  EXPECT_DOUBLE_EQ(end, 40.0);
+  EXPECT_DOUBLE_EQ(endParam(s), 40.0);
   EXPECT_EQ(s.fitTolerance, 0.0);
   EXPECT_TRUE(s.flags & 8);  // planar
   // Fewer than two distinct points are refused.
   EXPECT_EQ(kernel.fitSpline({{1, 1, 0}, {1, 1, 0}}, nullptr, nullptr, s), ErrorStatus::eInvalidInput);
 }
 
-TEST(FitSpline, PassesThroughEveryFitPointWithTheGivenEndTangents) {
+// Through every fit point; with the parameter in chord length given end
+// tangents are the end derivatives, and natural ends have no curvature.
+TEST(FitSpline, PassesThroughEveryFitPointWithGivenOrNaturalEnds) {
   std::vector<Point3d> fit;
   for (int i = 0; i < 12; ++i) fit.push_back({i * 1.7, std::sin(i * 0.9) * 3, 0.2 * i});
-  ge::Vector3d t0{0, 1, 0}, t1{1, 1, 0};
-  Spline s;
-  ASSERT_EQ(kernel.fitSpline(fit, &t0, &t1, s), ErrorStatus::eOk);
-  for (const auto& p : fit) {
-    Point3d q;
-    ASSERT_EQ(kernel.getClosestPointTo(s, p, q), ErrorStatus::eOk);
-    EXPECT_LT(q.distanceTo(p), 1e-9);
-  }
-  ge::Vector3d d0, d1;
-  ASSERT_EQ(kernel.getFirstDeriv(s, s.knots.front(), d0), ErrorStatus::eOk);
-  ASSERT_EQ(kernel.getFirstDeriv(s, s.knots.back(), d1), ErrorStatus::eOk);
-  // With the parameter in chord length the end derivatives are the unit tangents.
-  EXPECT_NEAR(d0.x, 0, 1e-9);
-  EXPECT_NEAR(d0.y, 1, 1e-9);
-  EXPECT_NEAR(d1.x, std::sqrt(0.5), 1e-9);
-  EXPECT_NEAR(d1.y, std::sqrt(0.5), 1e-9);
-}
-
-TEST(FitSpline, NaturalEndsHaveNoCurvatureAtTheEnds) {
-  Spline s;
-  ASSERT_EQ(kernel.fitSpline({{0, 0, 0}, {1, 2, 0}, {3, 1, 0}, {4, 3, 0}}, nullptr, nullptr, s), ErrorStatus::eOk);
-  // Second derivative by central differences of the first derivative.
-  for (double u : {s.knots.front(), s.knots.back()}) {
-    double h = 1e-5, sign = u == s.knots.front() ? 1 : -1;
-    ge::Vector3d a, b;
-    ASSERT_EQ(kernel.getFirstDeriv(s, u, a), ErrorStatus::eOk);
-    ASSERT_EQ(kernel.getFirstDeriv(s, u + sign * h, b), ErrorStatus::eOk);
-    EXPECT_LT((b - a).length() / h, 1e-3);
+  const ge::Vector3d t0{0, 1, 0}, t1{1, 1, 0};  // the end derivative is the unit tangent
+  for (bool natural : {false, true}) {
+    SCOPED_TRACE(natural ? "natural ends" : "given end tangents");
+    Spline s;
+    ASSERT_EQ(kernel.fitSpline(fit, natural ? nullptr : &t0, natural ? nullptr : &t1, s), ErrorStatus::eOk);
+    for (const auto& p : fit) {
+      Point3d q;
+      ASSERT_EQ(kernel.getClosestPointTo(s, p, q), ErrorStatus::eOk);
+      EXPECT_LT(q.distanceTo(p), 1e-9);
+    }
+    for (double u : {s.knots.front(), s.knots.back()}) {
+      double h = 1e-5, sign = u == s.knots.front() ? 1 : -1;
+      ge::Vector3d a, b;
+      ASSERT_EQ(kernel.getFirstDeriv(s, u, a), ErrorStatus::eOk);
+      ASSERT_EQ(kernel.getFirstDeriv(s, u + sign * h, b), ErrorStatus::eOk);
+      if (natural) {
+        EXPECT_LT((b - a).length() / h, 1e-3);  // the second derivative by differences
+      } else {
+        EXPECT_LT((a - (sign > 0 ? t0 : t1).normalized()).length(), 1e-9);
+      }
+    }
   }
 }
 
@@ -74,9 +56,7 @@ TEST(SplineLength, AgreesWithIndependentQuadrature) {
   Spline s;
   ASSERT_EQ(kernel.fitSpline({{0, 0, 0}, {3, 5, 1}, {7, -2, 2}, {12, 4, 0}, {15, 0, -1}}, nullptr, nullptr, s),
             ErrorStatus::eOk);
-  double end, len;
-  ASSERT_EQ(kernel.getEndParam(s, end), ErrorStatus::eOk);
-  ASSERT_EQ(kernel.getDistAtParam(s, end, len), ErrorStatus::eOk);
+  double len = length(s);
   double oracle = 0;
   for (size_t i = 3; i + 4 < s.knots.size(); ++i)  // span by span: the speed has kinks in its derivatives at knots
     oracle += kerneltest::integrate(
@@ -102,21 +82,11 @@ TEST_P(ConicSpline, RationalFormLiesExactlyOnTheCurveAndSharesItsEnds) {
   ASSERT_EQ(kernel.getSpline(e, s), ErrorStatus::eOk);
   EXPECT_EQ(s.degree, 2);
   EXPECT_TRUE(s.isRational());
-  double a = s.knots.front(), b = s.knots.back();
-  for (int i = 0; i <= 40; ++i) {
-    Point3d p, q;
-    ASSERT_EQ(kernel.getPointAtParam(s, a + (b - a) * i / 40, p), ErrorStatus::eOk);
-    ASSERT_EQ(kernel.getClosestPointTo(e, p, q), ErrorStatus::eOk);
-    EXPECT_LT(p.distanceTo(q), 1e-9);
-  }
-  Point3d s0, e0, s1, e1;
-  kernel.getStartPoint(e, s0), kernel.getEndPoint(e, e0), kernel.getStartPoint(s, s1), kernel.getEndPoint(s, e1);
-  EXPECT_LT(s0.distanceTo(s1), 1e-9);
-  EXPECT_LT(e0.distanceTo(e1), 1e-9);
-  double l0, l1, p0, p1;
-  kernel.getEndParam(e, p0), kernel.getDistAtParam(e, p0, l0);
-  kernel.getEndParam(s, p1), kernel.getDistAtParam(s, p1, l1);
-  EXPECT_NEAR(l0, l1, 1e-9 * l0);
+  for (const Point3d& p : samples(s, 40)) EXPECT_LT(distanceTo(e, p), 1e-9);
+  auto ends = samples(e, 1), splineEnds = samples(s, 1);  // start and end
+  EXPECT_LT(ends[0].distanceTo(splineEnds[0]), 1e-9);
+  EXPECT_LT(ends[1].distanceTo(splineEnds[1]), 1e-9);
+  EXPECT_NEAR(length(e), length(s), 1e-9 * length(e));
 }
 
 // Polylines have no spline of their own.
@@ -157,8 +127,7 @@ TEST(SplineToPolyline, PrecisionSetsSegmentsPerSpanAndEndsMatch) {
 }
 
 TEST(SplineFitPolyline, GeneratedVerticesComeFirstAndTheFrameIsKept) {
-  Polyline2d pl;
-  for (auto p : {Point3d{0, 0, 0}, Point3d{4, 0, 0}, Point3d{4, 4, 0}, Point3d{0, 4, 0}}) pl.vertices.push_back({p});
+  Polyline2d pl{{{{0, 0, 0}}, {{4, 0, 0}}, {{4, 4, 0}}, {{0, 4, 0}}}};
   ASSERT_EQ(kernel.fitPolyline2d(pl, 6, 8), ErrorStatus::eOk);
   EXPECT_TRUE(pl.splineFit);
   EXPECT_EQ(pl.curveType, PolyCurveType::kCubicSpline);
@@ -186,19 +155,11 @@ TEST(CurveFitPolyline, PointsOnACircleGiveArcsOfThatCircle) {
   ASSERT_EQ(kernel.fitPolyline2d(pl, 6, 8), ErrorStatus::eOk);
   EXPECT_EQ(pl.vertices.size(), 11u);
   for (size_t i = 0; i < pl.vertices.size(); ++i) EXPECT_EQ(pl.vertices[i].flags, i % 2 ? kVertexCurveFitExtra : 0);
-  double end;
-  kernel.getEndParam(pl, end);
-  for (int i = 0; i <= 100; ++i) {
-    Point3d p;
-    kernel.getPointAtParam(pl, end * i / 100, p);
-    EXPECT_NEAR(std::hypot(p.x - 3, p.y + 1), 2, 1e-9);
-  }
+  for (const Point3d& p : samples(pl, 100)) EXPECT_NEAR(std::hypot(p.x - 3, p.y + 1), 2, 1e-9);
 }
 
 TEST(CurveFitPolyline, ClosedFitPassesThroughTheFrameWithSmoothTangents) {
-  Polyline2d pl;
-  for (auto p : {Point3d{0, 0, 0}, Point3d{4, 0, 0}, Point3d{5, 3, 0}, Point3d{1, 4, 0}}) pl.vertices.push_back({p});
-  pl.closed = true;
+  Polyline2d pl{{{{0, 0, 0}}, {{4, 0, 0}}, {{5, 3, 0}}, {{1, 4, 0}}}, true};
   pl.curveFit = true;
   ASSERT_EQ(kernel.fitPolyline2d(pl, 6, 8), ErrorStatus::eOk);
   ASSERT_EQ(pl.vertices.size(), 8u);

@@ -19,7 +19,7 @@ double signedArea(const Pline2& pl) {
     Seg s = segmentOf(pl, i);
     twice += s.a.cross(s.b);
     if (s.isArc() && (s.b - s.a).length() > 0) {
-      Arc2 c = s.arc();
+      ArcCircle c = s.circle();
       twice += c.r * c.r * (c.sweep - std::sin(c.sweep));
     }
   }

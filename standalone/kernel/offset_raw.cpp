@@ -51,7 +51,7 @@ std::optional<Moved> moveSegment(const Seg& s, double d, double tol) {
     m.seg = {s.a + right * d, s.b + right * d, 0};
     return m;
   }
-  Arc2 c = s.arc();
+  ArcCircle c = s.circle();
   // The right side of a counter-clockwise arc is its outside.
   double nr = c.sweep > 0 ? c.r + d : c.r - d;
   Vec2 a = c.c + (s.a - c.c) * (nr / c.r), b = c.c + (s.b - c.c) * (nr / c.r);
@@ -89,9 +89,8 @@ void trimTo(Moved& m, Vec2 a, Vec2 b, double tol) {
 std::vector<Vec2> supportIntersections(const Seg& s, const Seg& t, double tol) {
   auto line = [](const Seg& x) { return Segment2{x.a, x.b, false}; };
   auto circle = [](const Seg& x) {
-    Arc2 c = x.arc();
-    c.bounded = false;
-    return c;
+    ArcCircle k = x.circle();
+    return Arc2{k.c, k.r, 0, k.sweep, false};  // the whole circle: no start needed
   };
   if (!s.isArc() && !t.isArc()) return intersectSegments(line(s), line(t), tol);
   if (!s.isArc()) return intersectSegmentArc(line(s), circle(t), tol);
@@ -110,7 +109,7 @@ std::optional<Seg> extension(const Seg& s, Vec2 x, bool forward, double tol) {
     if (forward ? along < -tol : along > tol) return std::nullopt;
     return forward ? Seg{from, x, 0} : Seg{x, from, 0};
   }
-  Arc2 c = s.arc();
+  ArcCircle c = s.circle();
   Vec2 rf = from - c.c, rx = x - c.c;
   double rel = std::atan2(rf.cross(rx), rf.dot(rx));  // from `from` to x, counter-clockwise positive
   double sense = c.sweep > 0 ? 1 : -1;

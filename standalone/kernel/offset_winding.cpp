@@ -26,7 +26,7 @@ int chordCrossing(Vec2 a, Vec2 b, Vec2 p) {
 // sense) when p lies between the chord and the arc.
 int arcCorrection(const Seg& s, Vec2 p) {
   if ((s.b - s.a).length() == 0) return 0;
-  Arc2 c = s.arc();
+  ArcCircle c = s.circle();
   if ((p - c.c).length() >= c.r) return 0;
   double side = (s.b - s.a).cross(p - s.a);
   // A counter-clockwise arc lies to the right of its chord, a clockwise one to the left.

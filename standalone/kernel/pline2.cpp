@@ -5,19 +5,24 @@
 
 namespace standalone::kernel {
 
-Arc2 Seg::arc() const {
+ArcCircle Seg::circle() const {
   Vec2 d = b - a;
   double chord = d.length();
   double h = chord * (1 - bulge * bulge) / (4 * bulge);
   Vec2 c = (a + b) * 0.5 + Vec2{-d.y, d.x} * (h / chord);
   double r = chord * (1 + bulge * bulge) / (4 * std::abs(bulge));
-  return {c, r, std::atan2(a.y - c.y, a.x - c.x), 4 * std::atan(bulge), true};
+  return {c, r, 4 * std::atan(bulge)};
+}
+
+Arc2 Seg::arc() const {
+  ArcCircle k = circle();
+  return {k.c, k.r, std::atan2(a.y - k.c.y, a.x - k.c.x), k.sweep, true};
 }
 
 double Seg::length() const {
   double chord = (b - a).length();
   if (!isArc() || chord == 0) return chord;
-  Arc2 c = arc();
+  ArcCircle c = circle();
   return c.r * std::abs(c.sweep);
 }
 

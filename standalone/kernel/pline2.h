@@ -25,11 +25,19 @@ struct Pline2 {
 };
 
 // One segment as a primitive: a line, or an arc with centre, radius and signed sweep.
+// An arc segment's circle and signed sweep, without the start angle: that
+// costs an atan2, and lengths, areas and offsets do not need it.
+struct ArcCircle {
+  Vec2 c;
+  double r = 0, sweep = 0;
+};
+
 struct Seg {
   Vec2 a, b;
   double bulge = 0;
   bool isArc() const { return bulge != 0; }
-  Arc2 arc() const;  // only for arcs
+  Arc2 arc() const;           // only for arcs
+  ArcCircle circle() const;   // only for arcs; the same centre, radius and sweep as arc()
   Segment2 line() const { return {a, b, true}; }
   double length() const;
   // Point at fraction t (0..1) of the segment, by length.

@@ -1,7 +1,6 @@
 // STRETCH of one entity: what lies inside the crossing moves, the rest stays.
 #include <cmath>
 #include <numbers>
-#include <optional>
 
 #include "standalone/editor/selection_shapes.h"
 #include "standalone/hostcmds/edit_commands.h"
@@ -143,14 +142,6 @@ struct Stretcher {
   static ge::Point3d definingPoint(const host::Helix& h) { return h.axisBase; }
 };
 
-// The centre of the counter-clockwise arc from p0 to p1 sweeping `sweep`.
-std::optional<ge::Point2d> centreThrough(ge::Point2d p0, ge::Point2d p1, double sweep) {
-  double cx = p1.x - p0.x, cy = p1.y - p0.y, c = std::hypot(cx, cy), half = sweep / 2;
-  if (c == 0 || std::sin(half) == 0) return std::nullopt;
-  double h = c / (2 * std::tan(half));
-  return ge::Point2d{p0.x + cx / 2 - cy / c * h, p0.y + cy / 2 + cx / c * h};
-}
-
 // A hatch lying wholly inside moves with its pattern. Otherwise its boundary
 // is stretched like the curves it is made of (polyline vertices and line
 // ends inside move, an arc edge keeps its sweep through its moved ends, an
@@ -211,12 +202,16 @@ bool Stretcher::operator()(host::Hatch& h) const {
         double sweep = a->counterClockwise ? a->endAngle - a->startAngle : a->startAngle - a->endAngle;
         sweep = std::remainder(sweep, 2 * std::numbers::pi);
         if (sweep <= 0) sweep += 2 * std::numbers::pi;
-        std::optional<ge::Point2d> c = a->counterClockwise ? centreThrough(p0, p1, sweep) : centreThrough(p1, p0, sweep);
-        if (!c) continue;
-        a->center = *c;
-        a->radius = std::hypot(p0.x - c->x, p0.y - c->y);
-        a->startAngle = std::atan2(p0.y - c->y, p0.x - c->x);
-        a->endAngle = std::atan2(p1.y - c->y, p1.x - c->x);
+        // The same arc as a counter-clockwise one in the boundary's plane.
+        host::Arc through;
+        ge::Point3d from{p0.x, p0.y, 0}, to{p1.x, p1.y, 0};
+        if (!(a->counterClockwise ? arcThrough(through, from, to, sweep) : arcThrough(through, to, from, sweep)))
+          continue;
+        ge::Point2d c{through.center.x, through.center.y};
+        a->center = c;
+        a->radius = std::hypot(p0.x - c.x, p0.y - c.y);
+        a->startAngle = std::atan2(p0.y - c.y, p0.x - c.x);
+        a->endAngle = std::atan2(p1.y - c.y, p1.x - c.x);
         moved = true;
       } else if (auto* e = std::get_if<host::HatchEllipseEdge>(&edge)) {
         if (in(ellipseAt(*e, e->startAngle)) && in(ellipseAt(*e, e->endAngle))) e->center = shifted(e->center), moved = true;

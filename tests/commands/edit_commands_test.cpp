@@ -234,10 +234,16 @@ TEST(Stretch, HatchAcrossTheWindowMovesItsBoundaryPointsInsideAndKeepsItsPattern
   slot.edges = {host::HatchLineEdge{{20, 0}, {24, 0}},
                 host::HatchArcEdge{{24, 2}, 2, -std::numbers::pi / 2, std::numbers::pi / 2, true},
                 host::HatchLineEdge{{24, 4}, {20, 4}}, host::HatchLineEdge{{20, 4}, {20, 0}}};
-  h.paths = {square, slot};
+  // A clockwise quarter whose end alone is in the third window: it keeps
+  // its quarter turn through the moved end, bending to the side it bent.
+  host::HatchPath quarter;
+  quarter.edges = {host::HatchLineEdge{{40, 0}, {40, 2}},
+                   host::HatchArcEdge{{40, 0}, 2, std::numbers::pi / 2, 0, false},
+                   host::HatchLineEdge{{42, 0}, {40, 0}}};
+  h.paths = {square, slot, quarter};
   host::ObjectId id = s.add(h);
   s.start();
-  s.run("STRETCH\nC\n8,-1\n12,11\nC\n22,-1\n30,5\n\n0,0\n3,0\n");
+  s.run("STRETCH\nC\n8,-1\n12,11\nC\n22,-1\n30,5\nC\n41.5,-1\n43,0.5\n\n0,0\n3,0\n");
   std::optional<host::Entity> stretched = s.read(id);
   const auto& got = std::get<host::Hatch>(stretched->data);
   const auto& poly = got.paths[0].polyline;
@@ -253,6 +259,15 @@ TEST(Stretch, HatchAcrossTheWindowMovesItsBoundaryPointsInsideAndKeepsItsPattern
   EXPECT_NEAR(arc.startAngle, -std::numbers::pi / 2, 1e-12);
   EXPECT_NEAR(arc.endAngle, std::numbers::pi / 2, 1e-12);
   EXPECT_EQ(std::get<host::HatchLineEdge>(edges[2]).start, (ge::Point2d{27, 4}));
+  // Worked by hand: the quarter from (40,2) round to (45,0) has its centre
+  // at (41.5,-1.5), both ends sqrt(14.5) from it.
+  const auto& bent = std::get<host::HatchArcEdge>(got.paths[2].edges[1]);
+  EXPECT_LT(std::hypot(bent.center.x - 41.5, bent.center.y + 1.5), 1e-12);
+  EXPECT_NEAR(bent.radius, std::sqrt(14.5), 1e-12);
+  EXPECT_NEAR(bent.startAngle, std::atan2(3.5, -1.5), 1e-12);
+  EXPECT_NEAR(bent.endAngle, std::atan2(1.5, 3.5), 1e-12);
+  EXPECT_FALSE(bent.counterClockwise);
+  EXPECT_EQ(std::get<host::HatchLineEdge>(got.paths[2].edges[2]).start, (ge::Point2d{45, 0}));
   EXPECT_EQ(got.seeds, (std::vector<ge::Point2d>{{1, 1}, {12, 1}}));
   EXPECT_EQ(got.patternLines, h.patternLines);
 }
